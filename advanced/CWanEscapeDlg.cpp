@@ -1,0 +1,87 @@
+#include "advanced/CWanEscapeDlg.h"
+
+#include "app/LangText.h"
+#include "app/WarningBox.h"
+#include "common/AddressRules.h"
+
+#include <QIntValidator>
+#include <QPushButton>
+
+namespace {
+
+bool isEmptyOrLoopback(const QString& address)
+{
+    return address.isEmpty() || address.compare(QLatin1String("127.0.0.1"), Qt::CaseInsensitive) == 0;
+}
+
+// A text that is no number reads as 0, a negative number as a huge one.
+bool isPortTooHigh(const QString& port)
+{
+    return static_cast<unsigned int>(port.toInt(nullptr, 10)) > 65535;
+}
+
+} // namespace
+
+CWanEscapeDlg::CWanEscapeDlg(QWidget* parent) : QDialog(parent)
+{
+    ui.setupUi(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowText();
+    ui.lineEdit_pyxPort->setValidator(new QIntValidator(0, 65535, this));
+    connect(ui.buttonBox, &QDialogButtonBox::accepted, this, &CWanEscapeDlg::onOk);
+    connect(ui.buttonBox, &QDialogButtonBox::rejected, this, &CWanEscapeDlg::close);
+}
+
+void CWanEscapeDlg::setWindowText()
+{
+    setWindowTitle(langText("CUS_Wancotrol_Escape"));
+    ui.label_pyxIp->setText(langText("CUS_Wancotrol_Escape_Pyx"));
+    ui.label_pyxPort->setText(langText("CUS_Wancotrol_Escape_Pyx_Port"));
+    ui.label_dnsIp->setText(langText("CUS_Wancotrol_Escape_Dns"));
+    ui.label_pyxIp_bak->setText(langText("CUS_Wancotrol_Escape_Pyx_bak"));
+    ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
+    ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
+}
+
+void CWanEscapeDlg::onOk()
+{
+    const QString typedAddress = ui.lineEdit_pyxIp->text();
+    const QString typedPort = ui.lineEdit_pyxPort->text();
+    const QString typedDns = ui.lineEdit_dnsIp->text();
+    const QString typedBackup = ui.lineEdit_pyxIp_bak->text();
+
+    WarningBox box("SCE_SceneTipsTitle", this);
+    if (isEmptyOrLoopback(typedAddress)) {
+        box.refuse("CUS_Wancotrol_Escape_PyxIPIput", ui.lineEdit_pyxIp);
+        return;
+    }
+    // Contract: port 0 passes.
+    if (typedPort.isEmpty() || isPortTooHigh(typedPort)) {
+        box.refuse("CUS_Wancotrol_Escape_PyxPort_Err", ui.lineEdit_pyxPort);
+        return;
+    }
+    if (isEmptyOrLoopback(typedDns)) {
+        box.refuse("CUS_Wancotrol_Escape_DNSIPInput", ui.lineEdit_dnsIp);
+        return;
+    }
+    if (!isDottedAddress(typedAddress)) {
+        box.refuse("CUS_Wancotrol_Escape_PyxIpErr", ui.lineEdit_pyxIp);
+        return;
+    }
+    // Contract: a malformed DNS address moves the focus to the backup field.
+    if (!isDottedAddress(typedDns)) {
+        box.refuse("CUS_Wancotrol_Escape_DnsIpErr", ui.lineEdit_pyxIp_bak);
+        return;
+    }
+    // Contract: the backup address may be empty, and it alone may be "127.0.0.1".
+    if (!typedBackup.isEmpty() && !isDottedAddress(typedBackup)) {
+        box.refuse("CUS_Wancotrol_Escape_PyxIpErr", ui.lineEdit_pyxIp_bak);
+        return;
+    }
+
+    address = typedAddress;
+    port = typedPort;
+    dnsAddress = typedDns;
+    backupAddress = typedBackup;
+    accept();
+}

@@ -1,0 +1,152 @@
+#include "advanced/CustomAdvProperty.h"
+#include "advanced/CustomAdvPropertyRows.h"
+#include "app/WarningBox.h"
+#include "common/AddressRules.h"
+
+#include <QFileDialog>
+
+using namespace advanced;
+
+namespace {
+
+constexpr int s_longestZoaText = 255; // characters
+
+/// Of an edit of the ZOA tab. An empty text needs no check.
+struct ZoaRow {
+    TextRow<ZOAOptionsInfo> text;
+    bool (*isLegal)(const QString&);
+    const char* refusalKey;
+};
+
+bool isPortLegal(const QString& port)
+{
+    const int number = port.toInt(nullptr, 10);
+    return number >= 1 && number <= 65535;
+}
+
+// clang-format off
+// The order of the rows is the order of the checks.
+const ZoaRow zoaRows[] = {
+    {{&Widgets::lineEdit_ZOAIp, &Widgets::label_ZOAIp, "VUI_SECONDZOAIP", &ZOAOptionsInfo::ZOAIP},
+     isIPAddrLegal, "VUI_IllegalZOAIP"},
+    {{&Widgets::lineEdit_ZOAport, &Widgets::label_ZOAport, "VUI_SECONDZOAPORT", &ZOAOptionsInfo::ZOAPORT},
+     isPortLegal, "VUI_IllegalZOAPort"},
+    {{&Widgets::lineEdit_standby_ZOAIp, &Widgets::label_standby_ZOAIp, "VUI_STANDBYZOAIP",
+      &ZOAOptionsInfo::standbyZOAIP},
+     isIPAddrLegal, "VUI_IllegalStandbyZOAIP"},
+    {{&Widgets::lineEdit_standby_ZOAport, &Widgets::label_standby_ZOAport, "VUI_STANDBYZOAPORT",
+      &ZOAOptionsInfo::standbyZOAPORT},
+     isPortLegal, "VUI_IllegalStandbyZOAPort"},
+};
+const CaptionRow zoaCaptions[] = {
+    {&Widgets::checkBox_UseZoa, "VUI_SECONDUseZOA"},
+    {&Widgets::label_UseHint,   "VUI_STANDBYZOAUSEHINT"},
+};
+const TextRow<GUIOptionsInfo> guiRows[] = {
+    {&Widgets::lineEdit_deskIcon_dir_Linux, &Widgets::label_cusdeskIconL, "Cus_DeskIconDesL",
+     &GUIOptionsInfo::linuxDeskIconPath},
+    {&Widgets::lineEdit_deskIcon_dir_Macos, &Widgets::label_cusdeskIconM, "Cus_DeskIconDesM",
+     &GUIOptionsInfo::macosDeskIconPath},
+    {&Widgets::lineEdit_mainIcon_dir, &Widgets::label_cusmainIcon, "Cus_MainIconDes",
+     &GUIOptionsInfo::mainIconPath},
+    {&Widgets::lineEdit_cusTitle, &Widgets::label_cusTile, "CUS_CusTitleDes",
+     &GUIOptionsInfo::subTitle},
+};
+const FlagRow<GUIOptionsInfo> guiFlagRows[] = {
+    {&Widgets::checkBox_HideCopyRight, "CUS_CusHideAgreement", &GUIOptionsInfo::hideCopyRight},
+};
+const CaptionRow guiCaptions[] = {
+    {&Widgets::groupBox_cusIcon,            "CUS_CusIconComBox"},
+    {&Widgets::pushButton_mainIcon_locate,  "Cus_Browse"},
+    {&Widgets::pushButton_deskIconL_locate, "Cus_Browse"},
+    {&Widgets::pushButton_deskIconM_locate, "Cus_Browse"},
+    {&Widgets::groupBox_cusTitle,           "CUS_CusTitleComBox"},
+};
+// clang-format on
+
+} // namespace
+
+void CustomAdvProperty::setZoaTexts()
+{
+    for (const ZoaRow& row : zoaRows)
+        (ui.*row.text.label)->setText(langText(row.text.key));
+    setTexts(ui, zoaCaptions);
+}
+
+void CustomAdvProperty::loadZoa()
+{
+    const ZOAOptionsInfo& zoa = record->zoa;
+    for (const ZoaRow& row : zoaRows) {
+        QLineEdit* edit = ui.*row.text.edit;
+        edit->setMaxLength(s_longestZoaText);
+        edit->setEnabled(zoa.useZOA != 0);
+        if (zoa.useZOA != 0)
+            edit->setText(zoa.*row.text.text);
+    }
+}
+
+bool CustomAdvProperty::storeZoa(WarningBox& box)
+{
+    // Contract: OK switches ZOA on whatever the hidden box shows, and reads disabled edits like all others.
+    record->zoa.useZOA = 1;
+    for (const ZoaRow& row : zoaRows) {
+        QLineEdit* edit = ui.*row.text.edit;
+        const QString text = edit->text();
+        if (!text.isEmpty() && !row.isLegal(text))
+            return box.refuse(row.refusalKey, edit);
+        record->zoa.*row.text.text = text;
+    }
+    return true;
+}
+
+void CustomAdvProperty::OnUseZoa()
+{
+    const bool useZoa = ui.checkBox_UseZoa->isChecked();
+    ui.label_ZOAIp->setEnabled(useZoa);
+    ui.label_ZOAport->setEnabled(useZoa);
+}
+
+void CustomAdvProperty::setGuiTexts()
+{
+    setTexts(ui, guiRows);
+    setTexts(ui, guiFlagRows);
+    setTexts(ui, guiCaptions);
+}
+
+void CustomAdvProperty::loadGui()
+{
+    load(ui, guiRows, record->gui);
+    load(ui, guiFlagRows, record->gui);
+    // The hidden row keeps the path of the record, and OK stores it back.
+    ui.label_cusdeskIconM->hide();
+    ui.lineEdit_deskIcon_dir_Macos->hide();
+    ui.pushButton_deskIconM_locate->hide();
+}
+
+void CustomAdvProperty::storeGui()
+{
+    store(ui, guiRows, record->gui);
+    store(ui, guiFlagRows, record->gui);
+}
+
+void CustomAdvProperty::OnLocateMainIcon()
+{
+    locateIcon(ui.lineEdit_mainIcon_dir, "GUI_SelectMainIcon", tr("Image Files (*.ico)"));
+}
+
+void CustomAdvProperty::OnLocateDeskIconL()
+{
+    locateIcon(ui.lineEdit_deskIcon_dir_Linux, "GUI_SelectLinuxIcon", tr("Image Files (*.png)"));
+}
+
+void CustomAdvProperty::OnLocateDeskIconM()
+{
+    locateIcon(ui.lineEdit_deskIcon_dir_Macos, "GUI_SelectMacIcon", tr("Image Files (*.icns)"));
+}
+
+void CustomAdvProperty::locateIcon(QLineEdit* edit, const char* captionKey, const QString& filter)
+{
+    const QString path = QFileDialog::getOpenFileName(this, langText(captionKey), QStringLiteral("/"), filter);
+    if (!path.isEmpty())
+        edit->setText(path);
+}

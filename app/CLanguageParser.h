@@ -1,0 +1,23 @@
+#pragma once
+
+#include "xml/CBasedQtXmlParser.h"
+
+#include <QMap>
+
+/// The table of shown texts by key. Keys are opaque and compared with case.
+class CLanguageParser : public CBasedQtXmlParser
+{
+public:
+    CLanguageParser();
+    ~CLanguageParser() override;
+
+    /// Merges a language file into the table: its keys overwrite, all others keep their texts. An entry without key or
+    /// text changes nothing. Always 1, also when the file cannot be read.
+    int LoadLanguage(QString path);
+
+    /// The text of the key, or "NULL" when no file had it. Changes nothing, so that a second thread may read.
+    QString GetKey(const char* key) const;
+
+private:
+    QMap<QString, QString> m_mapTexts;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QMessageBox>
+
+/// The message box of the whole program: one Ok button, which is also the default, and the warning icon.
+class WarningBox : public QMessageBox
+{
+    Q_OBJECT
+
+public:
+    /// @param titleKey  language key of the title; null leaves the title empty
+    explicit WarningBox(const char* titleKey, QWidget* parent = nullptr);
+
+    void setTitleKey(const char* titleKey);
+
+    /// Shows the text of the key and waits for Ok.
+    void say(const char* textKey);
+
+    /// Shows the text of the key, then moves the focus to `focus` when one is given. Always false, the answer of a
+    /// check that failed.
+    bool refuse(const char* textKey, QWidget* focus = nullptr);
+};

@@ -1,0 +1,39 @@
+#include "app/myapplication.h"
+#include "app/orvexmanager.h"
+#include "common/Log.h"
+
+#include <QDesktopWidget>
+
+#include <algorithm>
+#include <sys/resource.h>
+
+namespace {
+
+// Every log line and every look at a directory holds a descriptor for the life of the process, some 2,700 of them for
+// a full history.
+void raiseDescriptorLimit()
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 1048576);
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    raiseDescriptorLimit();
+    CMyApplication application(argc, argv);
+    if (application.m_bAlreadyRunning) {
+        logX(2, "main:----OrvexManager has already started----");
+        return 0;
+    }
+    OrvexManager window(nullptr);
+    application.m_pMainWindow = &window;
+    window.show();
+    const QWidget* desktop = QApplication::desktop();
+    window.move((desktop->width() - window.width()) / 2, (desktop->height() - window.height()) / 2);
+    return QApplication::exec();
+}

@@ -1,0 +1,206 @@
+#include "app/myapplication.h"
+
+#include "app/WarningBox.h"
+#include "common/Log.h"
+#include "common/ProcessPath.h"
+#include "common/UtilityFunc.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QIcon>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QSettings>
+#include <QTranslator>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+unsigned char g_ucAreaCode = 0;
+
+namespace {
+
+constexpr char s_lockDirectory[] = "/tmp";
+constexpr char s_lockPath[] = "/tmp/OrvexMng_lock";
+constexpr int s_socketWait = 1000; // milliseconds
+
+QString processDirectoryText()
+{
+    return QString::fromLocal8Bit(processDirectory(false));
+}
+
+} // namespace
+
+CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv)
+{
+    logX(4, "HI__________M");
+    setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
+    const QString serverName = applicationName();
+    m_pTranslator = new QTranslator(this);
+    // Empty, non-null texts: the bare file name is looked for relative to the working directory.
+    m_pTranslator->load(QStringLiteral("qt_zh_CN.qm"), QStringLiteral(""), QStringLiteral(""), QStringLiteral(""));
+    if (isAlreadyRunning())
+        leaveToFirstInstance(serverName);
+    else
+        becomeFirstInstance(serverName);
+}
+
+CMyApplication::~CMyApplication()
+{
+    delete m_pLocalServer;
+    m_pLocalServer = nullptr;
+}
+
+CMyApplication* CMyApplication::current()
+{
+    return qobject_cast<CMyApplication*>(QCoreApplication::instance());
+}
+
+void CMyApplication::leaveToFirstInstance(const QString& serverName)
+{
+    const QString directory = processDirectoryText();
+    unsigned long code = 0;
+    GetCurrentLanguageCode(code);
+    if (code == LANGUAGE_CHINESE) {
+        m_LanguageParser.LoadLanguage(directory + QLatin1String("/Resources/Language_zh.xml"));
+        installTranslator(m_pTranslator);
+    } else {
+        m_LanguageParser.LoadLanguage(directory + QLatin1String("/Resources/Language_en.xml"));
+        removeTranslator(m_pTranslator);
+    }
+    WarningBox("manager_title").say("OneInstance");
+
+    m_bAlreadyRunning = true;
+    QLocalSocket socket;
+    socket.connectToServer(serverName, QIODevice::ReadWrite);
+}
+
+void CMyApplication::becomeFirstInstance(const QString& serverName)
+{
+    logX(4, "HI__________H");
+    m_pLocalServer = new QLocalServer(this);
+    connect(m_pLocalServer, &QLocalServer::newConnection, this, &CMyApplication::newLocalSocketConnection);
+    const auto addressInUse = [this] { return m_pLocalServer->serverError() == QAbstractSocket::AddressInUseError; };
+    if (!m_pLocalServer->listen(serverName)) {
+        if (addressInUse() && QFile::exists(m_pLocalServer->serverName())) {
+            QFile::remove(m_pLocalServer->serverName());
+            m_pLocalServer->listen(serverName);
+        }
+        // A crash leaves its socket file behind, and a server that does not listen has no name to find it by. The lock
+        // that this process holds proves that nobody owns the socket.
+        if (!m_pLocalServer->isListening() && addressInUse()) {
+            QLocalServer::removeServer(serverName);
+            m_pLocalServer->listen(serverName);
+        }
+    }
+    logX(4, "HI__________end");
+}
+
+bool CMyApplication::isAlreadyRunning()
+{
+    if (!utl_DirectoryExists(s_lockDirectory)) {
+        char scratch[sizeof s_lockDirectory + 1];
+        strcpy(scratch, s_lockDirectory);
+        utl_ForceDirCreate(scratch);
+    }
+    logX(4, "isAlreadyRunning lock file: %s", s_lockPath);
+
+    // The file stays writable for every user of the machine.
+    const mode_t oldMask = umask(0);
+    const int descriptor = open(s_lockPath, O_RDWR | O_CREAT | O_TRUNC, 0666);
+    const int openError = errno;
+    umask(oldMask);
+    if (descriptor < 0) {
+        logX(1, "Open file failed, error : %s", strerror(openError));
+        return true;
+    }
+
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    if (fcntl(descriptor, F_SETLK, &lock) < 0 && (errno == EAGAIN || errno == EACCES)) {
+        logX(1, "orvexmanager  already locked, error: %s", strerror(errno));
+        close(descriptor);
+        return true;
+    }
+    // Contract: the descriptor is never closed, the lock lives as long as the process.
+    logX(4, "Fisrt Run!!!!!!!");
+    return false;
+}
+
+bool CMyApplication::GetCurrentLanguageCode(unsigned long& code)
+{
+    const QString path = processDirectoryText() + QLatin1String("/config.ini");
+    qDebug() << "config file =" << path;
+    QSettings settings(path, QSettings::IniFormat);
+    settings.beginGroup(QStringLiteral("config"));
+    const QString language = settings.value(QStringLiteral("LangCode"), QVariant()).toString();
+    const QString area = settings.value(QStringLiteral("Area"), QVariant()).toString();
+    logX(4, "GetCurrentLanguageCode LangCode: %s, area is %s", language.toLocal8Bit().constData(),
+         area.toLocal8Bit().constData());
+
+    bool known = false;
+    if (code == 0) {
+        if (language == QLatin1String("1033")) {
+            code = LANGUAGE_ENGLISH;
+            known = true;
+        } else if (language == QLatin1String("2052")) {
+            code = LANGUAGE_CHINESE;
+            known = true;
+        }
+    }
+    if (area == QLatin1String("wy")) {
+        // Contract: this brand has no Chinese, whatever LangCode says.
+        g_ucAreaCode = 1;
+        code = LANGUAGE_ENGLISH;
+        return known;
+    }
+    if (area == QLatin1String("tqm"))
+        g_ucAreaCode = 0;
+    if (code != 0)
+        return known;
+
+    logX(4, "GetCurrentLanguageCode:there is no information about current language, keep it same as the OS.");
+    const char* environment = getenv("LANG");
+    if (!environment) {
+        code = LANGUAGE_ENGLISH;
+        logX(4, "GetCurrentLanguageCode:getenv LANG is NULL,so set code = 1033.");
+        return known;
+    }
+    logX(4, "GetCurrentLanguageCode getenv LANG is %s", environment);
+    // Contract: these two spellings, and no others, mean Chinese.
+    const bool isChinese =
+        strcasecmp(environment, "Zn_CN.UTF-8") == 0 || strcasecmp(environment, "zh_CN.UTF-8") == 0;
+    code = isChinese ? LANGUAGE_CHINESE : LANGUAGE_ENGLISH;
+    return known;
+}
+
+void CMyApplication::newLocalSocketConnection()
+{
+    QLocalSocket* socket = m_pLocalServer->nextPendingConnection();
+    if (!socket)
+        return;
+    socket->waitForReadyRead(s_socketWait);
+    delete socket;
+    if (!m_pMainWindow)
+        return;
+    showMainWindow();
+    m_pMainWindow->raise();
+}
+
+void CMyApplication::showMainWindow()
+{
+    if (!m_pMainWindow)
+        return;
+    const Qt::WindowStates state = m_pMainWindow->windowState();
+    if (state == Qt::WindowNoState)
+        m_pMainWindow->show();
+    else if (state == Qt::WindowMinimized)
+        m_pMainWindow->showNormal();
+    m_pMainWindow->activateWindow();
+}

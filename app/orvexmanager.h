@@ -1,0 +1,101 @@
+#pragma once
+
+#include "app/myapplication.h"
+#include "ui_orvexmanager.h"
+#include "xml/CustomInfo.h"
+
+#include <QMainWindow>
+#include <QMap>
+#include <QSharedPointer>
+#include <QVector>
+
+class PackingWait;
+
+/// The main window: owner of the record in hand and of the history, with a page for each.
+class OrvexManager : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit OrvexManager(QWidget* parent);
+    ~OrvexManager() override;
+
+    /// Limit of the history: the scan at start stops at the first directory beyond it.
+    static constexpr int MAX_COUTN_CUSTOM = 300;
+
+    /// The chosen components as fixed words, each with two trailing blanks, SSL VPN before WLAN; not translated.
+    QString GetCusCompStr(int procomVal, int funcomVal);
+
+    const CustomInfo& record() const { return m_customInfo; }
+    const QVector<CUSINFOPOLICY>& history() const { return m_cusPolicyList; }
+
+public slots:
+    void showPage();
+    void showCusAdvProDlg();
+    /// The commit: asks, writes the document, makes the packages, enters the history, resets the record.
+    void showFinishDlg();
+    void showAboutInfo();
+    void showCusClient();
+    void showCusHis();
+    void showToolBar(bool bShow);
+    void onViewSetup();
+    void onViewCusUpd();
+    void onViewUpdate();
+    void changEnLanguage();
+    void changZhLanguage();
+    /// Loads the chosen entry into the record, or the defaults for the empty one. The argument is not used.
+    void onDefaultCusChg(int);
+    void onItemClicked(QTreeWidgetItem* itemSel);
+    void onDetail();
+    void onDelete();
+    void onDeleteAll();
+    void onKefFunc();
+
+private:
+    // The frame.
+    void createActions();
+    void setupMenuBar();
+    void createToolBar();
+    void createIcons();
+    void connectPages();
+    void refresh();
+    void GetVersion();
+    void changeLanguage(unsigned long code);
+    void showPackagePlace(const char* directory, int mask);
+
+    // The client page.
+    void refreshCusClient();
+    void OnRepaintCustomCombo();
+    quint64 tickedAccessComponents() const;
+    quint64 tickedFunctionComponents() const;
+
+    // The history page.
+    void refreshCusHis();
+    bool GetCurAllCustoms();
+    void takeStoredCustom(const QByteArray& directory);
+    int GetIndexByStrTime(QString time);
+    QString GetSelCusDir(QString selText);
+    void DelCustomInfo(unsigned long stamp);
+
+    // The commit.
+    void stampRecord();
+    void formatDocument(class CustomXmlParser& parser);
+    void copyIcons(const QByteArray& customDirectory);
+
+    QMap<unsigned long, CUSINFOPOLICY> m_cusPolicyMap; // stays empty
+    QVector<CUSINFOPOLICY> m_cusPolicyList;            // the history; row n of the tree is entry n
+    CustomInfo m_customInfo;                           // the customisation in hand
+    Ui_OrvexManagerClass ui;
+    QToolBar* m_pToolBar = nullptr;
+    QAction* m_pCusClientAction = nullptr;
+    QAction* m_pCusHisAction = nullptr;
+    QAction* m_pAboutAction = nullptr;
+    QMenu* m_pFileMenu = nullptr;
+    QMenu* m_pViewMenu = nullptr;
+    QMenu* m_pLanguageMenu = nullptr;
+    QMenu* m_pHelpMenu = nullptr;
+    int m_iSelIndex = -1;                      // row of the last clicked history entry, -1 for none
+    unsigned long m_ulLanguageCode = 0;        // 1033 or 2052
+    QString m_strAppDir;                       // directory of the executable, without trailing slash
+    QSharedPointer<PackingWait> m_pPackingWait; // null from start to end
+};

@@ -1,0 +1,169 @@
+#include "advanced/CustomAdvProperty.h"
+#include "advanced/KEFCusOpt.h"
+#include "app/LangText.h"
+#include "app/WarningBox.h"
+#include "app/orvexmanager.h"
+#include "common/CustomInfoLoad.h"
+#include "common/StorePaths.h"
+
+// The client page: the starting point and the components of a customisation.
+
+namespace {
+
+using Widgets = Ui_OrvexManagerClass;
+
+struct Component {
+    QCheckBox* Widgets::*box;
+    quint64 value;
+};
+
+const Component accessComponents[] = {
+    {&Widgets::checkBox_8021xPro, procom::x1},     {&Widgets::checkBox_portalPro, procom::portal},
+    {&Widgets::checkBox_ipsecvpnPro, procom::l2tpIpsec}, {&Widgets::checkBox_wlanPro, procom::wlan},
+    {&Widgets::checkBox_sslvpnPro, procom::sslVpn}, {&Widgets::checkBox_zoaPro, procom::zoaDirect},
+};
+const Component functionComponents[] = {
+    {&Widgets::checkBox_zoafunc, funcom::zoa},
+    {&Widgets::checkBox_keffunc, funcom::kef},
+};
+
+template <size_t count> quint64 ticked(const Widgets& ui, const Component (&components)[count])
+{
+    quint64 mask = 0;
+    for (const Component& component : components) {
+        if ((ui.*component.box)->isChecked())
+            mask += component.value;
+    }
+    return mask;
+}
+
+template <size_t count> void tick(const Widgets& ui, const Component (&components)[count], quint64 mask)
+{
+    for (const Component& component : components)
+        (ui.*component.box)->setChecked((mask & component.value) != 0);
+}
+
+struct Word {
+    int value;
+    const char* text;
+};
+// Contract: SSL VPN comes before WLAN, against the order of the values.
+const Word accessWords[] = {{1, "802.1X  "},  {2, "Portal  "}, {4, "L2TP IPsec VPN  "},
+                            {16, "SSLVPN  "}, {8, "WLAN  "},   {32, "ZOADirect  "}};
+const Word functionWords[] = {{1, "ZOA  "}, {4, "KEF  "}};
+
+} // namespace
+
+QString OrvexManager::GetCusCompStr(int procomVal, int funcomVal)
+{
+    QString summary;
+    for (const Word& word : accessWords) {
+        if (procomVal & word.value)
+            summary += QLatin1String(word.text);
+    }
+    for (const Word& word : functionWords) {
+        if (funcomVal & word.value)
+            summary += QLatin1String(word.text);
+    }
+    return summary;
+}
+
+void OrvexManager::refreshCusClient()
+{
+    ui.label_cusClientTitle->setText(langText("CusClient"));
+    ui.groupBox_selDefaultCus->setTitle(langText("DefaultCus"));
+    ui.comboBox_defaultCus->setAccessibleName(langText("DefaultCus"));
+    ui.groupBox_proComp->setTitle(langText("AccessComComBox"));
+    ui.label_proCompDes->setText(langText("AccessComDes"));
+    ui.checkBox_8021xPro->setText(langText("X1ComName"));
+    ui.checkBox_portalPro->setText(langText("PortalComName"));
+    ui.checkBox_sslvpnPro->setText(langText("SslvpnComName"));
+    ui.checkBox_wlanPro->setText(langText("WlanComName"));
+    ui.checkBox_ipsecvpnPro->setText(langText("IpsecvpnComName"));
+    ui.checkBox_zoaPro->setText(langText("ZoaDirectComName"));
+    ui.groupBox_funcComp->setTitle(langText("FuncComComBox"));
+    ui.label_funcCompDes->setText(langText("FuncComDes"));
+    ui.checkBox_zoafunc->setText(langText("ZOAComName"));
+    ui.checkBox_keffunc->setText(langText("KEFComName"));
+    ui.label_advDes->setText(langText("PressAdvanDes"));
+    ui.label_finishDes->setText(langText("PressFinishDes"));
+    ui.toolButton_adv->setText(langText("AdvancedCusBtn"));
+    ui.toolButton_finish->setText(langText("FinishBtn"));
+}
+
+void OrvexManager::OnRepaintCustomCombo()
+{
+    // Clearing and filling run onDefaultCusChg: after a repaint the page and the record hold the defaults.
+    QComboBox* combo = ui.comboBox_defaultCus;
+    const auto addEntry = [combo](const QString& text) { combo->insertItem(combo->count(), QIcon(), text, QVariant()); };
+    combo->clear();
+    addEntry(QStringLiteral(""));
+    ui.treeWidget_cusHis->clear();
+    for (const CUSINFOPOLICY& row : qAsConst(m_cusPolicyList)) {
+        const QString summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));
+        const QString gap = QStringLiteral("    ");
+        addEntry(row.cusTimeString + gap + summary + gap + row.cusAddInfo);
+        QTreeWidgetItem* item = new QTreeWidgetItem({row.cusTimeString, summary, row.cusAddInfo});
+        for (int column = 0; column < item->columnCount(); ++column)
+            item->setToolTip(column, item->text(column));
+        ui.treeWidget_cusHis->addTopLevelItem(item);
+    }
+    combo->setCurrentIndex(0);
+
+    ui.toolButton_deleteall->setEnabled(false);
+    if (m_cusPolicyList.isEmpty()) {
+        ui.toolButton_delete->setEnabled(false);
+        ui.toolButton_detail->setEnabled(false);
+        return;
+    }
+    ui.toolButton_deleteall->setEnabled(true);
+}
+
+void OrvexManager::onDefaultCusChg(int)
+{
+    const QString directory = GetSelCusDir(ui.comboBox_defaultCus->currentText());
+    const QString path = directory + QLatin1Char('/') + QLatin1String(store::document);
+    m_customInfo.reset();
+    utl_LoadCustomInfo(path.toLocal8Bit().constData(), m_customInfo);
+    // Set by the program, so the KEF dialog does not open.
+    tick(ui, accessComponents, m_customInfo.common.procomVal);
+    tick(ui, functionComponents, m_customInfo.common.funcomVal);
+}
+
+quint64 OrvexManager::tickedAccessComponents() const
+{
+    return ticked(ui, accessComponents);
+}
+
+quint64 OrvexManager::tickedFunctionComponents() const
+{
+    return ticked(ui, functionComponents);
+}
+
+void OrvexManager::showCusAdvProDlg()
+{
+    WarningBox box("manager_title", this);
+    m_customInfo.common.procomVal = tickedAccessComponents();
+    if (m_customInfo.common.procomVal == 0) {
+        box.say("SelProtocolPls");
+        return;
+    }
+    m_customInfo.common.funcomVal = tickedFunctionComponents();
+    CustomAdvProperty dialog(this);
+    dialog.initalDialog(&m_customInfo);
+    dialog.exec();
+}
+
+void OrvexManager::onKefFunc()
+{
+    if (!ui.checkBox_keffunc->isChecked())
+        return;
+    KEFCusOpt dialog(this);
+    if (dialog.exec() != QDialog::Accepted) {
+        ui.checkBox_keffunc->setChecked(false);
+        return;
+    }
+    m_customInfo.kef.kefIP = dialog.address;
+    m_customInfo.kef.kefPort = dialog.port;
+    m_customInfo.kef.customize = dialog.customize;
+}

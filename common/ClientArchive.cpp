@@ -1,0 +1,80 @@
+#include "common/ClientArchive.h"
+
+#include "common/Log.h"
+#include "common/PackageGenerators.h"
+#include "common/ProcessPath.h"
+#include "common/ShellCommand.h"
+#include "common/StorePaths.h"
+#include "common/UtilityFunc.h"
+#include "common/Version.h"
+
+#include <QByteArray>
+
+#include <strings.h>
+
+namespace {
+
+struct Kind {
+    const char* directory;
+    const char* prefix;
+    bool withVersion;
+    const char* script; // null: none
+};
+
+// By PackKind. The scripts stand outside the installation and take no argument.
+const Kind kinds[] = {
+    {store::setup, "", true, "/opt/apps/com.manager.orvex.amd/files/makeDeb.sh"},
+    {store::update, packing::updatePrefix, false, "/opt/apps/com.manager.orvex.amd/files/makeUpgradeDeb.sh"},
+    {store::cusUpdate, packing::updatePrefix, false, nullptr},
+};
+
+} // namespace
+
+void packing::removeScratch(const char* processPath)
+{
+    const QByteArray scratch = QByteArray(processPath) + store::templates + "/" + store::temp;
+    utl_DelDirRecursively(scratch.constData());
+}
+
+bool genFilePack(const char* name, int type)
+{
+    bool found = false;
+    const QByteArray process = processDirectory(true, &found);
+    if (!found || type < PackSetup || type > PackCusUpd)
+        return false;
+    const Kind& kind = kinds[type];
+
+    const bool isCusUpd = strcasecmp(name, packing::cusUpdArchive) == 0;
+    const bool isBundle = isCusUpd || strcasecmp(name, packing::macosClient) == 0;
+    const QByteArray source =
+        process + store::templates + "/" + (isCusUpd ? packing::macosClient : name) + packing::tarEnding;
+    const QByteArray scratch = process + store::templates + "/" + store::temp;
+    ensureDirectory(scratch);
+    const QByteArray unpack = "tar -zxvf \"" + source + "\" -C \"" + scratch + "\"";
+    runShellCommand(unpack);
+    logX(4, "genFilePack cur path: %s strSrcPath: %s strDstPth: %s unpack tar strCmd: %s", process.constData(),
+         source.constData(), scratch.constData(), unpack.constData());
+
+    // The client exists by now, so the copy becomes a directory `custom` inside it.
+    const QByteArray custom = process + store::custom;
+    QByteArray client = scratch + (isBundle ? "/OrvexClient.pkg/Contents" : "/OrvexClient");
+    unsigned long error = 0;
+    utl_CopyFilesForce(custom.constData(), client.data(), error);
+
+    const QByteArray outDirectory = process + kind.directory;
+    ensureDirectory(outDirectory);
+    if (!utl_OrvexVerDisplay()) {
+        logX(1, "genFilePack: get version failed.");
+        return false;
+    }
+    QByteArray target = outDirectory + "/" + kind.prefix + name;
+    if (kind.withVersion)
+        target += QByteArray("_") + utl_OrvexShortVersion();
+    target += packing::tarEnding;
+    const QByteArray pack = "cd \"" + scratch + "\";tar zcvf \"" + target + "\" *";
+    runShellCommand(pack);
+    if (kind.script)
+        runShellCommand(kind.script);
+    logX(4, "genFilePack strCmd2: %s", pack.constData());
+    return true;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+/// Kinds of package for genFilePack.
+enum PackKind {
+    PackSetup = 0,  // into OrvexSetup/, version in the name, then the script that makes the Debian package
+    PackUpdate = 1, // into OrvexUpdate/ with the prefix "Dot1X_", then the script for the upgrade package
+    PackCusUpd = 2  // into OrvexCusUpd/ with the prefix "Dot1X_", no script
+};
+
+/// The paths and commands that the generators share; all are bytes in the local 8-bit encoding.
+namespace packing {
+
+constexpr char updatePrefix[] = "Dot1X_";
+constexpr char linuxClient[] = "OrvexClient_Linux64";
+constexpr char macosClient[] = "OrvexClient_MacOS";
+constexpr char cusUpdArchive[] = "OrvexCusUpd";
+constexpr char tarEnding[] = ".tar.gz";
+
+/// Deletes `template/Temp` below the directory of the executable.
+void removeScratch(const char* processPath);
+
+} // namespace packing

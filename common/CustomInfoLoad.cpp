@@ -1,0 +1,21 @@
+#include "common/CustomInfoLoad.h"
+
+#include "xml/CustomXmlParser.h"
+
+bool utl_LoadCustomInfo(const char* xmlPath, CustomInfo& info)
+{
+    const QString path = QString::fromUtf8(xmlPath);
+    CustomXmlParser parser;
+    parser.GetXML8021XInfo(path, info.x1);
+    parser.GetXMLPortalInfo(path, info.portal);
+    parser.GetXMLFunctionInfo(path, info.function);
+    parser.GetXMLCommonInfo(path, info.common);
+    parser.GetXMLSslVpnInfo(path, info.sslvpn);
+    parser.GetXMLGUIInfo(path, info.gui);
+    parser.GetXMLIpseVpnInfo(path, info.vpn);
+    parser.GetXMLIPSECVPNRouteInfo(path, info.vpnRoutes);
+    parser.GetXMLZOAInfo(path, info.zoa);
+    parser.GetXMLKefInfo(path, info.kef);
+    parser.GetXMLDomainInfo(path, info.domain);
+    return true;
+}

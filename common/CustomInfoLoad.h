@@ -1,0 +1,10 @@
+#pragma once
+
+struct CustomInfo;
+
+/// Reads all sections of the document into the record, each by a load of its own, whatever becomes of the others.
+/// `info` must have been reset: the lists are appended to.
+///
+/// @param xmlPath  path of the document
+/// @return         true, also for a missing file, which leaves the record as it is
+bool utl_LoadCustomInfo(const char* xmlPath, CustomInfo& info);

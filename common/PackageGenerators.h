@@ -1,0 +1,47 @@
+#pragma once
+
+// The generators of the three packages. All file work goes through the shell, whose exit status is never looked at: a
+// result of true says only that the routine reached its end. They share `template/Temp`, so never two at once. Paths
+// lie below the directory of the executable.
+
+/// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again.
+///
+/// @param name  "OrvexClient_Linux64", "OrvexClient_MacOS" or "OrvexCusUpd"; the case of the latter two does not
+///              matter for the layout
+/// @param type  0 setup, 1 update, 2 customised update
+/// @return      false when the process path or the version cannot be had
+bool genFilePack(const char* name, int type);
+
+/// Makes `OrvexSetup/OrvexClient_Linux64_<short version>.tar.gz`. False only when the process path cannot be had.
+bool utl_GenLinuxSetup();
+/// The same for macOS.
+bool utl_GenMacosSetup();
+
+/// Writes the manifest `comment.txt` (CR LF lines) of an update package.
+///
+/// @param timeString  "YYYY-MM-DD HH:MM:SS", local time; may be empty
+/// @param timeStamp   decimal seconds since the epoch
+/// @param setupName   name of the client archive without its prefix
+/// @param type        1 update, 2 customised update
+/// @param os          0 Linux32, 1 Linux64, 2 MacOS
+/// @return            true when the file was written
+bool GenCommentFile(const char* timeString, const char* timeStamp, const char* setupName, int type, int os);
+
+/// Puts the manifest and the client archive into the ZIP of the package and deletes the client archive.
+///
+/// @param withVersion  whether the name of the ZIP carries the short version and the suffix of the system
+/// @return             false, always
+bool ZipUpdFiles(int type, int os, bool withVersion);
+
+/// Makes `OrvexUpdate/OrvexUpdate<short version>_64.zip`. False only when the process path cannot be had.
+bool utl_GenLinuxUpdate(const char* timeString, const char* timeStamp);
+/// The same for macOS.
+bool utl_GenMacosUpdate(const char* timeString, const char* timeStamp);
+
+/// Packs `custom` of the working directory. False only when the process path cannot be had.
+bool genCusPack();
+
+/// Makes `OrvexCusUpd/OrvexCusUpd<short version>_64.zip`. False only when the process path cannot be had.
+bool utl_GenLinuxCusUpd(const char* timeString, const char* timeStamp);
+/// Makes `OrvexCusUpd/OrvexCusUpd.zip` with the unpacked macOS client in it.
+void utl_GenMacosCusUpd(const char* timeString, const char* timeStamp);

@@ -1,0 +1,171 @@
+#include "common/ClientArchive.h"
+#include "common/Log.h"
+#include "common/PackageGenerators.h"
+#include "common/ProcessPath.h"
+#include "common/ShellCommand.h"
+#include "common/StorePaths.h"
+#include "common/UtilityFunc.h"
+#include "common/Version.h"
+
+#include <QByteArray>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int s_kindUpdate = 1;
+constexpr int s_kindCusUpd = 2;
+
+constexpr int s_systemCount = 3; // Linux32, Linux64, MacOS
+
+/// The client version less its first and last byte, whatever they are.
+QByteArray innerVersion()
+{
+    const QByteArray version(utl_GetVersion());
+    return version.size() > 2 ? version.mid(1, version.size() - 2) : QByteArray();
+}
+
+QByteArray commentText(const char* timeString, const char* timeStamp, const char* setupName, int type, int os)
+{
+    static const char* const systems[s_systemCount] = {"ostype=Linux32", "ostype=Linux64", "ostype=MacOS"};
+    QByteArray text;
+    const auto addLine = [&text](const QByteArray& line) { text += line + "\r\n"; };
+    addLine(";The comment below contains SFX script commands");
+    addLine("");
+    addLine(QByteArray("Setup=\"") + packing::updatePrefix + setupName + "\"");
+    addLine("Silent=2");
+    addLine("Overwrite=1");
+    addLine(QByteArray(os >= 0 && os < s_systemCount ? systems[os] : ""));
+    addLine("@ver: " + innerVersion());
+    addLine("@new_ver: " + QByteArray(utl_OrvexVerDisplay()));
+    if (type == s_kindUpdate)
+        addLine(QByteArray("cusTimeStamp:") + timeStamp);
+    if (type == s_kindCusUpd) {
+        addLine(QByteArray("@time: ") + timeStamp);
+        addLine(QByteArray("@timeFmt: ") + timeString);
+    }
+    return text;
+}
+
+/// Writes the manifest, the client archive and the ZIP of one update package, each whatever becomes of the others.
+struct UpdateNames {
+    const char* client;
+    int os;
+    const char* commentFailed;
+    const char* packFailed;
+    const char* zipFailed;
+};
+
+bool generateUpdate(const UpdateNames& names, const QByteArray& process, const char* timeString, const char* timeStamp)
+{
+    const QByteArray setupName = QByteArray(names.client) + packing::tarEnding;
+    if (!GenCommentFile(timeString, timeStamp, setupName.constData(), s_kindUpdate, names.os))
+        logX(1, "%s", names.commentFailed);
+    if (!genFilePack(names.client, PackUpdate))
+        logX(1, "%s", names.packFailed);
+    if (!ZipUpdFiles(s_kindUpdate, names.os, true))
+        logX(1, "%s", names.zipFailed);
+    packing::removeScratch(process.constData());
+    utl_DeleteFile((process + store::update + "/" + store::comment).constData());
+    return true;
+}
+
+} // namespace
+
+bool GenCommentFile(const char* timeString, const char* timeStamp, const char* setupName, int type, int os)
+{
+    bool found = false;
+    QByteArray path = processDirectory(true, &found);
+    if (!found)
+        return false;
+    path += type == s_kindCusUpd ? store::cusUpdate : store::update;
+    ensureDirectory(path);
+    path += QByteArray("/") + store::comment;
+    utl_DeleteFile(path.constData());
+
+    const QByteArray text = commentText(timeString, timeStamp, setupName, type, os);
+    char buffer[1400] = {};
+    if (snprintf(buffer, sizeof buffer, "%s", text.constData()) >= int(sizeof buffer))
+        logX(1, "GenCommentFile: the text is too long and is cut.");
+
+    FILE* file = fopen(path.constData(), "w+");
+    logX(4, "%s", path.constData());
+    if (!file) {
+        logX(1, "failed to open %s", path.constData());
+        return false;
+    }
+    fputs(buffer, file);
+    fflush(file);
+    fclose(file);
+    logX(4, "writing to %s done.", path.constData());
+    return true;
+}
+
+bool ZipUpdFiles(int type, int os, bool withVersion)
+{
+    static const char* const clients[s_systemCount] = {"OrvexClient_Linux.tar.gz", "OrvexClient_Linux64.tar.gz",
+                                                       "OrvexClient_MacOS.tar.gz"};
+    static const char* const suffixes[s_systemCount] = {"", "_64", "_MacOS"};
+
+    bool found = false;
+    QByteArray process = processDirectory(true, &found);
+    if (!found) {
+        logX(1, "ZipUpdFiles: get current path failed.");
+        process.clear();
+    }
+    if (!utl_OrvexVerDisplay()) {
+        logX(1, "ZipUpdFiles:get version failed.");
+        return false;
+    }
+
+    const bool isUpdate = type == s_kindUpdate;
+    const bool knownSystem = os >= 0 && os < s_systemCount;
+    const QByteArray directory = process + (isUpdate ? store::update : store::cusUpdate);
+    QByteArray member = packing::updatePrefix;
+    if (isUpdate)
+        member += knownSystem ? clients[os] : "";
+    else
+        member += QByteArray(packing::cusUpdArchive) + packing::tarEnding;
+
+    QByteArray zip = "\"" + directory + "/" + (isUpdate ? "OrvexUpdate" : "OrvexCusUpd");
+    if (withVersion)
+        zip += QByteArray(utl_OrvexShortVersion()) + (knownSystem ? suffixes[os] : "");
+    zip += ".zip\"";
+    logX(4, "ZipUpdFiles zipfile: %s", zip.constData());
+    // Contract: the name carries its quotes, so no such file exists; an earlier ZIP stays and is updated in place.
+    utl_DeleteFile(zip.constData());
+
+    const QByteArray command = "cd \"" + directory + "\";\"" + process + store::archiver + "\" a " + zip + " " +
+                               store::comment + " " + member;
+    runShellCommand(command);
+    logX(4, isUpdate ? "ZipUpdFiles update zip cmd: %s" : "ZipUpdFiles cusupd zip cmd: %s", command.constData());
+    utl_DeleteFile((directory + "/" + member).constData());
+    // Contract: there is no success value, every caller logs its "failed." line on every run.
+    return false;
+}
+
+bool utl_GenLinuxUpdate(const char* timeString, const char* timeStamp)
+{
+    static const UpdateNames names = {packing::linuxClient, 1, "utl_GenLinuxUpdate:GenCommentFile 64 failed.",
+                                      "utl_GenLinuxUpdate:genFilePack 64 failed.",
+                                      "utl_GenLinuxUpdate:ZipUpdFiles 64 failed."};
+    bool found = false;
+    const QByteArray process = processDirectory(true, &found);
+    if (!found)
+        return false;
+    packing::removeScratch(process.constData());
+    return generateUpdate(names, process, timeString, timeStamp);
+}
+
+bool utl_GenMacosUpdate(const char* timeString, const char* timeStamp)
+{
+    // Contract: the line of the ZIP step names the Linux routine.
+    static const UpdateNames names = {packing::macosClient, 2, "utl_GenMacosUpdate:GenCommentFile  failed.",
+                                      "utl_GenMacosUpdate:genFilePack  failed.",
+                                      "utl_GenLinuxUpdate:ZipUpdFiles  failed."};
+    bool found = false;
+    const QByteArray process = processDirectory(true, &found);
+    if (!found)
+        return false;
+    return generateUpdate(names, process, timeString, timeStamp);
+}

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the project needs and that are missing, as root or by sudo.
+set -euo pipefail
+
+packages=(
+    build-essential cmake ninja-build ccache
+    qtbase5-dev qtbase5-dev-tools
+    p7zip-full tar gzip procps
+    openssl libssl-dev
+    xvfb xauth xdotool imagemagick x11-utils
+    fonts-dejavu-core fonts-noto-cjk
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing+=("$package")
+done
+[ "${#missing[@]}" -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null 2>&1; then
+        echo "These packages are missing; install them as root: ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"

@@ -1,0 +1,199 @@
+#include "advanced/CustomAdvPlayer.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QScrollArea>
+
+namespace advplay {
+
+QStringList words(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+void click(const QWidget& window, const char* name)
+{
+    QAbstractButton* button = child<QAbstractButton>(window, name);
+    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
+}
+
+void type(const QWidget& window, const char* name, const QString& text)
+{
+    QLineEdit* edit = child<QLineEdit>(window, name);
+    edit->setFocus();
+    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
+}
+
+void press(const QDialog& dialog, QDialogButtonBox::StandardButton button)
+{
+    const QDialogButtonBox* box = dialog.findChild<QDialogButtonBox*>();
+    QTest::mouseClick(box->button(button), Qt::LeftButton);
+}
+
+QString describe(const QMessageBox& box)
+{
+    const bool okIsDefault = box.defaultButton() && box.standardButton(box.defaultButton()) == QMessageBox::Ok;
+    return QStringLiteral("[%1] %2 (icon %3, buttons %4, default %5)")
+        .arg(box.windowTitle(), box.text(), QString::number(box.icon()), QString::number(int(box.standardButtons()), 16),
+             okIsDefault ? QStringLiteral("ok") : QStringLiteral("other"));
+}
+
+QString warning(const char* titleKey, const char* textKey)
+{
+    const QString title = titleKey ? langText(titleKey) : QString();
+    const QString text = langText(textKey);
+    if (title == QLatin1String("NULL") || text == QLatin1String("NULL"))
+        qFatal("no such key: %s or %s", titleKey ? titleKey : "", textKey);
+    return QStringLiteral("[%1] %2 (icon %3, buttons %4, default ok)")
+        .arg(title, text, QString::number(QMessageBox::Warning), QString::number(int(QMessageBox::Ok), 16));
+}
+
+QString focusOf(const QWidget& window)
+{
+    const QWidget* focus = window.focusWidget();
+    return focus ? focus->objectName() : QString();
+}
+
+CustomInfo recordFor(quint64 procomVal, quint64 funcomVal)
+{
+    CustomInfo info;
+    info.common.procomVal = procomVal;
+    info.common.funcomVal = funcomVal;
+    return info;
+}
+
+OpenDialog::OpenDialog(const CustomInfo& start) : info(start), dialog(nullptr)
+{
+    dialog.initalDialog(&info);
+    dialog.show();
+    QCoreApplication::processEvents();
+}
+
+void OpenDialog::expectBox()
+{
+    script.expect<QMessageBox>([this](QMessageBox& box) {
+        m_boxes.append(describe(box));
+        QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
+    });
+}
+
+QStringList OpenDialog::shown() const
+{
+    return m_boxes + script.complaints();
+}
+
+void OpenDialog::bringToFront(const QWidget* target)
+{
+    QTabWidget* tabWidget = widget<QTabWidget>("tabWidget");
+    for (int index = 0; index < tabWidget->count(); ++index) {
+        QWidget* page = tabWidget->widget(index);
+        if (!page->isAncestorOf(target))
+            continue;
+        tabWidget->setCurrentIndex(index);
+        QCoreApplication::processEvents();
+        page->findChild<QScrollArea*>()->ensureWidgetVisible(const_cast<QWidget*>(target));
+    }
+}
+
+void OpenDialog::clickOn(const char* name)
+{
+    bringToFront(widget<QWidget>(name));
+    click(dialog, name);
+}
+
+void OpenDialog::tick(const char* name, bool on)
+{
+    if (isOn(name) != on)
+        clickOn(name);
+}
+
+void OpenDialog::typeInto(const char* name, const QString& text)
+{
+    bringToFront(widget<QWidget>(name));
+    type(dialog, name, text);
+}
+
+// By keys, as a user would: from the first item downwards.
+void OpenDialog::choose(const char* name, int index)
+{
+    QComboBox* combo = widget<QComboBox>(name);
+    bringToFront(combo);
+    combo->setFocus();
+    QTest::keyClick(combo, Qt::Key_Home);
+    for (int step = 0; step < index; ++step)
+        QTest::keyClick(combo, Qt::Key_Down);
+}
+
+void OpenDialog::selectRow(const char* name, int row)
+{
+    QTreeWidget* tree = widget<QTreeWidget>(name);
+    bringToFront(tree);
+    QTreeWidgetItem* item = tree->topLevelItem(row);
+    tree->scrollToItem(item);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualItemRect(item).center());
+}
+
+QString OpenDialog::textOf(const char* name) const
+{
+    return widget<QLineEdit>(name)->text();
+}
+
+QStringList OpenDialog::itemsOf(const char* name) const
+{
+    const QComboBox* combo = widget<QComboBox>(name);
+    QStringList items;
+    for (int index = 0; index < combo->count(); ++index)
+        items.append(combo->itemText(index));
+    return items;
+}
+
+QStringList OpenDialog::rowsOf(const char* name) const
+{
+    const QTreeWidget* tree = widget<QTreeWidget>(name);
+    QStringList rows;
+    for (int row = 0; row < tree->topLevelItemCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < tree->columnCount(); ++column)
+            texts.append(tree->topLevelItem(row)->text(column));
+        rows.append(texts.join(QLatin1Char('|')));
+    }
+    return rows;
+}
+
+QStringList OpenDialog::enabledOf(const QStringList& names) const
+{
+    QStringList enabled;
+    for (const QString& name : names) {
+        if (isEnabled(name.toLatin1().constData()))
+            enabled.append(name);
+    }
+    return enabled;
+}
+
+QStringList OpenDialog::tickedOf(const QStringList& names) const
+{
+    QStringList ticked;
+    for (const QString& name : names) {
+        if (isOn(name.toLatin1().constData()))
+            ticked.append(name);
+    }
+    return ticked;
+}
+
+QStringList OpenDialog::tabs() const
+{
+    const QTabWidget* tabWidget = widget<QTabWidget>("tabWidget");
+    QStringList names;
+    for (int index = 0; index < tabWidget->count(); ++index)
+        names.append(tabWidget->widget(index)->objectName());
+    return names;
+}
+
+QString languageFile(const char* name)
+{
+    return QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") + QLatin1String(name);
+}
+
+} // namespace advplay

@@ -1,0 +1,119 @@
+#pragma once
+
+#include "advanced/CustomAdvProperty.h"
+#include "app/LangText.h"
+#include "app/myapplication.h"
+#include "support/ModalScript.h"
+#include "xml/CustomInfo.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <QtTest>
+
+#include <cstdio>
+#include <functional>
+
+/// Plays the advanced dialog and its small dialogs through their widgets.
+namespace advplay {
+
+/// The named child; the test ends at once when there is none.
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+/// Words of test tables, one blank between two.
+QStringList words(const char* text);
+
+/// A mouse click on the indicator of a check box or radio button, or on a push button.
+void click(const QWidget& window, const char* button);
+/// Replaces the text by key strokes; ASCII only.
+void type(const QWidget& window, const char* edit, const QString& text);
+void press(const QDialog& dialog, QDialogButtonBox::StandardButton button);
+/// Everything that a message box shows, in one line.
+QString describe(const QMessageBox& box);
+/// What describe() says of the plain warning with these texts; a null title key stands for an empty title.
+QString warning(const char* titleKey, const char* textKey);
+/// The name of the widget that has, or would have, the focus of the window.
+QString focusOf(const QWidget& window);
+
+CustomInfo recordFor(quint64 procomVal, quint64 funcomVal = 0);
+
+/// The advanced dialog, open over a record of its own.
+class OpenDialog
+{
+public:
+    explicit OpenDialog(const CustomInfo& start);
+
+    CustomInfo info; // the record, as the dialog has left it
+    CustomAdvProperty dialog;
+    ModalScript script;
+
+    /// The next modal window is a small dialog, which the step plays to its end.
+    template <class Window> void expect(std::function<void(Window&)> play) { script.expect<Window>(std::move(play)); }
+    /// The next modal window is a small dialog, which is cancelled.
+    template <class Window> void expectCancel()
+    {
+        script.expect<Window>([](Window& window) { press(window, QDialogButtonBox::Cancel); });
+    }
+    /// The next modal window is a message box, which is noted and answered by Ok.
+    void expectBox();
+    /// The boxes so far, as describe() says, and then everything that went otherwise than expected.
+    QStringList shown() const;
+
+    template <class Widget> Widget* widget(const char* name) const { return child<Widget>(dialog, name); }
+    void clickOn(const char* button);
+    /// Clicks until the box has this state.
+    void tick(const char* box, bool on = true);
+    void typeInto(const char* edit, const QString& text);
+    void choose(const char* combo, int index);
+    void selectRow(const char* tree, int row);
+    void pressOk() { press(dialog, QDialogButtonBox::Ok); }
+    void pressCancel() { press(dialog, QDialogButtonBox::Cancel); }
+
+    bool isOpen() const { return dialog.isVisible(); }
+    bool isOn(const char* box) const { return widget<QAbstractButton>(box)->isChecked(); }
+    bool isEnabled(const char* name) const { return widget<QWidget>(name)->isEnabled(); }
+    QString textOf(const char* edit) const;
+    int indexOf(const char* combo) const { return widget<QComboBox>(combo)->currentIndex(); }
+    QString choiceOf(const char* combo) const { return widget<QComboBox>(combo)->currentText(); }
+    QStringList itemsOf(const char* combo) const;
+    /// The rows of a table, the columns parted by "|".
+    QStringList rowsOf(const char* tree) const;
+    /// The names among these whose widgets are enabled.
+    QStringList enabledOf(const QStringList& names) const;
+    /// The names among these whose boxes are ticked.
+    QStringList tickedOf(const QStringList& names) const;
+    /// The object names of the tabs, in their order.
+    QStringList tabs() const;
+
+private:
+    void bringToFront(const QWidget* widget);
+
+    QStringList m_boxes;
+};
+
+QString languageFile(const char* name);
+
+/// The body of main(): the application object with the English texts, then the tests.
+template <class Test> int runTest(int argc, char** argv)
+{
+    CMyApplication app(argc, argv);
+    if (app.m_bAlreadyRunning) {
+        std::fprintf(stderr, "another process holds the instance lock\n");
+        return 1;
+    }
+    app.m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace advplay

@@ -1,0 +1,201 @@
+#include "advanced/CDynamicPwdDlg.h"
+#include "app/myapplication.h"
+#include "support/Installation.h"
+#include "support/ModalScript.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QPushButton>
+#include <QTest>
+
+#include <cstdlib>
+
+namespace {
+
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* const widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+void click(const QDialog& dialog, QDialogButtonBox::StandardButton button)
+{
+    QTest::mouseClick(child<QDialogButtonBox>(dialog, "buttonBox")->button(button), Qt::LeftButton);
+}
+
+QString okText(const QDialog& dialog)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Ok)->text();
+}
+
+QString cancelText(const QDialog& dialog)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Cancel)->text();
+}
+
+/// A table in which every key reads as itself, so that no key can pass for another.
+void showKeysAsTexts()
+{
+    QByteArray xml = "<language>";
+    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
+    for (const QByteArray& key : keys.simplified().split(' '))
+        xml += "<control key=\"" + key + "\">" + key + "</control>";
+    const QString path = installation::path(QStringLiteral("keys.xml"));
+    installation::writeFile(path, xml + "</language>");
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
+}
+
+class CloseEvents : public QObject
+{
+public:
+    int count = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        count += event->type() == QEvent::Close ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+void tick(const QDialog& dialog, const char* name, bool ticked)
+{
+    QCheckBox* const box = child<QCheckBox>(dialog, name);
+    if (box->isChecked() != ticked)
+        box->click();
+}
+
+} // namespace
+
+class TstCDynamicPwdDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void opensWithOnlyTheChangeAllowed();
+    void takesEveryTextFromTheLanguageTable_data();
+    void takesEveryTextFromTheLanguageTable();
+    void hasNoHelpButton();
+    void okAssignsBothFlags_data();
+    void okAssignsBothFlags();
+    void aSecondOkClearsWhatTheFirstSet();
+    void cancelLeavesTheFlagsAtZero();
+};
+
+void TstCDynamicPwdDlg::initTestCase()
+{
+    showKeysAsTexts();
+}
+
+void TstCDynamicPwdDlg::opensWithOnlyTheChangeAllowed()
+{
+    const CDynamicPwdDlg dialog;
+    QVERIFY(!child<QCheckBox>(dialog, "checkBox_default")->isChecked());
+    QVERIFY(child<QCheckBox>(dialog, "checkBox_editable")->isChecked());
+    QCOMPARE(int(dialog.defaultChecked), 0);
+    QCOMPARE(int(dialog.changeEnable), 0);
+}
+
+void TstCDynamicPwdDlg::takesEveryTextFromTheLanguageTable_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("checkBox_default") << QStringLiteral("checkBox_default") << QStringLiteral("CUS_DefaultChecked");
+    QTest::newRow("checkBox_editable") << QStringLiteral("checkBox_editable") << QStringLiteral("CUS_ChangeEnable");
+}
+
+void TstCDynamicPwdDlg::takesEveryTextFromTheLanguageTable()
+{
+    QFETCH(QString, widget);
+    QFETCH(QString, key);
+    const CDynamicPwdDlg dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("CUS_DynpwdVifTitle"));
+    QCOMPARE(okText(dialog), QStringLiteral("ok_button"));
+    QCOMPARE(cancelText(dialog), QStringLiteral("cancel_button"));
+    QCOMPARE(child<QWidget>(dialog, widget.toLatin1().constData())->property("text").toString(), key);
+}
+
+void TstCDynamicPwdDlg::hasNoHelpButton()
+{
+    const CDynamicPwdDlg dialog;
+    QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+}
+
+void TstCDynamicPwdDlg::okAssignsBothFlags_data()
+{
+    QTest::addColumn<bool>("isDefault");
+    QTest::addColumn<bool>("isEditable");
+    QTest::newRow("neither") << false << false;
+    QTest::newRow("changeable") << false << true;
+    QTest::newRow("selected by default") << true << false;
+    QTest::newRow("both") << true << true;
+}
+
+void TstCDynamicPwdDlg::okAssignsBothFlags()
+{
+    QFETCH(bool, isDefault);
+    QFETCH(bool, isEditable);
+    ModalScript script;
+    script.expect<CDynamicPwdDlg>([&](CDynamicPwdDlg& dialog) {
+        tick(dialog, "checkBox_default", isDefault);
+        tick(dialog, "checkBox_editable", isEditable);
+        click(dialog, QDialogButtonBox::Ok);
+    });
+    CDynamicPwdDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(int(dialog.defaultChecked), isDefault ? 1 : 0);
+    QCOMPARE(int(dialog.changeEnable), isEditable ? 1 : 0);
+}
+
+void TstCDynamicPwdDlg::aSecondOkClearsWhatTheFirstSet()
+{
+    ModalScript script;
+    for (const bool ticked : {true, false}) {
+        script.expect<CDynamicPwdDlg>([ticked](CDynamicPwdDlg& dialog) {
+            tick(dialog, "checkBox_default", ticked);
+            tick(dialog, "checkBox_editable", ticked);
+            click(dialog, QDialogButtonBox::Ok);
+        });
+    }
+    CDynamicPwdDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(int(dialog.defaultChecked), 1);
+    QCOMPARE(int(dialog.changeEnable), 1);
+    QTest::qWait(50); // the script must see the window gone before it opens again
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(int(dialog.defaultChecked), 0);
+    QCOMPARE(int(dialog.changeEnable), 0);
+}
+
+void TstCDynamicPwdDlg::cancelLeavesTheFlagsAtZero()
+{
+    CloseEvents closeEvents;
+    ModalScript script;
+    script.expect<CDynamicPwdDlg>([](CDynamicPwdDlg& dialog) {
+        tick(dialog, "checkBox_default", true);
+        click(dialog, QDialogButtonBox::Cancel);
+    });
+    CDynamicPwdDlg dialog;
+    dialog.installEventFilter(&closeEvents);
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(closeEvents.count, 0);
+    QCOMPARE(int(dialog.defaultChecked), 0);
+    QCOMPARE(int(dialog.changeEnable), 0);
+}
+
+int main(int argc, char** argv)
+{
+    CMyApplication application(argc, argv);
+    if (application.m_bAlreadyRunning)
+        return EXIT_FAILURE;
+    TstCDynamicPwdDlg test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_cdynamicpwddlg.moc"

@@ -1,0 +1,420 @@
+#include "advanced/CWanEscapeDlg.h"
+#include "app/myapplication.h"
+#include "support/Installation.h"
+#include "support/ModalScript.h"
+
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* const widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+void click(const QDialog& dialog, QDialogButtonBox::StandardButton button)
+{
+    QTest::mouseClick(child<QDialogButtonBox>(dialog, "buttonBox")->button(button), Qt::LeftButton);
+}
+
+void type(const QDialog& dialog, const char* edit, const QString& text)
+{
+    QLineEdit* const field = child<QLineEdit>(dialog, edit);
+    field->clear();
+    QTest::keyClicks(field, text);
+}
+
+/// Clicks OK, plays the one message box that follows, and tells what it showed and how the dialog stands behind it.
+QStringList clickRefusedOk(ModalScript& script, const QDialog& dialog)
+{
+    const auto told = std::make_shared<QStringList>();
+    script.expect<QMessageBox>([told](QMessageBox& box) {
+        QPushButton* const ok = qobject_cast<QPushButton*>(box.button(QMessageBox::Ok));
+        told->append({box.windowTitle(), box.text(), QString::number(box.icon()),
+                      QString::number(box.standardButtons(), 16), QString::number(ok && box.defaultButton() == ok)});
+        if (ok)
+            QTest::mouseClick(ok, Qt::LeftButton);
+        else
+            box.reject();
+    });
+    click(dialog, QDialogButtonBox::Ok);
+    const QWidget* const focus = dialog.focusWidget();
+    told->append({focus ? focus->objectName() : QString(), QString::number(dialog.isVisible())});
+    return *told;
+}
+
+QStringList refusal(const char* titleKey, const char* textKey, const char* focus)
+{
+    const QString yes = QStringLiteral("1");
+    return {QLatin1String(titleKey),
+            QLatin1String(textKey),
+            QString::number(QMessageBox::Warning),
+            QString::number(QMessageBox::Ok, 16),
+            yes,
+            QLatin1String(focus),
+            yes};
+}
+
+QString okText(const QDialog& dialog)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Ok)->text();
+}
+
+QString cancelText(const QDialog& dialog)
+{
+    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Cancel)->text();
+}
+
+/// A table in which every key reads as itself, so that no key can pass for another.
+void showKeysAsTexts()
+{
+    QByteArray xml = "<language>";
+    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
+    for (const QByteArray& key : keys.simplified().split(' '))
+        xml += "<control key=\"" + key + "\">" + key + "</control>";
+    const QString path = installation::path(QStringLiteral("keys.xml"));
+    installation::writeFile(path, xml + "</language>");
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
+}
+
+class CloseEvents : public QObject
+{
+public:
+    int count = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        count += event->type() == QEvent::Close ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+void typeServers(const QDialog& dialog, const QString& address, const QString& port, const QString& dns,
+                 const QString& backup)
+{
+    type(dialog, "lineEdit_pyxIp", address);
+    type(dialog, "lineEdit_pyxPort", port);
+    type(dialog, "lineEdit_dnsIp", dns);
+    type(dialog, "lineEdit_pyxIp_bak", backup);
+}
+
+QStringList results(const CWanEscapeDlg& dialog)
+{
+    return {dialog.address, dialog.port, dialog.dnsAddress, dialog.backupAddress};
+}
+
+} // namespace
+
+class TstCWanEscapeDlg : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void opensEmpty();
+    void takesEveryTextFromTheLanguageTable_data();
+    void takesEveryTextFromTheLanguageTable();
+    void labelsAreBuddiesOfTheirFields();
+    void hasNoHelpButton();
+    void okStoresTheFourTextsAsTheyStand_data();
+    void okStoresTheFourTextsAsTheyStand();
+    void firstFailedCheckIsShownAndNothingIsStored_data();
+    void firstFailedCheckIsShownAndNothingIsStored();
+    void malformedDnsAddressMovesTheFocusToTheBackupField();
+    void portFieldRefusesOtherKeys_data();
+    void portFieldRefusesOtherKeys();
+    void textThatIsNoNumberCountsAsPortZero();
+    void negativePortIsRefused();
+    void correctedEntriesAreAcceptedAfterARefusal();
+    void cancelClosesTheWindowAndStoresNothing();
+};
+
+void TstCWanEscapeDlg::initTestCase()
+{
+    showKeysAsTexts();
+}
+
+void TstCWanEscapeDlg::opensEmpty()
+{
+    const CWanEscapeDlg dialog;
+    for (const char* name : {"lineEdit_pyxIp", "lineEdit_pyxPort", "lineEdit_dnsIp", "lineEdit_pyxIp_bak"})
+        QCOMPARE(child<QLineEdit>(dialog, name)->text(), QString());
+    QCOMPARE(results(dialog), QStringList({QString(), QString(), QString(), QString()}));
+}
+
+void TstCWanEscapeDlg::takesEveryTextFromTheLanguageTable_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("label_pyxIp") << QStringLiteral("label_pyxIp") << QStringLiteral("CUS_Wancotrol_Escape_Pyx");
+    QTest::newRow("label_pyxPort") << QStringLiteral("label_pyxPort")
+                                   << QStringLiteral("CUS_Wancotrol_Escape_Pyx_Port");
+    QTest::newRow("label_dnsIp") << QStringLiteral("label_dnsIp") << QStringLiteral("CUS_Wancotrol_Escape_Dns");
+    QTest::newRow("label_pyxIp_bak") << QStringLiteral("label_pyxIp_bak")
+                                     << QStringLiteral("CUS_Wancotrol_Escape_Pyx_bak");
+}
+
+void TstCWanEscapeDlg::takesEveryTextFromTheLanguageTable()
+{
+    QFETCH(QString, widget);
+    QFETCH(QString, key);
+    const CWanEscapeDlg dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("CUS_Wancotrol_Escape"));
+    QCOMPARE(okText(dialog), QStringLiteral("ok_button"));
+    QCOMPARE(cancelText(dialog), QStringLiteral("cancel_button"));
+    QCOMPARE(child<QWidget>(dialog, widget.toLatin1().constData())->property("text").toString(), key);
+}
+
+void TstCWanEscapeDlg::labelsAreBuddiesOfTheirFields()
+{
+    const CWanEscapeDlg dialog;
+    QCOMPARE(child<QLabel>(dialog, "label_pyxIp")->buddy(), child<QWidget>(dialog, "lineEdit_pyxIp"));
+    QCOMPARE(child<QLabel>(dialog, "label_pyxPort")->buddy(), child<QWidget>(dialog, "lineEdit_pyxPort"));
+    QCOMPARE(child<QLabel>(dialog, "label_dnsIp")->buddy(), child<QWidget>(dialog, "lineEdit_dnsIp"));
+    QCOMPARE(child<QLabel>(dialog, "label_pyxIp_bak")->buddy(), child<QWidget>(dialog, "lineEdit_pyxIp_bak"));
+}
+
+void TstCWanEscapeDlg::hasNoHelpButton()
+{
+    const CWanEscapeDlg dialog;
+    QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+}
+
+void TstCWanEscapeDlg::okStoresTheFourTextsAsTheyStand_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("dns");
+    QTest::addColumn<QString>("backup");
+    const QString good = QStringLiteral("192.168.1.10");
+    const QString port = QStringLiteral("9019");
+    const QString dns = QStringLiteral("192.168.1.53");
+    const QString backup = QStringLiteral("192.168.1.11");
+    QTest::newRow("all filled") << good << port << dns << backup;
+    QTest::newRow("empty backup") << good << port << dns << QString();
+    QTest::newRow("loopback backup") << good << port << dns << QStringLiteral("127.0.0.1");
+    QTest::newRow("port 0") << good << QStringLiteral("0") << dns << backup;
+    QTest::newRow("port 65535") << good << QStringLiteral("65535") << dns << backup;
+    QTest::newRow("port with leading zeros") << good << QStringLiteral("00080") << dns << backup;
+    QTest::newRow("address all zero") << QStringLiteral("0.0.0.0") << port << dns << backup;
+    QTest::newRow("loopback with a dot behind") << QStringLiteral("127.0.0.1.") << port << dns << backup;
+    QTest::newRow("neighbour of loopback")
+        << QStringLiteral("127.0.0.2") << port << QStringLiteral("127.0.0.0") << backup;
+    QTest::newRow("dots behind all") << QStringLiteral("1.2.3.4.") << port << QStringLiteral("5.6.7.8.")
+                                     << QStringLiteral("9.9.9.9.");
+}
+
+void TstCWanEscapeDlg::okStoresTheFourTextsAsTheyStand()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, port);
+    QFETCH(QString, dns);
+    QFETCH(QString, backup);
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
+        typeServers(dialog, address, port, dns, backup);
+        click(dialog, QDialogButtonBox::Ok);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(results(dialog), QStringList({address, port, dns, backup}));
+}
+
+void TstCWanEscapeDlg::firstFailedCheckIsShownAndNothingIsStored_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("dns");
+    QTest::addColumn<QString>("backup");
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QByteArray>("focus");
+    const QString good = QStringLiteral("192.168.1.10");
+    const QString bad = QStringLiteral("192.168.1");
+    const QString loopback = QStringLiteral("127.0.0.1");
+    const QString port = QStringLiteral("9019");
+    const QString high = QStringLiteral("65536");
+    const QString none;
+    const QByteArray addressMissing = "CUS_Wancotrol_Escape_PyxIPIput";
+    const QByteArray portWrong = "CUS_Wancotrol_Escape_PyxPort_Err";
+    const QByteArray dnsMissing = "CUS_Wancotrol_Escape_DNSIPInput";
+    const QByteArray addressMalformed = "CUS_Wancotrol_Escape_PyxIpErr";
+    const QByteArray dnsMalformed = "CUS_Wancotrol_Escape_DnsIpErr";
+
+    QTest::newRow("1: address empty") << none << port << good << none << addressMissing << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("1: address loopback") << loopback << port << good << none << addressMissing
+                                         << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("1: everything wrong") << none << high << none << bad << addressMissing
+                                         << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("2: port empty") << good << none << good << none << portWrong << QByteArray("lineEdit_pyxPort");
+    QTest::newRow("2: port 65536") << good << high << good << none << portWrong << QByteArray("lineEdit_pyxPort");
+    QTest::newRow("2: port 99999") << good << QStringLiteral("99999") << good << none << portWrong
+                                   << QByteArray("lineEdit_pyxPort");
+    QTest::newRow("2: before the form of the address")
+        << bad << high << none << bad << portWrong << QByteArray("lineEdit_pyxPort");
+    QTest::newRow("3: DNS empty") << good << port << none << none << dnsMissing << QByteArray("lineEdit_dnsIp");
+    QTest::newRow("3: DNS loopback") << good << port << loopback << none << dnsMissing << QByteArray("lineEdit_dnsIp");
+    QTest::newRow("3: before the form of the address")
+        << bad << port << none << bad << dnsMissing << QByteArray("lineEdit_dnsIp");
+    QTest::newRow("4: address malformed")
+        << bad << port << good << none << addressMalformed << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("4: blank in front of the address")
+        << QStringLiteral(" 192.168.1.10") << port << good << none << addressMalformed << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("4: blank behind loopback")
+        << QStringLiteral("127.0.0.1 ") << port << good << none << addressMalformed << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("4: before the form of the DNS address")
+        << bad << port << bad << bad << addressMalformed << QByteArray("lineEdit_pyxIp");
+    QTest::newRow("5: DNS malformed") << good << port << bad << none << dnsMalformed
+                                      << QByteArray("lineEdit_pyxIp_bak");
+    QTest::newRow("5: DNS 256") << good << port << QStringLiteral("192.168.1.256") << none << dnsMalformed
+                                << QByteArray("lineEdit_pyxIp_bak");
+    QTest::newRow("5: before the form of the backup")
+        << good << port << bad << bad << dnsMalformed << QByteArray("lineEdit_pyxIp_bak");
+    QTest::newRow("6: backup malformed") << good << port << good << bad << addressMalformed
+                                         << QByteArray("lineEdit_pyxIp_bak");
+    QTest::newRow("6: backup a blank") << good << port << good << QStringLiteral(" ") << addressMalformed
+                                       << QByteArray("lineEdit_pyxIp_bak");
+}
+
+void TstCWanEscapeDlg::firstFailedCheckIsShownAndNothingIsStored()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, port);
+    QFETCH(QString, dns);
+    QFETCH(QString, backup);
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, focus);
+    QStringList told;
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
+        typeServers(dialog, address, port, dns, backup);
+        told = clickRefusedOk(script, dialog);
+        click(dialog, QDialogButtonBox::Cancel);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(told, refusal("SCE_SceneTipsTitle", key.constData(), focus.constData()));
+    QCOMPARE(results(dialog), QStringList({QString(), QString(), QString(), QString()}));
+}
+
+void TstCWanEscapeDlg::malformedDnsAddressMovesTheFocusToTheBackupField()
+{
+    QStringList told;
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
+        typeServers(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"), QStringLiteral("dns"), QString());
+        child<QLineEdit>(dialog, "lineEdit_dnsIp")->setFocus();
+        told = clickRefusedOk(script, dialog);
+        click(dialog, QDialogButtonBox::Cancel);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(told, refusal("SCE_SceneTipsTitle", "CUS_Wancotrol_Escape_DnsIpErr", "lineEdit_pyxIp_bak"));
+}
+
+void TstCWanEscapeDlg::portFieldRefusesOtherKeys_data()
+{
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("digits") << QStringLiteral("65535") << QStringLiteral("65535");
+    QTest::newRow("letters") << QStringLiteral("8a0b") << QStringLiteral("80");
+    QTest::newRow("minus") << QStringLiteral("-80") << QStringLiteral("80");
+    QTest::newRow("six digits") << QStringLiteral("655360") << QStringLiteral("65536");
+}
+
+void TstCWanEscapeDlg::portFieldRefusesOtherKeys()
+{
+    QFETCH(QString, keys);
+    const CWanEscapeDlg dialog;
+    type(dialog, "lineEdit_pyxPort", keys);
+    QTEST(child<QLineEdit>(dialog, "lineEdit_pyxPort")->text(), "text");
+}
+
+void TstCWanEscapeDlg::textThatIsNoNumberCountsAsPortZero()
+{
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
+        typeServers(dialog, QStringLiteral("1.2.3.4"), QString(), QStringLiteral("1.2.3.5"), QString());
+        child<QLineEdit>(dialog, "lineEdit_pyxPort")->setText(QStringLiteral("http"));
+        click(dialog, QDialogButtonBox::Ok);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(dialog.port, QStringLiteral("http"));
+}
+
+void TstCWanEscapeDlg::negativePortIsRefused()
+{
+    QStringList told;
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
+        typeServers(dialog, QStringLiteral("1.2.3.4"), QString(), QStringLiteral("1.2.3.5"), QString());
+        child<QLineEdit>(dialog, "lineEdit_pyxPort")->setText(QStringLiteral("-1"));
+        told = clickRefusedOk(script, dialog);
+        click(dialog, QDialogButtonBox::Cancel);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(told, refusal("SCE_SceneTipsTitle", "CUS_Wancotrol_Escape_PyxPort_Err", "lineEdit_pyxPort"));
+}
+
+void TstCWanEscapeDlg::correctedEntriesAreAcceptedAfterARefusal()
+{
+    QStringList told;
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
+        typeServers(dialog, QStringLiteral("1.2.3.4"), QStringLiteral("80"), QString(), QString());
+        told = clickRefusedOk(script, dialog);
+        type(dialog, "lineEdit_dnsIp", QStringLiteral("1.2.3.5"));
+        click(dialog, QDialogButtonBox::Ok);
+    });
+    CWanEscapeDlg dialog;
+    QCOMPARE(dialog.exec(), int(QDialog::Accepted));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(told, refusal("SCE_SceneTipsTitle", "CUS_Wancotrol_Escape_DNSIPInput", "lineEdit_dnsIp"));
+    QCOMPARE(results(dialog),
+             QStringList({QStringLiteral("1.2.3.4"), QStringLiteral("80"), QStringLiteral("1.2.3.5"), QString()}));
+}
+
+void TstCWanEscapeDlg::cancelClosesTheWindowAndStoresNothing()
+{
+    CloseEvents closeEvents;
+    ModalScript script;
+    script.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
+        typeServers(dialog, QStringLiteral("1.2.3.4"), QStringLiteral("80"), QStringLiteral("1.2.3.5"), QString());
+        click(dialog, QDialogButtonBox::Cancel);
+    });
+    CWanEscapeDlg dialog;
+    dialog.installEventFilter(&closeEvents);
+    QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(closeEvents.count, 1);
+    QCOMPARE(results(dialog), QStringList({QString(), QString(), QString(), QString()}));
+}
+
+int main(int argc, char** argv)
+{
+    CMyApplication application(argc, argv);
+    if (application.m_bAlreadyRunning)
+        return EXIT_FAILURE;
+    TstCWanEscapeDlg test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_cwanescapedlg.moc"

@@ -1,0 +1,56 @@
+#include "support/CommandRecorder.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+
+#include <dlfcn.h>
+
+namespace {
+
+QMutex s_mutex;
+bool s_recording = false;
+CommandRecorder::Mode s_mode = CommandRecorder::Run;
+QByteArrayList s_commands;
+
+} // namespace
+
+extern "C" int system(const char* command)
+{
+    {
+        QMutexLocker lock(&s_mutex);
+        if (s_recording) {
+            s_commands.append(QByteArray(command));
+            if (s_mode == CommandRecorder::RecordOnly)
+                return 0;
+        }
+    }
+    using System = int (*)(const char*);
+    static const System real = reinterpret_cast<System>(dlsym(RTLD_NEXT, "system"));
+    return real(command);
+}
+
+CommandRecorder::CommandRecorder(Mode mode)
+{
+    QMutexLocker lock(&s_mutex);
+    s_recording = true;
+    s_mode = mode;
+    s_commands.clear();
+}
+
+CommandRecorder::~CommandRecorder()
+{
+    QMutexLocker lock(&s_mutex);
+    s_recording = false;
+}
+
+QByteArrayList CommandRecorder::commands() const
+{
+    QMutexLocker lock(&s_mutex);
+    return s_commands;
+}
+
+void CommandRecorder::clear()
+{
+    QMutexLocker lock(&s_mutex);
+    s_commands.clear();
+}

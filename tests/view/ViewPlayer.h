@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/myapplication.h"
+#include "xml/CustomInfo.h"
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <QtTest>
+
+#include <cstdio>
+
+/// Plays the read-only views through their widgets.
+namespace viewplay {
+
+/// The named child; the test ends at once when there is none.
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+/// Makes "[key]" the text of every key, so that a test sees which key a window uses.
+void useKeysAsTexts();
+/// "en" or "zh": the texts of the program.
+void useLanguage(const char* code);
+
+/// A record with all components, and ticks and texts everywhere.
+CustomInfo fullRecord();
+/// A record with all components and no flag set.
+CustomInfo bareRecord();
+
+/// Brings the tab of the widget to the front.
+void bringToFront(const QWidget* widget);
+/// Clicks on the indicator with the mouse.
+void clickOn(QAbstractButton* button);
+
+/// "name=value" for each check box and radio button, in the order of the form.
+QStringList ticks(const QDialog& dialog);
+/// Clicks on every check box and radio button that is enabled, with the mouse and with the space bar, and collects what
+/// that changed. `clicked` counts the clicks that arrived.
+QStringList changesByClicks(QDialog& dialog, int& clicked);
+
+/// The names of the line edits that can be written in, the combo boxes that can be opened, the tree cells that can be
+/// edited and the check boxes that are disabled.
+QStringList writableControls(const QDialog& dialog);
+/// The names of the fields, combo boxes, lists and trees that have no name for the accessibility interface.
+QStringList namelessControls(const QDialog& dialog);
+/// The line edits in which copying reaches the clipboard, or the accessibility interface reads the text.
+QStringList readableSecrets(const QDialog& dialog, const QString& secret);
+/// The steps of the tab order that lead upwards within one tab, as "from > to".
+QStringList backwardSteps(const QDialog& dialog);
+/// Shows the dialog and collects the texts that do not fit, "NULL" texts included, on all its tabs.
+QStringList clippedTexts(QDialog& dialog);
+
+/// The files below the root of the store, the log aside.
+QStringList storedFiles();
+
+/// The body of main(): the application object with the keys as texts, then the tests.
+template <class Test> int runTest(int argc, char** argv)
+{
+    CMyApplication app(argc, argv);
+    if (app.m_bAlreadyRunning) {
+        std::fprintf(stderr, "another process holds the instance lock\n");
+        return 1;
+    }
+    useKeysAsTexts();
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace viewplay

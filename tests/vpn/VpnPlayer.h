@@ -1,0 +1,121 @@
+#pragma once
+
+#include "app/myapplication.h"
+#include "vpn/QVPNAdvProperty.h"
+#include "xml/CustomInfo.h"
+#include "xml/CustomInfoHolder.h"
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QStringList>
+#include <QVector>
+#include <QtTest>
+
+#include <cstdio>
+#include <functional>
+
+/// Plays the VPN dialogs through their widgets.
+namespace vpnplay {
+
+/// The opener of the dialog, reduced to the record that it lends.
+class RecordHolder : public QDialog, public CustomInfoHolder
+{
+    Q_OBJECT
+    Q_INTERFACES(CustomInfoHolder)
+
+public:
+    CustomInfo* customInfo() override { return lends ? &info : nullptr; }
+
+    CustomInfo info;
+    bool lends = true;
+};
+
+/// A record whose VPN fields all differ from the defaults and, where the field allows it, from each other. Stored
+/// unchanged, it stays the same.
+CustomInfo tellingRecord();
+
+/// "field: old -> new" for every field that differs, in the order of the record.
+QStringList changes(const CustomInfo& before, const CustomInfo& after);
+
+/// The named child; the test ends at once when there is none.
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+struct ShownBox
+{
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+    bool hasParent = false;
+    QString focus; // the focus of the dialog behind, while the box is open
+};
+
+/// Reads a box that is on screen.
+ShownBox shown(const QMessageBox& box, const QDialog& behind);
+
+/// Fails the test unless the box is the plain warning with these texts.
+void compareWarning(const ShownBox& box, const char* titleKey, const char* textKey);
+
+/// One run of QVPNAdvProperty, from opening to closing.
+struct Session
+{
+    CustomInfo info; // as the dialog left it
+    QVector<ShownBox> boxes;
+    QStringList complaints; // of the script
+    int result = -1;
+    QString focus; // the last focus of the dialog
+};
+
+using Edit = std::function<void(QVPNAdvProperty&)>;
+
+/// Opens the dialog over a copy of the record, edits, presses Ok and answers the stated number of boxes by Ok.
+Session pressOkAfter(const CustomInfo& info, const Edit& edit, int boxes = 0);
+Session pressCancelAfter(const CustomInfo& info, const Edit& edit);
+/// Opens the dialog over a copy of the record, looks at it and cancels it; `look` may compare.
+void inspect(const CustomInfo& info, const Edit& look);
+
+/// Brings the tab of the widget to the front.
+void bringToFront(QVPNAdvProperty& dialog, const QWidget* widget);
+/// Replaces the text by key strokes.
+void typeInto(QVPNAdvProperty& dialog, const char* edit, const QString& text);
+void typeText(QLineEdit* edit, const QString& text);
+void clickOn(QVPNAdvProperty& dialog, const char* button);
+/// Chooses an item of an enabled combo box.
+void choose(QVPNAdvProperty& dialog, const char* combo, int index);
+
+QString textOf(const QVPNAdvProperty& dialog, const char* edit);
+int indexOf(const QVPNAdvProperty& dialog, const char* combo);
+bool isOn(const QVPNAdvProperty& dialog, const char* box);
+/// The names among these whose widgets are enabled, in the given order.
+QStringList enabledOf(const QVPNAdvProperty& dialog, const QStringList& names);
+QStringList itemsOf(const QVPNAdvProperty& dialog, const char* combo);
+
+QString languageFile(const char* name);
+
+/// The body of main(): the application object with the English texts, then the tests.
+template <class Test> int runTest(int argc, char** argv)
+{
+    CMyApplication app(argc, argv);
+    if (app.m_bAlreadyRunning) {
+        std::fprintf(stderr, "another process holds the instance lock\n");
+        return 1;
+    }
+    app.m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace vpnplay
+
+/// Words of test tables, one blank between two.
+inline QStringList words(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}

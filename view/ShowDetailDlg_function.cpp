@@ -1,0 +1,83 @@
+#include "app/LangText.h"
+#include "view/ShowDetailDlg.h"
+
+namespace {
+
+/// The two options of a password function; `options` is the sum of 2 selected by default and 1 changeable by the user.
+QString optionTexts(quint32 options)
+{
+    QString text;
+    if ((options & 2) != 0) {
+        text += langText("CUS_DefaultChecked");
+        if ((options & 1) != 0)
+            text += QLatin1Char(';');
+    }
+    if ((options & 1) != 0)
+        text += langText("CUS_ChangeEnable");
+    return text;
+}
+
+QString bracket(const QString& content)
+{
+    return langText("VUI_ZuoKuoHao") + content + langText("VUI_YouKuoHao");
+}
+
+QString dynamicPassword(const BasicFunctionInfo& function)
+{
+    QString text = langText("CUS_FuncName.DynamicpwdVerify");
+    if (function.dynamicVifInfo != 0)
+        text += bracket(optionTexts(function.dynamicVifInfo));
+    return text;
+}
+
+QString messageAuthentication(const BasicFunctionInfo& function)
+{
+    QString content;
+    if (function.msgAuthInfo != 0)
+        content = optionTexts(function.msgAuthInfo) + QLatin1Char(';');
+    content += langText("CUS_MsgAuthServIPShow") + function.msgAuthServIP + QLatin1Char(';');
+    content += langText("CUS_MsgAuthServDomainShow") + QString::number(function.msgAuthServPort);
+    return langText("CUS_FuncName.MsgAuth") + bracket(content);
+}
+
+QString passwordProtection(const BasicFunctionInfo& function)
+{
+    QString text = langText("CUS_Uinstall_Password_Enable");
+    if (function.uninstallPasswordExtend != 0)
+        text += QLatin1String(": ") + langText("CUS_Uinstall_Password_Extend");
+    return text;
+}
+
+QString wanControlEscape(const BasicFunctionInfo& function)
+{
+    // Contract: a blank follows the semicolon behind the port, and none the other two.
+    QString content = langText("CUS_Wancotrol_Escape_Pyx") + function.wanControlEscapePyxIp + QLatin1Char(';');
+    content += langText("CUS_Wancotrol_Escape_Pyx_bak") + function.wanControlEscapePyxIpBackup + QLatin1Char(';');
+    content += langText("CUS_Wancotrol_Escape_Pyx_Port") + function.wanControlEscapePyxPort + QLatin1String("; ");
+    content += langText("CUS_Wancotrol_Escape_Dns") + function.wanControlEscapeDns;
+    return langText("CUS_Wancotrol_Escape") + bracket(content);
+}
+
+} // namespace
+
+void ShowDetailDlg::initFunctionPage()
+{
+    const BasicFunctionInfo& function = m_customInfo.function;
+    ui.listWidget_func->clear();
+    if (function.acl != 0)
+        ui.listWidget_func->addItem(langText("AclOpt"));
+    if (function.wanControl == 1)
+        ui.listWidget_func->addItem(langText("WanControlOpt1"));
+    else if (function.wanControl != 0)
+        ui.listWidget_func->addItem(langText("WanControlOpt2"));
+    if (function.drvErr != 0)
+        ui.listWidget_func->addItem(langText("DrvErrOpt"));
+    if (function.dynamicPwdVerify != 0)
+        ui.listWidget_func->addItem(dynamicPassword(function));
+    if (function.msgAuthOpt != 0)
+        ui.listWidget_func->addItem(messageAuthentication(function));
+    if (function.passwordProtection != 0)
+        ui.listWidget_func->addItem(passwordProtection(function));
+    if (function.wanControlEscape != 0)
+        ui.listWidget_func->addItem(wanControlEscape(function));
+}

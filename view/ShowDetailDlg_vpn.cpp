@@ -1,0 +1,65 @@
+#include "app/CLanguageParser.h"
+#include "view/QShowVpnAdv.h"
+#include "view/ShowDetailDlg.h"
+#include "view/ViewRows.h"
+
+void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
+{
+    fillRows(ui.tab_Sslvpn);
+
+    QTreeWidget* tree = ui.treeWidget_SSLIP;
+    tree->clear();
+    tree->setHeaderLabels({parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"),
+                           parser.GetKey("SSL_ADDRESS"), parser.GetKey("SSL_PORT")});
+    constexpr int widths[] = {50, 100, 140, 60};
+    for (int column = 0; column < tree->columnCount(); ++column)
+        tree->setColumnWidth(column, widths[column]);
+
+    quint64 number = 0;
+    for (const SSLVPNRemoteInfo& gateway : m_customInfo.sslvpn.remote) {
+        ++number;
+        const bool isDefault = number == m_customInfo.sslvpn.defaultAddress;
+        const QString name = isDefault ? gateway.iPDes + parser.GetKey("SSL_DEFAULTNAME") : gateway.iPDes;
+        viewrows::addTreeRow(tree, {QString::number(number), name, gateway.ip, gateway.port});
+    }
+}
+
+void ShowDetailDlg::initL2tpIpsecPage()
+{
+    const IPSECVPNBASECFG& config = m_customInfo.vpn.basecfg;
+    fillRows(ui.tab_l2tp);
+
+    const bool usesIpsec = config.useIPSEC != 0;
+    const bool usesKey = usesIpsec && m_customInfo.vpn.ikecfg.IKEAuthMethod != QLatin1String("CA-Windows");
+    ui.radioButton_useLNS_S->setEnabled(usesIpsec);
+    ui.radioButton_useOtherLNS_S->setEnabled(usesIpsec);
+    ui.label_AuthMethod_S->setEnabled(usesIpsec);
+    ui.lineEdit_authMethod_S->setEnabled(usesIpsec);
+    ui.label_Authenticator_S->setEnabled(usesKey);
+    ui.lineEdit_preshareKey_S->setEnabled(usesKey);
+    if (usesIpsec)
+        viewrows::showText(ui.lineEdit_preshareKey_S, config.preSharedKey);
+
+    const bool usesOtherServer = config.LNSAsIPSECServer == 0;
+    tickIpsecServer();
+    ui.label_IPSECServerIP_S->setEnabled(usesOtherServer);
+    ui.lineEdit_IPSECServerIP_S->setEnabled(usesOtherServer);
+    if (usesOtherServer)
+        viewrows::showText(ui.lineEdit_IPSECServerIP_S, config.otherIPSECServer);
+}
+
+// Of two exclusive buttons the ticked one cannot be unticked, so the one that the record names is ticked.
+void ShowDetailDlg::tickIpsecServer()
+{
+    if (m_customInfo.vpn.basecfg.LNSAsIPSECServer != 0)
+        ui.radioButton_useLNS_S->setChecked(true);
+    else
+        ui.radioButton_useOtherLNS_S->setChecked(true);
+}
+
+void ShowDetailDlg::OnAdvProperty()
+{
+    QShowVpnAdv dialog(this);
+    dialog.setInital();
+    dialog.exec();
+}

@@ -1,0 +1,135 @@
+#include "vpn/QVPNAdvProperty.h"
+
+#include "app/WarningBox.h"
+#include "vpn/ComboItems.h"
+#include "vpn/NameValidator.h"
+#include "vpn/PageRows.h"
+#include "xml/CustomInfo.h"
+
+using namespace rows;
+
+namespace {
+
+// clang-format off
+const LabelRow labelRows[] = {
+    {&Widgets::label_TunnelName,    "VUI_L2TPTunnelName"},
+    {&Widgets::label_AuthMode,      "VUI_L2TPAuthMode"},
+    {&Widgets::label_HelloInterval, "VUI_L2TPHelloInterval"},
+    {&Widgets::label_Seconds,       "VUI_StaticSeconds"},
+    {&Widgets::label_L2tpPort,      "VUT_L2TPPORT"},
+    {&Widgets::label_TunnelPwd,     "VUI_L2TPTunnelPwd"},
+};
+
+const CheckRow checkRows[] = {
+    {&Widgets::checkBox_TunnelAuthOn, "VUI_L2TPUseTunnelPwd"},
+    {&Widgets::checkBox_AVPHidden,    "VUI_L2TPAVPHidden"},
+};
+
+const EditRow<L2TPCFG> editRows[] = {
+    {&Widgets::lineEdit_TunnelName,    30, &L2TPCFG::L2TPTunnelName},
+    {&Widgets::lineEdit_HelloInterval,  5, &L2TPCFG::L2TPHelloInterval},
+};
+
+const ComboRow<L2TPCFG> comboRows[] = {
+    {&Widgets::comboBox_AuthMode, items::authModes, &L2TPCFG::L2TPAuthMode},
+};
+// clang-format on
+
+constexpr int maxPasswordLength = 16;
+
+} // namespace
+
+void QVPNAdvProperty::setL2tpText()
+{
+    showLabels(ui, labelRows);
+    showCheckBoxes(ui, checkRows);
+}
+
+void QVPNAdvProperty::setL2tpInit()
+{
+    const CustomInfo* info = record();
+    if (!info)
+        return;
+    const L2TPCFG& l2tp = info->vpn.l2tpcfg;
+
+    ui.lineEdit_TunnelName->setValidator(new NameValidator(this));
+    ui.lineEdit_TunnelPwd->setValidator(
+        new QRegExpValidator(QRegExp(QStringLiteral(R"([\x20-\x7e]+)"), Qt::CaseSensitive), this));
+    ui.lineEdit_TunnelPwd->setMaxLength(maxPasswordLength);
+    fillCombos(ui, comboRows);
+    selectCombos(ui, comboRows, l2tp);
+    loadEdits(ui, editRows, l2tp);
+
+    if (l2tp.L2TPUseTunnelPwd != 0) {
+        ui.checkBox_TunnelAuthOn->setChecked(true);
+        ui.lineEdit_TunnelPwd->setText(l2tp.L2TPTunnelPwd);
+        enableTunnelPwd(true);
+        // Contract: only the value 1 hides the AVP data; the flag counts as off at any other value.
+        ui.checkBox_AVPHidden->setChecked(l2tp.L2TPAVPHidden == 1);
+    } else {
+        enableTunnelPwd(false);
+        ui.checkBox_AVPHidden->setChecked(false);
+    }
+    ui.lineEdit_L2tpPort->setText(QString::number(l2tp.L2TPPort));
+}
+
+// Contract: on this page the message comes before the focus.
+void QVPNAdvProperty::saveL2tpCfg()
+{
+    CustomInfo* info = record();
+    if (!info)
+        return;
+    L2TPCFG& l2tp = info->vpn.l2tpcfg;
+    WarningBox box("VUI_AdvancedSettings");
+
+    const QString name = ui.lineEdit_TunnelName->text();
+    if (name.isEmpty()) {
+        box.refuse("VUI_InvalidTunnelName", ui.lineEdit_TunnelName);
+        return;
+    }
+    l2tp.L2TPTunnelName = name;
+
+    const QString helloText = ui.lineEdit_HelloInterval->text();
+    const long hello = helloText.toLong(nullptr, 10);
+    if (hello < 60 || hello > 1000) {
+        box.refuse("VUI_InputValid1000PLS", ui.lineEdit_HelloInterval);
+        return;
+    }
+    l2tp.L2TPHelloInterval = helloText;
+
+    if (ui.checkBox_TunnelAuthOn->isChecked()) {
+        const QString password = ui.lineEdit_TunnelPwd->text();
+        if (password.isEmpty()) {
+            box.refuse("VUI_InvalidTunnelPwd", ui.lineEdit_TunnelPwd);
+            return;
+        }
+        l2tp.L2TPTunnelPwd = password;
+        l2tp.L2TPUseTunnelPwd = 1;
+    } else {
+        // Contract: the stored password outlives the switch.
+        l2tp.L2TPUseTunnelPwd = 0;
+    }
+
+    storeCombos(ui, comboRows, l2tp);
+    l2tp.L2TPAVPHidden = ui.checkBox_AVPHidden->isChecked() ? 1 : 0;
+
+    // Contract: a negative port wraps to a large number and is refused; a text that is no number counts as 0 and passes.
+    const unsigned long port = static_cast<unsigned long>(ui.lineEdit_L2tpPort->text().toLong(nullptr, 10));
+    if (port > 65535) {
+        box.refuse("VUI_InvalidL2TPPort", ui.lineEdit_L2tpPort);
+        return;
+    }
+    l2tp.L2TPPort = port;
+}
+
+void QVPNAdvProperty::OnTunnelAuthChk()
+{
+    enableTunnelPwd(ui.checkBox_TunnelAuthOn->isChecked());
+}
+
+void QVPNAdvProperty::enableTunnelPwd(bool enabled)
+{
+    ui.label_TunnelPwd->setEnabled(enabled);
+    ui.lineEdit_TunnelPwd->setEnabled(enabled);
+    ui.checkBox_AVPHidden->setEnabled(enabled);
+}
