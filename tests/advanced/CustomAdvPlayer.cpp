@@ -1,5 +1,7 @@
 #include "advanced/CustomAdvPlayer.h"
 
+#include "support/DistinctRecord.h"
+
 #include <QAbstractButton>
 #include <QLineEdit>
 #include <QScrollArea>
@@ -62,6 +64,43 @@ CustomInfo recordFor(quint64 procomVal, quint64 funcomVal)
     info.common.procomVal = procomVal;
     info.common.funcomVal = funcomVal;
     return info;
+}
+
+CustomInfo settledRecord()
+{
+    CustomInfo record = distinctRecord();
+    PortalOptionsInfo& portal = record.portal;
+    for (quint32* flag : {&portal.keepConnPasswd, &portal.autoAuth, &portal.upVer, &portal.resumeConn,
+                          &portal.advancedAuth, &portal.advancedAuthType})
+        *flag = 1;
+    X1OptionsInfo& x1 = record.x1;
+    for (quint32* flag : {&x1.keepConnPasswd, &x1.autoAuth, &x1.upVer, &x1.upIp, &x1.broadLogOff, &x1.x1ResumeConn,
+                          &x1.refreshIPAftCut, &x1.advancedAuth, &x1.advancedAuthType})
+        *flag = 1;
+    x1.unicastType = 0;
+    BasicFunctionInfo& function = record.function;
+    for (quint32* flag : {&function.acl, &function.drvErr, &function.msgAuthOpt, &function.passwordProtection,
+                          &function.wanControlEscape})
+        *flag = 1;
+    function.dynamicPwdVerify = 0;
+    record.sslvpn.defaultAddress = 2;
+    record.sslvpn.authDefaultMode = 1;
+    record.sslvpn.TLSVersion = 1;
+    record.domain.domainForce = 1;
+    IPSECVPNBASECFG& base = record.vpn.basecfg;
+    for (quint64* flag : {&base.useIPSEC, &base.upVersion, &base.resumConn})
+        *flag = 1;
+    base.LNSAsIPSECServer = 0;
+    base.preSharedKey = QStringLiteral("pre-shared key");
+    record.vpn.ikecfg.IKEAuthMethod = QStringLiteral("PRE-SHARE");
+    record.vpn.ipseccfg.IPSECEncapsulationMode = QStringLiteral("Tunnel");
+    record.zoa.useZOA = 1;
+    return record;
+}
+
+QStringList changes(const CustomInfo& before, const CustomInfo& after)
+{
+    return differences(before, after);
 }
 
 OpenDialog::OpenDialog(const CustomInfo& start) : info(start), dialog(nullptr)

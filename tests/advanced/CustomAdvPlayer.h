@@ -45,7 +45,12 @@ QString warning(const char* titleKey, const char* textKey);
 /// The name of the widget that has, or would have, the focus of the window.
 QString focusOf(const QWidget& window);
 
+/// The defaults, with these components.
 CustomInfo recordFor(quint64 procomVal, quint64 funcomVal = 0);
+/// A record with all components and hardly a default in it, which OK stores back unchanged.
+CustomInfo settledRecord();
+/// The fields of the record that the dialog has changed, see differences().
+QStringList changes(const CustomInfo& before, const CustomInfo& after);
 
 /// The advanced dialog, open over a record of its own.
 class OpenDialog

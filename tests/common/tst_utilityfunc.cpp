@@ -949,7 +949,7 @@ void TstUtilityFunc::everyOccurrenceIsReplaced_data()
     row("same length", "a-b-c", "-", "+", "a+b+c");
     row("longer", "a-b-c", "-", "<=>", "a<=>b<=>c");
     row("shorter", "a<=>b<=>c", "<=>", "-", "a-b-c");
-    row("at the start", "-ab", "-", "++", "++ab");
+    row("at the start", "-abcdefgh", "-", "++", "++abcdefgh");
     row("at the end", "ab-", "-", "++", "ab++");
     row("side by side", "a---b", "-", "++", "a++++++b");
     row("the whole text", "abc", "abc", "longer text", "longer text");

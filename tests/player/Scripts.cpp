@@ -188,10 +188,8 @@ void addLanguages(Player& player)
     const auto pages = [](const QString& language) {
         QListWidget* selector = Player::child<QListWidget>(mainWindow, "listWidget");
         selector->setCurrentRow(0);
-        QTest::qWait(100);
         Player::shoot(QStringLiteral("client-page-") + language);
         selector->setCurrentRow(1);
-        QTest::qWait(100);
         Player::shoot(QStringLiteral("history-page-") + language);
         Player::say(QStringLiteral("  title: ") + Player::window(mainWindow)->windowTitle());
     };

@@ -262,9 +262,10 @@ QStringList itemsOf(const QVPNAdvProperty& dialog, const char* name)
     return items;
 }
 
-QString languageFile(const char* name)
+void loadLanguage(const char* file)
 {
-    return QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") + QLatin1String(name);
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") +
+                                                             QLatin1String(file));
 }
 
 } // namespace vpnplay

@@ -97,7 +97,8 @@ bool isOn(const QVPNAdvProperty& dialog, const char* box);
 QStringList enabledOf(const QVPNAdvProperty& dialog, const QStringList& names);
 QStringList itemsOf(const QVPNAdvProperty& dialog, const char* combo);
 
-QString languageFile(const char* name);
+/// Puts the texts of a language file of the source tree into the application's table.
+void loadLanguage(const char* file);
 
 /// The body of main(): the application object with the English texts, then the tests.
 template <class Test> int runTest(int argc, char** argv)
@@ -107,7 +108,7 @@ template <class Test> int runTest(int argc, char** argv)
         std::fprintf(stderr, "another process holds the instance lock\n");
         return 1;
     }
-    app.m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
+    loadLanguage("Language_en.xml");
     Test test;
     return QTest::qExec(&test, argc, argv);
 }

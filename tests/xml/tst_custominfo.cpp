@@ -603,7 +603,6 @@ void TstCustomInfo::distinctRecordDiffersFromTheDefaultsInEveryField()
 
 void TstCustomInfo::distinctRecordRepeatsNoValue()
 {
-    // Makes each field in turn hold the value of another one: whatever the pair, the record has to change.
     const CustomInfo record = distinctRecord();
     QList<quint64> numbers = {record.common.cusTimeStamp,
                               record.common.procomVal,

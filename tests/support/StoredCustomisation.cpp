@@ -1,0 +1,47 @@
+#include "support/StoredCustomisation.h"
+
+#include "common/CustomInfoVerify.h"
+#include "support/Installation.h"
+#include "xml/CustomXmlParser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+QByteArray documentOf(const CustomInfo& record)
+{
+    CustomInfo copy = record;
+    CustomXmlParser parser;
+    parser.FormatXMLInit();
+    parser.FormatXMLCommonInfo(copy.common);
+    parser.FormatXMLFunctionInfo(copy.function);
+    parser.FormatXML8021XInfo(copy.x1);
+    parser.FormatXMLDomainInfo(copy.domain);
+    parser.FormatXMLPortalInfo(copy.portal);
+    parser.FormatXMLSslVpnInfo(copy.sslvpn);
+    parser.FormatXMLGUIInfo(copy.gui);
+    parser.FormatXMLZOAInfo(copy.zoa);
+    parser.FormatIpseVpnInfo(copy.vpn);
+    parser.FormatXMLIPSECVPNRouteInfo(copy.vpnRoutes);
+    if (copy.common.funcomVal & funcom::kef)
+        parser.FormatXMLKefInfo(copy.kef);
+    const QString path = installation::path(QStringLiteral("custom/OrvexCustom.xml"));
+    QDir().mkpath(installation::path(QStringLiteral("custom")));
+    parser.SaveFile(path);
+    return installation::readFile(path);
+}
+
+void storeCustomisation(const QString& root, const CustomInfo& record, const QString& name)
+{
+    documentOf(record);
+    QByteArray document = installation::path(QStringLiteral("custom/OrvexCustom.xml")).toLocal8Bit();
+    unsigned long error = 0;
+    QVERIFY(utl_GenCustomInfoVerify(&error, document.data()));
+    const QString target = root + QLatin1String("UpdateCustom/") +
+                           (name.isEmpty() ? QString::number(record.common.cusTimeStamp) : name) + QLatin1Char('/');
+    QDir().mkpath(target);
+    for (const QString& file : {QStringLiteral("OrvexCustom.xml"), QStringLiteral("OrvexCustomXml.vrf")}) {
+        QFile::remove(target + file);
+        QVERIFY(QFile::copy(installation::path(QLatin1String("custom/") + file), target + file));
+    }
+}
