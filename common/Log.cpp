@@ -82,13 +82,9 @@ int GetNewLogFile(char* path)
         return 0;
     }
 
-    // The path ends in a slash, so this call logs nothing and cannot come back here; nor can the directory's command,
-    // which fits its buffer.
-    if (size_t(length) - 1 + strlen("mkdir -p \"\"") < s_pathSize && !utl_DirectoryExists(path)) {
-        char scratch[s_pathSize + 1];
-        memcpy(scratch, path, size_t(length) + 1);
-        utl_ForceDirCreate(scratch);
-    }
+    // The path ends in a slash and its command fits the buffer, so this call logs nothing and cannot come back here.
+    if (!utl_DirectoryExists(path))
+        utl_ForceDirCreate(path);
 
     const tm local = localNow();
     char day[32];

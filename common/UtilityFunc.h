@@ -47,7 +47,7 @@ void utl_CopyFile(const char* source, const char* target);
 ///
 /// @param target  a directory; made when it does not exist; not changed
 /// @param error   0; 1 no such source, or its path has 259 bytes or more; 2 the target cannot be made, or its path has
-///                259 bytes or more; 3 the two names are equal without regard to case
+///                259 bytes or more without a trailing slash; 3 the two names are equal without regard to case
 /// @return        true when the command was run
 bool utl_CopyFilesForce(const char* source, char* target, unsigned long& error);
 

@@ -100,9 +100,8 @@ char* GetVifVer(unsigned long* error)
     if (!file)
         return fail(error, 353);
     const size_t got = fread(buffer, 1, size, file);
+    static_cast<void>(got); // what is missing fails the digest
     fclose(file);
-    if (got != size)
-        return fail(error, 353);
     unsigned char stored[digestSize];
     memcpy(stored, buffer + size - digestSize, digestSize);
 
@@ -128,11 +127,11 @@ char* GetVifVer(unsigned long* error)
     if (length != 26 && length != 29)
         return fail(error, 357);
 
+    if (!memchr(text, '-', 11))
+        return fail(error, 358);
     copyText(s_vifVersion, text, 11);
     copyText(s_vifInternalVersion, text + 11, 15);
     copyText(s_vifPatch, length == 29 ? text + 26 : "", 3);
-    if (!strchr(s_vifVersion, '-'))
-        return fail(error, 358);
     formatDisplay(s_vifDisplay, s_vifVersion, s_vifPatch);
     return s_vifVersion;
 }

@@ -27,6 +27,7 @@ void AboutInfoDlg::setWindowText()
     ui.label_ver->setText(langText("product_ver"));
     ui.groupBox_right->setTitle(langText("product_right"));
     ui.textEdit_Right->setPlainText(langText("product_detailright"));
+    ui.textEdit_Right->document()->setDocumentMargin(0); // in line with the logo
     ui.textEdit_Right->setAccessibleName(langText("product_right"));
     ui.toolButton->setText(langText("ok_button"));
 }

@@ -155,9 +155,7 @@ void QShowVpnAdv::setWindowText()
     setBoxTexts(ui, boxRows);
     setLabelTexts(ui, fieldRows);
     setLabelTexts(ui, labelRows);
-    ui.treeWidget_RouteList->setHeaderLabels({langText("VUI_IP"), langText("VUI_Mask")});
-    ui.treeWidget_RouteList->setColumnWidth(0, 170);
-    ui.treeWidget_RouteList->setColumnWidth(1, 170);
+    setColumns(ui.treeWidget_RouteList, {langText("VUI_IP"), langText("VUI_Mask")}, {170, 170});
     ui.treeWidget_RouteList->setAccessibleName(langText("VUI_RouteSetting"));
 }
 

@@ -72,6 +72,7 @@ void ShowDetailDlg::setWindowText()
     ui.pushButton_Adv_S->setText(langText("VUI_BASEHeigth"));
     ui.groupBox_Icon->setTitle(langText("CUS_CusIconComBox"));
     ui.groupBox_Ttitle->setTitle(langText("CUS_CusTitleComBox"));
+    ui.listWidget_func->setAccessibleName(langText("func_title"));
     ui.label_deskIcon_Linux->setAccessibleName(langText("Cus_ShowDeskIconDesL"));
     ui.label_deskIcon_MacOs->setAccessibleName(langText("Cus_ShowDeskIconDesM"));
     ui.label_MainIcon->setAccessibleName(langText("Cus_ShowMainIconDes"));

@@ -9,11 +9,10 @@ void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
 
     QTreeWidget* tree = ui.treeWidget_SSLIP;
     tree->clear();
-    tree->setHeaderLabels({parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"),
-                           parser.GetKey("SSL_ADDRESS"), parser.GetKey("SSL_PORT")});
-    constexpr int widths[] = {50, 100, 140, 60};
-    for (int column = 0; column < tree->columnCount(); ++column)
-        tree->setColumnWidth(column, widths[column]);
+    viewrows::setColumns(tree,
+                         {parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"),
+                          parser.GetKey("SSL_ADDRESS"), parser.GetKey("SSL_PORT")},
+                         {50, 100, 140, 60});
 
     quint64 number = 0;
     for (const SSLVPNRemoteInfo& gateway : m_customInfo.sslvpn.remote) {

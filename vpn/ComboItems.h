@@ -19,10 +19,14 @@ constexpr const char* ikeEncryptions[] = {"DES-CBC", "3DES-CBC"};
 constexpr const char* diffieHellmanGroups[] = {"Group1", "Group2"};
 
 // Positions that the enable rules know.
-enum { Tunnel = 0 };
-enum { Esp = 0, Ah = 1, AhEsp = 2 };
-enum { EspAuthSha256 = 2 };
-enum { Main = 0, Aggressive = 1 };
-enum { IdIp = 0, IdName = 1 };
+constexpr int tunnel = 0;
+constexpr int esp = 0;
+constexpr int ah = 1;
+constexpr int ahAndEsp = 2;
+constexpr int espAuthSha256 = 2;
+constexpr int mainMode = 0;
+constexpr int aggressiveMode = 1;
+constexpr int idIp = 0;
+constexpr int idName = 1;
 
 } // namespace items

@@ -35,10 +35,7 @@ constexpr int anyLength = 32767;
 class Items
 {
 public:
-    template <int count>
-    constexpr Items(const char* const (&texts)[count]) : m_begin(texts), m_end(texts + count)
-    {
-    }
+    template <int count> constexpr Items(const char* const (&texts)[count]) : m_begin(texts), m_end(texts + count) {}
     const char* const* begin() const { return m_begin; }
     const char* const* end() const { return m_end; }
 

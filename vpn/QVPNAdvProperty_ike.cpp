@@ -141,8 +141,8 @@ void QVPNAdvProperty::setIkeInit()
     loadKeepAlive(ui, receiveRow, ike);
 
     if (info->vpn.ipseccfg.IPSECUseNatTranversal != 0) {
-        ui.comboBox_IkeNeg->setCurrentIndex(items::Aggressive);
-        ui.comboBox_IDType->setCurrentIndex(items::IdName);
+        ui.comboBox_IkeNeg->setCurrentIndex(items::aggressiveMode);
+        ui.comboBox_IDType->setCurrentIndex(items::idName);
         ui.comboBox_IkeNeg->setEnabled(false);
         ui.comboBox_IDType->setEnabled(false);
         enableNames(false);
@@ -170,7 +170,7 @@ void QVPNAdvProperty::saveIkeCfg()
 
     const QString localName = ui.lineEdit_LocalName->text();
     const QString peerName = ui.lineEdit_PeerName->text();
-    if (ui.comboBox_IDType->currentIndex() == items::IdName) {
+    if (ui.comboBox_IDType->currentIndex() == items::idName) {
         if (localName.isEmpty()) {
             ui.lineEdit_LocalName->setFocus();
             box.say("VUI_LocalGateName");
@@ -209,19 +209,19 @@ void QVPNAdvProperty::saveIkeCfg()
 
 void QVPNAdvProperty::OnNegModeChg(int index)
 {
-    if (index == items::Main) {
-        ui.comboBox_IDType->setCurrentIndex(items::IdIp);
+    if (index == items::mainMode) {
+        ui.comboBox_IDType->setCurrentIndex(items::idIp);
         ui.comboBox_IDType->setEnabled(false);
         enableNames(false);
-    } else if (index == items::Aggressive) {
+    } else if (index == items::aggressiveMode) {
         ui.comboBox_IDType->setEnabled(true);
     }
 }
 
 void QVPNAdvProperty::OnIDTypeChg(int index)
 {
-    if (index == items::IdIp || index == items::IdName)
-        enableNames(index == items::IdName);
+    if (index == items::idIp || index == items::idName)
+        enableNames(index == items::idName);
 }
 
 void QVPNAdvProperty::OnKeepAliveOnChk()

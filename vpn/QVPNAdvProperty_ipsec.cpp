@@ -65,7 +65,7 @@ void QVPNAdvProperty::setIPsecInit()
     loadEdits(ui, editRows, ipsec);
     selectCombos(ui, comboRows, ipsec);
     if (info->vpn.basecfg.LNSAsIPSECServer != 1) {
-        ui.comboBox_EncapMode->setCurrentIndex(items::Tunnel);
+        ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
         ui.comboBox_EncapMode->setEnabled(false);
     }
 
@@ -113,16 +113,16 @@ void QVPNAdvProperty::saveIpsecCfg()
 
 void QVPNAdvProperty::OnIpsecProtoChg(int index)
 {
-    if (index < items::Esp || index > items::AhEsp)
+    if (index < items::esp || index > items::ahAndEsp)
         return;
-    const bool hasEsp = index != items::Ah;
-    const bool hasAh = index != items::Esp;
+    const bool hasEsp = index != items::ah;
+    const bool hasAh = index != items::esp;
     ui.comboBox_ESP_Auth->setEnabled(hasEsp);
     ui.comboBox_ESP_Encrypt->setEnabled(hasEsp);
     ui.comboBox_AH_Auth->setEnabled(hasAh);
     if (hasEsp) {
         // Contract: the two protocols together start from SHA256, ESP alone from the first item.
-        ui.comboBox_ESP_Auth->setCurrentIndex(hasAh ? items::EspAuthSha256 : 0);
+        ui.comboBox_ESP_Auth->setCurrentIndex(hasAh ? items::espAuthSha256 : 0);
         ui.comboBox_ESP_Encrypt->setCurrentIndex(0);
     }
     if (hasAh)
@@ -147,7 +147,7 @@ void QVPNAdvProperty::OnUseNATChk()
     ui.comboBox_IpsecProto->setEnabled(true);
     ui.comboBox_ESP_Auth->setEnabled(true);
     ui.comboBox_ESP_Encrypt->setEnabled(true);
-    ui.comboBox_EncapMode->setCurrentIndex(items::Tunnel);
+    ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
     if (const CustomInfo* info = record())
         ui.comboBox_EncapMode->setEnabled(info->vpn.basecfg.LNSAsIPSECServer == 1);
 }
@@ -156,11 +156,11 @@ void QVPNAdvProperty::OnUseNATChk()
 void QVPNAdvProperty::forceEspInTunnel()
 {
     ui.comboBox_IpsecProto->setEnabled(false);
-    ui.comboBox_IpsecProto->setCurrentIndex(items::Esp);
+    ui.comboBox_IpsecProto->setCurrentIndex(items::esp);
     ui.comboBox_ESP_Auth->setEnabled(true);
     ui.comboBox_ESP_Encrypt->setEnabled(true);
     ui.comboBox_AH_Auth->setEnabled(false);
-    ui.comboBox_EncapMode->setCurrentIndex(items::Tunnel);
+    ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
     ui.comboBox_EncapMode->setEnabled(false);
 }
 

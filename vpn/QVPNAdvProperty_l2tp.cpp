@@ -113,7 +113,7 @@ void QVPNAdvProperty::saveL2tpCfg()
     storeCombos(ui, comboRows, l2tp);
     l2tp.L2TPAVPHidden = ui.checkBox_AVPHidden->isChecked() ? 1 : 0;
 
-    // Contract: a negative port wraps to a large number and is refused; a text that is no number counts as 0 and passes.
+    // Contract: a negative port wraps to a large number and is refused; a text that is no number counts as 0.
     const unsigned long port = static_cast<unsigned long>(ui.lineEdit_L2tpPort->text().toLong(nullptr, 10));
     if (port > 65535) {
         box.refuse("VUI_InvalidL2TPPort", ui.lineEdit_L2tpPort);

@@ -7,7 +7,9 @@
 
 namespace {
 
-enum { DestinationColumn = 0, MaskColumn = 1 };
+constexpr int destinationColumn = 0;
+constexpr int maskColumn = 1;
+constexpr int columnWidth = 170;
 constexpr int maxRoutes = 10;
 
 } // namespace
@@ -16,6 +18,8 @@ void QVPNAdvProperty::setRouteText()
 {
     ui.label_RouteDes->setText(langText("VUI_AddRoutePrincple"));
     ui.treeWidget_RouteList->setHeaderLabels({langText("VUI_IP"), langText("VUI_Mask")});
+    ui.treeWidget_RouteList->setColumnWidth(destinationColumn, columnWidth);
+    ui.treeWidget_RouteList->setColumnWidth(maskColumn, columnWidth);
     ui.treeWidget_RouteList->setAccessibleName(langText("VUI_RouteSetting"));
     ui.pushButton_Add->setText(langText("VUI_Add"));
     ui.pushButton_Delete->setText(langText("VUI_Delete"));
@@ -43,7 +47,7 @@ void QVPNAdvProperty::saveRouteInfo()
     info->vpnRoutes = QVector<VPN_RouteInfo>();
     for (int row = 0; row < ui.treeWidget_RouteList->topLevelItemCount(); ++row) {
         const QTreeWidgetItem* item = ui.treeWidget_RouteList->topLevelItem(row);
-        info->vpnRoutes.append({item->text(DestinationColumn), item->text(MaskColumn)});
+        info->vpnRoutes.append({item->text(destinationColumn), item->text(maskColumn)});
     }
 }
 
@@ -60,7 +64,7 @@ void QVPNAdvProperty::OnAddRoute()
     // Contract: a destination stands once in the list, whatever the masks; the texts are compared as typed.
     QTreeWidget* list = ui.treeWidget_RouteList;
     for (int row = 0; row < list->topLevelItemCount(); ++row) {
-        if (list->topLevelItem(row)->text(DestinationColumn) == dialog.m_strIp) {
+        if (list->topLevelItem(row)->text(destinationColumn) == dialog.m_strIp) {
             box.say("VUI_NetworkAddrRepeat");
             return;
         }

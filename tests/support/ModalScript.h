@@ -35,6 +35,12 @@ public:
                            }});
     }
 
+    /// Windows of this class may come and go by themselves, any number of times, and no step is spent on them.
+    template <class Window> void tolerate()
+    {
+        m_tolerated.append(QString::fromLatin1(Window::staticMetaObject.className()));
+    }
+
     /// What went wrong so far, and the steps whose windows have not come.
     QStringList complaints() const;
 
@@ -56,5 +62,6 @@ private:
     std::list<Step> m_steps;
     std::list<Seen> m_seen;
     QStringList m_complaints;
+    QStringList m_tolerated;
     int m_timeoutMs;
 };

@@ -37,9 +37,9 @@ template <class Widget> QList<Widget*> children(const QDialog& dialog)
     QList<Widget*> all;
     for (Widget* widget : dialog.findChildren<Widget*>()) {
         // Qt's own children, such as the scroll buttons of a tab bar, do not count.
-        if (!widget->objectName().isEmpty() && !widget->objectName().startsWith(QLatin1String("qt_"))
-            && widget->objectName() != QLatin1String("ScrollLeftButton")
-            && widget->objectName() != QLatin1String("ScrollRightButton"))
+        if (!widget->objectName().isEmpty() && !widget->objectName().startsWith(QLatin1String("qt_")) &&
+            widget->objectName() != QLatin1String("ScrollLeftButton") &&
+            widget->objectName() != QLatin1String("ScrollRightButton"))
             all.append(widget);
     }
     return all;
@@ -94,7 +94,8 @@ void collectClipped(const QDialog& dialog, QStringList& clipped)
 void useKeysAsTexts()
 {
     QByteArray file = "<language>";
-    for (const QByteArray& key : installation::readFile(sourceFile(QStringLiteral("tests/data/language_keys.txt"))).split('\n')) {
+    for (const QByteArray& key :
+         installation::readFile(sourceFile(QStringLiteral("tests/data/language_keys.txt"))).split('\n')) {
         if (!key.isEmpty())
             file += "<control key=\"" + key + "\">[" + key + "]</control>";
     }
@@ -164,10 +165,11 @@ QStringList ticks(const QDialog& dialog)
     QStringList all;
     for (const QAbstractButton* button : tickable(dialog))
         all.append(QStringLiteral("%1=%2").arg(button->objectName()).arg(button->isChecked()));
+    all.sort();
     return all;
 }
 
-QStringList changesByClicks(QDialog& dialog, int& clicked)
+QString changesByClicks(QDialog& dialog, int& clicked)
 {
     QStringList changes;
     const QStringList before = ticks(dialog);
@@ -184,10 +186,10 @@ QStringList changesByClicks(QDialog& dialog, int& clicked)
             changes.append(QLatin1String("space bar on ") + button->objectName());
         clicked += spy.count();
     }
-    return changes;
+    return changes.join(QLatin1String("; "));
 }
 
-QStringList writableControls(const QDialog& dialog)
+QString writableControls(const QDialog& dialog)
 {
     QStringList names;
     for (const QLineEdit* field : children<QLineEdit>(dialog)) {
@@ -209,25 +211,25 @@ QStringList writableControls(const QDialog& dialog)
         if (!box->isEnabled())
             names.append(box->objectName());
     }
-    return names;
+    return names.join(QLatin1String("; "));
 }
 
-QStringList namelessControls(const QDialog& dialog)
+QString namelessControls(const QDialog& dialog)
 {
     QStringList names;
     for (QWidget* widget : children<QWidget>(dialog)) {
-        const bool isNamed = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget)
-                             || qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QAbstractButton*>(widget);
+        const bool isNamed = qobject_cast<QLineEdit*>(widget) || qobject_cast<QComboBox*>(widget) ||
+                             qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QAbstractButton*>(widget);
         if (!isNamed)
             continue;
         QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
         if (!accessible || accessible->text(QAccessible::Name).isEmpty())
             names.append(widget->objectName());
     }
-    return names;
+    return names.join(QLatin1String("; "));
 }
 
-QStringList readableSecrets(const QDialog& dialog, const QString& secret)
+QString readableSecrets(const QDialog& dialog, const QString& secret)
 {
     QStringList found;
     QClipboard* clipboard = QGuiApplication::clipboard();
@@ -245,14 +247,14 @@ QStringList readableSecrets(const QDialog& dialog, const QString& secret)
         if (field->displayText().contains(secret))
             found.append(QLatin1String("shown by ") + field->objectName());
         QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(field);
-        if (accessible->text(QAccessible::Value).contains(secret)
-            || accessible->textInterface()->text(0, secret.size()).contains(secret))
+        if (accessible->text(QAccessible::Value).contains(secret) ||
+            accessible->textInterface()->text(0, secret.size()).contains(secret))
             found.append(QLatin1String("read from ") + field->objectName());
     }
-    return found;
+    return found.join(QLatin1String("; "));
 }
 
-QStringList backwardSteps(const QDialog& dialog)
+QString backwardSteps(const QDialog& dialog)
 {
     QStringList steps;
     const QWidget* last = nullptr;
@@ -269,10 +271,10 @@ QStringList backwardSteps(const QDialog& dialog)
         last = widget;
         lastPlace = place;
     }
-    return steps;
+    return steps.join(QLatin1String("; "));
 }
 
-QStringList clippedTexts(QDialog& dialog)
+QString clippedTexts(QDialog& dialog)
 {
     QStringList clipped;
     dialog.show();
@@ -294,7 +296,7 @@ QStringList clippedTexts(QDialog& dialog)
         }
     }
     clipped.removeDuplicates();
-    return clipped;
+    return clipped.join(QLatin1String("; "));
 }
 
 QStringList storedFiles()

@@ -9,7 +9,8 @@
 
 #include <cstdio>
 
-/// Plays the read-only views through their widgets.
+/// Plays the read-only views through their widgets. What is collected as one text is joined by "; ", and empty when
+/// there is nothing to complain of.
 namespace viewplay {
 
 /// The named child; the test ends at once when there is none.
@@ -36,23 +37,23 @@ void bringToFront(const QWidget* widget);
 /// Clicks on the indicator with the mouse.
 void clickOn(QAbstractButton* button);
 
-/// "name=value" for each check box and radio button, in the order of the form.
+/// "name=value" for each check box and radio button, sorted.
 QStringList ticks(const QDialog& dialog);
 /// Clicks on every check box and radio button that is enabled, with the mouse and with the space bar, and collects what
 /// that changed. `clicked` counts the clicks that arrived.
-QStringList changesByClicks(QDialog& dialog, int& clicked);
+QString changesByClicks(QDialog& dialog, int& clicked);
 
 /// The names of the line edits that can be written in, the combo boxes that can be opened, the tree cells that can be
 /// edited and the check boxes that are disabled.
-QStringList writableControls(const QDialog& dialog);
+QString writableControls(const QDialog& dialog);
 /// The names of the fields, combo boxes, lists and trees that have no name for the accessibility interface.
-QStringList namelessControls(const QDialog& dialog);
+QString namelessControls(const QDialog& dialog);
 /// The line edits in which copying reaches the clipboard, or the accessibility interface reads the text.
-QStringList readableSecrets(const QDialog& dialog, const QString& secret);
+QString readableSecrets(const QDialog& dialog, const QString& secret);
 /// The steps of the tab order that lead upwards within one tab, as "from > to".
-QStringList backwardSteps(const QDialog& dialog);
+QString backwardSteps(const QDialog& dialog);
 /// Shows the dialog and collects the texts that do not fit, "NULL" texts included, on all its tabs.
-QStringList clippedTexts(QDialog& dialog);
+QString clippedTexts(QDialog& dialog);
 
 /// The files below the root of the store, the log aside.
 QStringList storedFiles();

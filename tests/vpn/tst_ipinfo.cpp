@@ -10,7 +10,7 @@ namespace {
 struct Refusal
 {
     ShownBox box;
-    QString focus;      // once the box is closed
+    QString focus;       // once the box is closed
     bool isOpen = false; // likewise
     QString ip;
     QString mask;
@@ -59,6 +59,7 @@ private slots:
     void nothingIsClippedInEitherLanguage_data();
     void nothingIsClippedInEitherLanguage();
     void labelsAreBuddiesAndTabsRunDownwards();
+    void formHasItsSize();
     void startsEmpty();
     void addressFormat_data();
     void addressFormat();
@@ -112,12 +113,25 @@ void TstIpInfo::nothingIsClippedInEitherLanguage()
 
 void TstIpInfo::labelsAreBuddiesAndTabsRunDownwards()
 {
-    const IpInfo dialog(nullptr);
+    IpInfo dialog(nullptr);
     QLineEdit* ip = child<QLineEdit>(dialog, "lineEdit_Ip");
     QLineEdit* mask = child<QLineEdit>(dialog, "lineEdit_mask");
     QCOMPARE(child<QLabel>(dialog, "label_Ip")->buddy(), static_cast<QWidget*>(ip));
     QCOMPARE(child<QLabel>(dialog, "label_mask")->buddy(), static_cast<QWidget*>(mask));
-    QCOMPARE(ip->nextInFocusChain(), static_cast<QWidget*>(mask));
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QCOMPARE(dialog.focusWidget(), static_cast<QWidget*>(ip));
+    const QList<QWidget*> order = {mask, button(dialog, QDialogButtonBox::Ok),
+                                   button(dialog, QDialogButtonBox::Cancel)};
+    for (QWidget* next : order) {
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(dialog.focusWidget(), next);
+    }
+}
+
+void TstIpInfo::formHasItsSize()
+{
+    QCOMPARE(IpInfo(nullptr).size(), QSize(260, 114));
 }
 
 void TstIpInfo::startsEmpty()
@@ -163,7 +177,8 @@ void TstIpInfo::acceptedTextsAreHandedOverAsTyped_data()
     QTest::newRow("the mask is never looked at: letters") << QStringLiteral("1.2.3.4") << QStringLiteral("abc");
     QTest::newRow("the mask is never looked at: a blank") << QStringLiteral("1.2.3.4") << QStringLiteral(" ");
     QTest::newRow("the mask is never looked at: 0") << QStringLiteral("1.2.3.4") << QStringLiteral("0");
-    QTest::newRow("the mask is never looked at: too narrow") << QStringLiteral("10.1.2.3") << QStringLiteral("255.0.0.0");
+    QTest::newRow("the mask is never looked at: too narrow")
+        << QStringLiteral("10.1.2.3") << QStringLiteral("255.0.0.0");
 }
 
 void TstIpInfo::acceptedTextsAreHandedOverAsTyped()
@@ -192,7 +207,8 @@ void TstIpInfo::refusedTextsKeepTheDialogOpen_data()
     const QString ipEdit = QStringLiteral("lineEdit_Ip");
     const QString maskEdit = QStringLiteral("lineEdit_mask");
     QTest::newRow("both empty") << QString() << QString() << QByteArray("VUI_IpOrMaskBlank") << ipEdit;
-    QTest::newRow("no address") << QString() << QStringLiteral("255.0.0.0") << QByteArray("VUI_IpOrMaskBlank") << ipEdit;
+    QTest::newRow("no address") << QString() << QStringLiteral("255.0.0.0") << QByteArray("VUI_IpOrMaskBlank")
+                                << ipEdit;
     QTest::newRow("no mask") << QStringLiteral("10.0.0.1") << QString() << QByteArray("VUI_IpOrMaskBlank") << maskEdit;
     QTest::newRow("leading zero") << QStringLiteral("010.0.0.1") << QStringLiteral("255.0.0.0")
                                   << QByteArray("VUI_IpInvalid") << ipEdit;

@@ -251,8 +251,9 @@ void TstQVPNAdvProperty::tabsRunFromTopToBottom_data()
                           << words("lineEdit_TunnelName comboBox_AuthMode lineEdit_HelloInterval lineEdit_L2tpPort "
                                    "checkBox_TunnelAuthOn lineEdit_TunnelPwd checkBox_AVPHidden");
     QTest::newRow("IPsec") << 1
-                           << words("comboBox_EncapMode lineEdit_SaLifeTime comboBox_IpsecProto comboBox_ESP_Auth "
-                                    "comboBox_ESP_Encrypt comboBox_AH_Auth checkBox_UsePFS comboBox_PFS checkBox_UseNAT");
+                           << words(
+                                  "comboBox_EncapMode lineEdit_SaLifeTime comboBox_IpsecProto comboBox_ESP_Auth "
+                                  "comboBox_ESP_Encrypt comboBox_AH_Auth checkBox_UsePFS comboBox_PFS checkBox_UseNAT");
     QTest::newRow("IKE") << 2
                          << words("comboBox_IkeNeg comboBox_IDType comboBox_IkeAuth comboBox_IkeEncrypt comboBox_DH "
                                   "lineEdit_IkePort lineEdit_ISAKMPSA lineEdit_LocalName lineEdit_PeerName "

@@ -195,7 +195,8 @@ void TstQVPNAdvPropertyIke::everyChoiceIsLoadedAndStored_data()
     for (const auto& row : cases) {
         const QStringList values = words(row.values);
         for (int index = 0; index < values.size(); ++index)
-            QTest::addRow("%s %s", row.combo, qPrintable(values[index])) << QByteArray(row.combo) << values[index] << index;
+            QTest::addRow("%s %s", row.combo, qPrintable(values[index]))
+                << QByteArray(row.combo) << values[index] << index;
     }
 }
 
@@ -211,8 +212,8 @@ void TstQVPNAdvPropertyIke::everyChoiceIsLoadedAndStored()
     QString IKECFG::*const field = fields.value(combo);
     CustomInfo info = tellingRecord();
     info.vpn.ikecfg.*field = value;
-    Session session = pressOkAfter(
-        info, [&](QVPNAdvProperty& dialog) { QCOMPARE(indexOf(dialog, combo.constData()), index); });
+    Session session =
+        pressOkAfter(info, [&](QVPNAdvProperty& dialog) { QCOMPARE(indexOf(dialog, combo.constData()), index); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ikecfg.*field, value);
 
@@ -424,7 +425,8 @@ void TstQVPNAdvPropertyIke::natAtOpeningWithoutNamesIsRefusedAtTheLocalName()
 {
     CustomInfo info;
     info.vpn.ipseccfg.IPSECUseNatTranversal = 1;
-    const Session session = pressOkAfter(info, [](QVPNAdvProperty&) {}, 1);
+    const Session session = pressOkAfter(
+        info, [](QVPNAdvProperty&) {}, 1);
     QCOMPARE(session.complaints, QStringList());
     compareWarning(session.boxes.value(0), "VUI_AdvancedSettings", "VUI_LocalGateName");
     QCOMPARE(session.result, int(QDialog::Accepted));
@@ -472,8 +474,7 @@ void TstQVPNAdvPropertyIke::natReminderIsSilentWithBothNames()
     CustomInfo info;
     info.vpn.ikecfg.IKELocalName = QStringLiteral("l");
     info.vpn.ikecfg.IKERemoteName = QStringLiteral("p");
-    const Session session =
-        pressOkAfter(info, [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_UseNAT"); });
+    const Session session = pressOkAfter(info, [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_UseNAT"); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ipseccfg.IPSECUseNatTranversal, quint64(1));
 }
@@ -688,16 +689,16 @@ void TstQVPNAdvPropertyIke::refusalsMoveTheFocusBeforeTheMessage_data()
     QTest::addColumn<QByteArray>("edit");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QByteArray>("key");
-    QTest::newRow("lifetime")
-        << QByteArray("lineEdit_ISAKMPSA") << QStringLiteral("1") << QByteArray("VUI_InputValidISAKMPSA");
+    QTest::newRow("lifetime") << QByteArray("lineEdit_ISAKMPSA") << QStringLiteral("1")
+                              << QByteArray("VUI_InputValidISAKMPSA");
     QTest::newRow("local name") << QByteArray("lineEdit_LocalName") << QString() << QByteArray("VUI_LocalGateName");
     QTest::newRow("peer name") << QByteArray("lineEdit_PeerName") << QString() << QByteArray("VUI_PeerGateName");
-    QTest::newRow("send interval")
-        << QByteArray("lineEdit_TimeInterval") << QStringLiteral("1") << QByteArray("VUI_SendKeepAliveTimerErr");
-    QTest::newRow("receive time-out")
-        << QByteArray("lineEdit_TimeOut") << QStringLiteral("1") << QByteArray("VUI_RecvKeepAliveTimerErr");
-    QTest::newRow("port")
-        << QByteArray("lineEdit_IkePort") << QStringLiteral("70000") << QByteArray("VUI_InputValidIKEPort");
+    QTest::newRow("send interval") << QByteArray("lineEdit_TimeInterval") << QStringLiteral("1")
+                                   << QByteArray("VUI_SendKeepAliveTimerErr");
+    QTest::newRow("receive time-out") << QByteArray("lineEdit_TimeOut") << QStringLiteral("1")
+                                      << QByteArray("VUI_RecvKeepAliveTimerErr");
+    QTest::newRow("port") << QByteArray("lineEdit_IkePort") << QStringLiteral("70000")
+                          << QByteArray("VUI_InputValidIKEPort");
 }
 
 void TstQVPNAdvPropertyIke::refusalsMoveTheFocusBeforeTheMessage()

@@ -148,7 +148,8 @@ void TstQVPNAdvPropertyIpsec::everyChoiceIsLoadedAndStored_data()
     for (const auto& row : cases) {
         const QStringList values = words(row.values);
         for (int index = 0; index < values.size(); ++index)
-            QTest::addRow("%s %s", row.combo, qPrintable(values[index])) << QByteArray(row.combo) << values[index] << index;
+            QTest::addRow("%s %s", row.combo, qPrintable(values[index]))
+                << QByteArray(row.combo) << values[index] << index;
     }
 }
 
@@ -165,8 +166,8 @@ void TstQVPNAdvPropertyIpsec::everyChoiceIsLoadedAndStored()
     QString IPSECCFG::*const field = fields.value(combo);
     CustomInfo info = tellingRecord();
     info.vpn.ipseccfg.*field = value;
-    Session session = pressOkAfter(
-        info, [&](QVPNAdvProperty& dialog) { QCOMPARE(indexOf(dialog, combo.constData()), index); });
+    Session session =
+        pressOkAfter(info, [&](QVPNAdvProperty& dialog) { QCOMPARE(indexOf(dialog, combo.constData()), index); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ipseccfg.*field, value);
 
@@ -270,14 +271,14 @@ void TstQVPNAdvPropertyIpsec::natAtOpening_data()
     QTest::addColumn<QString>("protocol");
     QTest::addColumn<bool>("isNatOn");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("ESP keeps its algorithms") << quint64(1) << QStringLiteral("ESP") << true
-                                              << QStringLiteral("(0) (0) 1 1 (2)");
-    QTest::newRow("AH moves to ESP, at its first items") << quint64(1) << QStringLiteral("AH") << true
-                                                         << QStringLiteral("(0) (0) 0 0 (2)");
-    QTest::newRow("AH-ESP moves to ESP, at its first items") << quint64(1) << QStringLiteral("AH-ESP") << true
-                                                             << QStringLiteral("(0) (0) 0 0 (2)");
-    QTest::newRow("2 counts as off on this page") << quint64(2) << QStringLiteral("AH-ESP") << false
-                                                  << QStringLiteral("1 2 1 1 2");
+    QTest::newRow("ESP keeps its algorithms")
+        << quint64(1) << QStringLiteral("ESP") << true << QStringLiteral("(0) (0) 1 1 (2)");
+    QTest::newRow("AH moves to ESP, at its first items")
+        << quint64(1) << QStringLiteral("AH") << true << QStringLiteral("(0) (0) 0 0 (2)");
+    QTest::newRow("AH-ESP moves to ESP, at its first items")
+        << quint64(1) << QStringLiteral("AH-ESP") << true << QStringLiteral("(0) (0) 0 0 (2)");
+    QTest::newRow("2 counts as off on this page")
+        << quint64(2) << QStringLiteral("AH-ESP") << false << QStringLiteral("1 2 1 1 2");
 }
 
 void TstQVPNAdvPropertyIpsec::natAtOpening()

@@ -82,12 +82,9 @@ void TstQVPNAdvPropertyL2tp::everyFieldIsStored()
     });
     QCOMPARE(session.complaints, QStringList());
     QStringList expected = {QStringLiteral("L2TPTunnelName: vpn -> east wing"),
-                            QStringLiteral("L2TPAuthMode: PAP -> CHAP"),
-                            QStringLiteral("L2TPHelloInterval: 60 -> 321"),
-                            QStringLiteral("L2TPUseTunnelPwd: 0 -> 1"),
-                            QStringLiteral("L2TPAVPHidden: 0 -> 1"),
-                            QStringLiteral("L2TPTunnelPwd:  -> open sesame"),
-                            QStringLiteral("L2TPPort: 1701 -> 2701"),
+                            QStringLiteral("L2TPAuthMode: PAP -> CHAP"), QStringLiteral("L2TPHelloInterval: 60 -> 321"),
+                            QStringLiteral("L2TPUseTunnelPwd: 0 -> 1"), QStringLiteral("L2TPAVPHidden: 0 -> 1"),
+                            QStringLiteral("L2TPTunnelPwd:  -> open sesame"), QStringLiteral("L2TPPort: 1701 -> 2701"),
                             // The IKE page stores the algorithm that the AH combo box stands at.
                             QStringLiteral("IKEAuthAlgorithm: SHA -> MD5")};
     QCOMPARE(changes(CustomInfo(), session.info), expected);
@@ -144,8 +141,8 @@ void TstQVPNAdvPropertyL2tp::onlyTheValueOneHidesTheAvpData()
 
 void TstQVPNAdvPropertyL2tp::avpFlagIsStoredAlsoWhileItsBoxIsDisabled()
 {
-    const Session session = pressOkAfter(
-        tellingRecord(), [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_TunnelAuthOn"); });
+    const Session session =
+        pressOkAfter(tellingRecord(), [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_TunnelAuthOn"); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPUseTunnelPwd, quint64(0));
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPAVPHidden, quint64(1));
@@ -197,13 +194,11 @@ void TstQVPNAdvPropertyL2tp::lengthLimitsCutLoadedTexts()
     info.vpn.l2tpcfg.L2TPTunnelName = QString(31, QLatin1Char('n'));
     info.vpn.l2tpcfg.L2TPHelloInterval = QStringLiteral("000777");
     info.vpn.l2tpcfg.L2TPTunnelPwd = QString(17, QLatin1Char('p'));
-    const Session session = pressOkAfter(
-        info,
-        [](QVPNAdvProperty& dialog) {
-            QCOMPARE(textOf(dialog, "lineEdit_TunnelName"), QString(30, QLatin1Char('n')));
-            QCOMPARE(textOf(dialog, "lineEdit_HelloInterval"), QStringLiteral("00077"));
-            QCOMPARE(textOf(dialog, "lineEdit_TunnelPwd"), QString(16, QLatin1Char('p')));
-        });
+    const Session session = pressOkAfter(info, [](QVPNAdvProperty& dialog) {
+        QCOMPARE(textOf(dialog, "lineEdit_TunnelName"), QString(30, QLatin1Char('n')));
+        QCOMPARE(textOf(dialog, "lineEdit_HelloInterval"), QStringLiteral("00077"));
+        QCOMPARE(textOf(dialog, "lineEdit_TunnelPwd"), QString(16, QLatin1Char('p')));
+    });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPTunnelName, QString(30, QLatin1Char('n')));
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPHelloInterval, QStringLiteral("00077"));
@@ -280,12 +275,12 @@ void TstQVPNAdvPropertyL2tp::refusalsShowTheMessageBeforeTheFocus_data()
     QTest::addColumn<QByteArray>("edit");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QByteArray>("key");
-    QTest::newRow("empty tunnel name")
-        << QByteArray("lineEdit_TunnelName") << QString() << QByteArray("VUI_InvalidTunnelName");
-    QTest::newRow("hello interval")
-        << QByteArray("lineEdit_HelloInterval") << QStringLiteral("1") << QByteArray("VUI_InputValid1000PLS");
-    QTest::newRow("empty password")
-        << QByteArray("lineEdit_TunnelPwd") << QString() << QByteArray("VUI_InvalidTunnelPwd");
+    QTest::newRow("empty tunnel name") << QByteArray("lineEdit_TunnelName") << QString()
+                                       << QByteArray("VUI_InvalidTunnelName");
+    QTest::newRow("hello interval") << QByteArray("lineEdit_HelloInterval") << QStringLiteral("1")
+                                    << QByteArray("VUI_InputValid1000PLS");
+    QTest::newRow("empty password") << QByteArray("lineEdit_TunnelPwd") << QString()
+                                    << QByteArray("VUI_InvalidTunnelPwd");
     QTest::newRow("port") << QByteArray("lineEdit_L2tpPort") << QStringLiteral("70000")
                           << QByteArray("VUI_InvalidL2TPPort");
 }
@@ -410,8 +405,7 @@ void TstQVPNAdvPropertyL2tp::nameValidatorKeepsThePrintedPattern()
             QVERIFY2(validator, edit);
             QCOMPARE(validator->parent(), static_cast<QObject*>(&dialog));
             const QRegExp pattern = validator->regExp();
-            QCOMPARE(pattern.pattern(),
-                     QStringLiteral("[0-9a-zA-Z\\x80-\\xFF -.@_`~#$%^&*()+={[}]\\|:;<>,'/]+"));
+            QCOMPARE(pattern.pattern(), QStringLiteral("[0-9a-zA-Z\\x80-\\xFF -.@_`~#$%^&*()+={[}]\\|:;<>,'/]+"));
             QCOMPARE(pattern.patternSyntax(), QRegExp::RegExp);
             QCOMPARE(pattern.caseSensitivity(), Qt::CaseSensitive);
             QVERIFY(!pattern.isValid());

@@ -194,8 +194,7 @@ void TstQVPNAdvPropertyRoute::addedRouteIsTheLastRowAndCurrent()
         QCOMPARE(buttons(dialog), QStringLiteral("++"));
     });
     QCOMPARE(session.complaints, QStringList());
-    QCOMPARE(routesOf(session.info),
-             words("10.0.1.0/255.255.1.0 10.0.2.0/255.255.2.0 1.2.3.0/255.255.255.0"));
+    QCOMPARE(routesOf(session.info), words("10.0.1.0/255.255.1.0 10.0.2.0/255.255.2.0 1.2.3.0/255.255.255.0"));
 }
 
 void TstQVPNAdvPropertyRoute::firstRouteEnablesDelete()

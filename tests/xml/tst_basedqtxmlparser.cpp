@@ -1,5 +1,6 @@
 #include "support/Installation.h"
 #include "xml/CBasedQtXmlParser.h"
+#include "xml/XmlTestSupport.h"
 
 #include <QTextCodec>
 #include <QtTest>
@@ -36,29 +37,6 @@ public:
         return text;
     }
 };
-
-/// The codec of the locale for the life of the object.
-class LocaleCodec
-{
-public:
-    explicit LocaleCodec(const char* name) : m_former(QTextCodec::codecForLocale())
-    {
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName(name));
-    }
-    ~LocaleCodec() { QTextCodec::setCodecForLocale(m_former); }
-    LocaleCodec(const LocaleCodec&) = delete;
-    LocaleCodec& operator=(const LocaleCodec&) = delete;
-
-private:
-    QTextCodec* m_former;
-};
-
-constexpr char s_latin1[] = "ISO 8859-1";
-
-QString filePath()
-{
-    return installation::path(QStringLiteral("document.xml"));
-}
 
 int openDescriptors(const QString& path)
 {
@@ -177,7 +155,7 @@ private slots:
 void TstBasedQtXmlParser::init()
 {
     installation::clearLog();
-    QFile::remove(filePath());
+    QFile::remove(documentPath());
 }
 
 void TstBasedQtXmlParser::textLoadsWithItsRootAsTheCurrentElement()
@@ -221,13 +199,13 @@ void TstBasedQtXmlParser::longTextThatDoesNotParseLeavesALineWithoutText()
 
 void TstBasedQtXmlParser::failedLoadKeepsTheCurrentElement()
 {
-    installation::writeFile(filePath(), "<msg>");
+    installation::writeFile(documentPath(), "<msg>");
     Parser parser;
     QVERIFY(parser.LoadXml(QStringLiteral("<former/>")));
     const QDomElement former = parser.m_qoCurElement;
     QCOMPARE(parser.LoadXml(QStringLiteral("<msg>")), false);
     QVERIFY(parser.m_qoCurElement == former);
-    QCOMPARE(parser.LoadXmlFile(filePath()), false);
+    QCOMPARE(parser.LoadXmlFile(documentPath()), false);
     QVERIFY(parser.m_qoCurElement == former);
     QVERIFY(parser.m_qoRootElement == former);
     QCOMPARE(former.tagName(), QStringLiteral("former"));
@@ -235,10 +213,10 @@ void TstBasedQtXmlParser::failedLoadKeepsTheCurrentElement()
 
 void TstBasedQtXmlParser::fileLoadsWithItsRootAsTheCurrentElement()
 {
-    installation::writeFile(filePath(),
+    installation::writeFile(documentPath(),
                             "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<root>\n  <child>文</child>\n</root>\n");
     Parser parser;
-    QVERIFY(parser.LoadXmlFile(filePath()));
+    QVERIFY(parser.LoadXmlFile(documentPath()));
     QCOMPARE(parser.m_qoRootElement.tagName(), QStringLiteral("root"));
     QVERIFY(parser.m_qoCurElement == parser.m_qoRootElement);
     QString text;
@@ -262,10 +240,10 @@ void TstBasedQtXmlParser::fileIsReadInTheEncodingThatItStates_data()
 void TstBasedQtXmlParser::fileIsReadInTheEncodingThatItStates()
 {
     QFETCH(QByteArray, bytes);
-    installation::writeFile(filePath(), bytes);
+    installation::writeFile(documentPath(), bytes);
     const LocaleCodec codec(s_latin1);
     Parser parser;
-    QVERIFY(parser.LoadXmlFile(filePath()));
+    QVERIFY(parser.LoadXmlFile(documentPath()));
     QString text;
     parser.GetNodeValue("a", text);
     QCOMPARE(text, QStringLiteral("é文"));
@@ -274,9 +252,9 @@ void TstBasedQtXmlParser::fileIsReadInTheEncodingThatItStates()
 void TstBasedQtXmlParser::onlyAFileIsReadWithNamespaces()
 {
     const QString text = QStringLiteral("<p:root xmlns:p=\"urn:x\"/>");
-    installation::writeFile(filePath(), text.toUtf8());
+    installation::writeFile(documentPath(), text.toUtf8());
     Parser fromFile;
-    QVERIFY(fromFile.LoadXmlFile(filePath()));
+    QVERIFY(fromFile.LoadXmlFile(documentPath()));
     QCOMPARE(fromFile.m_qoRootElement.namespaceURI(), QStringLiteral("urn:x"));
     QCOMPARE(fromFile.m_qoRootElement.localName(), QStringLiteral("root"));
     Parser fromText;
@@ -320,25 +298,25 @@ void TstBasedQtXmlParser::fileThatDoesNotParseIsLoggedAndRefused_data()
 void TstBasedQtXmlParser::fileThatDoesNotParseIsLoggedAndRefused()
 {
     QFETCH(QByteArray, bytes);
-    installation::writeFile(filePath(), bytes);
+    installation::writeFile(documentPath(), bytes);
     Parser parser;
-    QCOMPARE(parser.LoadXmlFile(filePath()), false);
-    const QStringList expected(QStringLiteral("CBasedQtXmlParser::LoadXmlFile:Load XML File[%1].").arg(filePath()));
+    QCOMPARE(parser.LoadXmlFile(documentPath()), false);
+    const QStringList expected(QStringLiteral("CBasedQtXmlParser::LoadXmlFile:Load XML File[%1].").arg(documentPath()));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), expected);
     QCOMPARE(installation::log().count('\n'), 1);
 }
 
 void TstBasedQtXmlParser::fileIsClosedAfterTheLoad()
 {
-    installation::writeFile(filePath(), "<msg/>");
+    installation::writeFile(documentPath(), "<msg/>");
     Parser parser;
-    QVERIFY(parser.LoadXmlFile(filePath()));
-    QCOMPARE(openDescriptors(filePath()), 0);
-    QVERIFY(parser.SaveXmlFile(filePath()));
-    QCOMPARE(openDescriptors(filePath()), 0);
-    installation::writeFile(filePath(), "<msg>");
-    QCOMPARE(parser.LoadXmlFile(filePath()), false);
-    QCOMPARE(openDescriptors(filePath()), 0);
+    QVERIFY(parser.LoadXmlFile(documentPath()));
+    QCOMPARE(openDescriptors(documentPath()), 0);
+    QVERIFY(parser.SaveXmlFile(documentPath()));
+    QCOMPARE(openDescriptors(documentPath()), 0);
+    installation::writeFile(documentPath(), "<msg>");
+    QCOMPARE(parser.LoadXmlFile(documentPath()), false);
+    QCOMPARE(openDescriptors(documentPath()), 0);
 }
 
 void TstBasedQtXmlParser::textOfTheDocumentIsIndentedByFour()
@@ -426,19 +404,19 @@ void TstBasedQtXmlParser::savedFileIsUtf8WithIndentation4()
     const LocaleCodec locale(codec.constData());
     Parser parser;
     QVERIFY(parser.LoadXml(QStringLiteral("<r><a>é文😀 &lt;&amp;\"'</a></r>")));
-    QVERIFY(parser.SaveXmlFile(filePath()));
-    QCOMPARE(installation::readFile(filePath()),
+    QVERIFY(parser.SaveXmlFile(documentPath()));
+    QCOMPARE(installation::readFile(documentPath()),
              QByteArray("<r>\n    <a>\xC3\xA9\xE6\x96\x87\xF0\x9F\x98\x80 &lt;&amp;\"'</a>\n</r>\n"));
     QCOMPARE(parser.m_qstrXML, QStringLiteral("<r>\n    <a>é文😀 &lt;&amp;\"'</a>\n</r>\n"));
 }
 
 void TstBasedQtXmlParser::savingReplacesALongerFile()
 {
-    installation::writeFile(filePath(), QByteArray(10000, 'x'));
+    installation::writeFile(documentPath(), QByteArray(10000, 'x'));
     Parser parser;
     QVERIFY(parser.LoadXml(QStringLiteral("<r/>")));
-    QVERIFY(parser.SaveXmlFile(filePath()));
-    QCOMPARE(installation::readFile(filePath()), QByteArray("<r/>\n"));
+    QVERIFY(parser.SaveXmlFile(documentPath()));
+    QCOMPARE(installation::readFile(documentPath()), QByteArray("<r/>\n"));
 }
 
 void TstBasedQtXmlParser::savingWhereNoFileOpensIsLoggedAndRefused()
@@ -453,22 +431,22 @@ void TstBasedQtXmlParser::savingWhereNoFileOpensIsLoggedAndRefused()
 
 void TstBasedQtXmlParser::savingANullDocumentLeavesTheFileTruncated()
 {
-    installation::writeFile(filePath(), "former");
+    installation::writeFile(documentPath(), "former");
     Parser parser;
-    QCOMPARE(parser.SaveXmlFile(filePath()), false);
-    QVERIFY(QFile::exists(filePath()));
-    QCOMPARE(QFileInfo(filePath()).size(), qint64(0));
+    QCOMPARE(parser.SaveXmlFile(documentPath()), false);
+    QVERIFY(QFile::exists(documentPath()));
+    QCOMPARE(QFileInfo(documentPath()).size(), qint64(0));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              QStringList(QStringLiteral("GetValue:m_qoXmlDoc is NULL")));
 }
 
 void TstBasedQtXmlParser::savingADocumentWithNothingInItLeavesTheFileTruncated()
 {
-    installation::writeFile(filePath(), "former");
+    installation::writeFile(documentPath(), "former");
     Parser parser;
     parser.m_qoXmlDoc.createElement(QStringLiteral("unused"));
-    QCOMPARE(parser.SaveXmlFile(filePath()), false);
-    QCOMPARE(QFileInfo(filePath()).size(), qint64(0));
+    QCOMPARE(parser.SaveXmlFile(documentPath()), false);
+    QCOMPARE(QFileInfo(documentPath()).size(), qint64(0));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              QStringList(QStringLiteral("GetValue:stream is NULL")));
 }

@@ -1,0 +1,251 @@
+#include "app/LangText.h"
+#include "app/WarningBox.h"
+#include "app/myapplication.h"
+#include "support/Installation.h"
+#include "support/ModalScript.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+const char s_missing[] = "NULL";
+
+/// A window with two fields, the second of which has the focus.
+struct TwoFields
+{
+    TwoFields()
+    {
+        QVBoxLayout* layout = new QVBoxLayout(&window);
+        layout->addWidget(&first);
+        layout->addWidget(&second);
+        window.show();
+        second.setFocus();
+    }
+
+    QWidget window;
+    QLineEdit first;
+    QLineEdit second;
+};
+
+} // namespace
+
+class TstWarningBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void textsComeFromTheApplication();
+    void boxHasOneOkButtonWhichIsTheDefault();
+    void titleComesFromItsKey();
+    void titleFollowsTheLanguage();
+    void nullTitleKeyLeavesTheTitleEmpty();
+    void missingKeysShowNull();
+    void parentIsThatOfTheCaller();
+    void sayShowsTheTextUntilOkIsPressed();
+    void keyEndsTheBox_data();
+    void keyEndsTheBox();
+    void oneBoxSaysSeveralTexts();
+    void refuseMovesTheFocusBehindTheBox();
+    void refuseWithoutAFieldLeavesTheFocus();
+};
+
+void TstWarningBox::initTestCase()
+{
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(
+        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    for (const char* key : {"manager_title", "CUS_TipsTitle", "OneInstance", "SelProtocolPls"})
+        QVERIFY2(langText(key) != QLatin1String(s_missing), key);
+}
+
+void TstWarningBox::textsComeFromTheApplication()
+{
+    const CLanguageParser& table = CMyApplication::current()->m_LanguageParser;
+    QCOMPARE(langText("OneInstance"), table.GetKey("OneInstance"));
+    QCOMPARE(langText("CUS_FuncName.MsgAuth"), table.GetKey("CUS_FuncName.MsgAuth"));
+    QCOMPARE(langText("no_such_key"), QLatin1String(s_missing));
+    QCOMPARE(langText(nullptr), QLatin1String(s_missing));
+}
+
+void TstWarningBox::boxHasOneOkButtonWhichIsTheDefault()
+{
+    const WarningBox box("manager_title");
+    QCOMPARE(box.standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+    QCOMPARE(box.buttons().size(), 1);
+    QCOMPARE(static_cast<QAbstractButton*>(box.defaultButton()), box.button(QMessageBox::Ok));
+    QCOMPARE(box.icon(), QMessageBox::Warning);
+    QCOMPARE(box.text(), QString());
+}
+
+void TstWarningBox::titleComesFromItsKey()
+{
+    WarningBox box("manager_title");
+    QCOMPARE(box.windowTitle(), langText("manager_title"));
+    box.setTitleKey("CUS_TipsTitle");
+    QCOMPARE(box.windowTitle(), langText("CUS_TipsTitle"));
+}
+
+void TstWarningBox::titleFollowsTheLanguage()
+{
+    CLanguageParser& table = CMyApplication::current()->m_LanguageParser;
+    const QString english = WarningBox("manager_title").windowTitle();
+    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_zh.xml"));
+    const QString chinese = WarningBox("manager_title").windowTitle();
+    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    QVERIFY(chinese != english);
+    QCOMPARE(WarningBox("manager_title").windowTitle(), english);
+}
+
+void TstWarningBox::nullTitleKeyLeavesTheTitleEmpty()
+{
+    WarningBox box(nullptr);
+    QCOMPARE(box.windowTitle(), QString());
+    QCOMPARE(box.standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+    box.setTitleKey("manager_title");
+    QCOMPARE(box.windowTitle(), langText("manager_title"));
+}
+
+void TstWarningBox::missingKeysShowNull()
+{
+    WarningBox box("no_such_title");
+    QString title;
+    QString text;
+    ModalScript script;
+    script.expect<WarningBox>([&](WarningBox& shown) {
+        title = shown.windowTitle();
+        text = shown.text();
+        shown.button(QMessageBox::Ok)->click();
+    });
+    box.say("no_such_text");
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(title, QLatin1String(s_missing));
+    QCOMPARE(text, QLatin1String(s_missing));
+}
+
+void TstWarningBox::parentIsThatOfTheCaller()
+{
+    QWidget window;
+    const WarningBox child("manager_title", &window);
+    QCOMPARE(child.parentWidget(), &window);
+    const WarningBox alone("manager_title");
+    QVERIFY(!alone.parentWidget());
+}
+
+void TstWarningBox::sayShowsTheTextUntilOkIsPressed()
+{
+    QWidget window;
+    window.show();
+    WarningBox box("manager_title", &window);
+    QString title;
+    QString text;
+    QWidget* parent = nullptr;
+    bool isModal = false;
+    bool hasReturned = false;
+    bool returnedEarly = true;
+    ModalScript script;
+    script.expect<WarningBox>([&](WarningBox& shown) {
+        title = shown.windowTitle();
+        text = shown.text();
+        parent = shown.parentWidget();
+        isModal = shown.isModal();
+        QTest::qWait(50);
+        returnedEarly = hasReturned;
+        QTest::mouseClick(shown.button(QMessageBox::Ok), Qt::LeftButton);
+    });
+    box.say("OneInstance");
+    hasReturned = true;
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(!returnedEarly);
+    QVERIFY(isModal);
+    QCOMPARE(title, langText("manager_title"));
+    QCOMPARE(text, langText("OneInstance"));
+    QCOMPARE(parent, &window);
+    QVERIFY(!box.isVisible());
+}
+
+void TstWarningBox::keyEndsTheBox_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Return presses the default button") << int(Qt::Key_Return);
+    QTest::newRow("blank presses the focused button") << int(Qt::Key_Space);
+    QTest::newRow("Escape presses the only button") << int(Qt::Key_Escape);
+}
+
+void TstWarningBox::keyEndsTheBox()
+{
+    QFETCH(const int, key);
+    WarningBox box("manager_title");
+    ModalScript script;
+    script.expect<WarningBox>([&](WarningBox& shown) {
+        QVERIFY(QTest::qWaitForWindowActive(&shown));
+        QTest::keyClick(&shown, Qt::Key(key));
+    });
+    box.say("OneInstance");
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(box.clickedButton(), box.button(QMessageBox::Ok));
+}
+
+void TstWarningBox::oneBoxSaysSeveralTexts()
+{
+    WarningBox box("manager_title");
+    QStringList texts;
+    for (int i = 0; i < 2; ++i) {
+        ModalScript script;
+        script.expect<WarningBox>([&](WarningBox& shown) {
+            texts.append(shown.text());
+            shown.button(QMessageBox::Ok)->click();
+        });
+        box.say(i == 0 ? "OneInstance" : "SelProtocolPls");
+        QCOMPARE(script.complaints(), QStringList());
+    }
+    QCOMPARE(texts, QStringList({langText("OneInstance"), langText("SelProtocolPls")}));
+}
+
+void TstWarningBox::refuseMovesTheFocusBehindTheBox()
+{
+    TwoFields fields;
+    WarningBox box("manager_title", &fields.window);
+    QString text;
+    const QWidget* focusWhileOpen = nullptr;
+    ModalScript script;
+    script.expect<WarningBox>([&](WarningBox& shown) {
+        text = shown.text();
+        focusWhileOpen = fields.window.focusWidget();
+        shown.button(QMessageBox::Ok)->click();
+    });
+    QCOMPARE(box.refuse("SelProtocolPls", &fields.first), false);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(text, langText("SelProtocolPls"));
+    QCOMPARE(focusWhileOpen, &fields.second);
+    QCOMPARE(fields.window.focusWidget(), &fields.first);
+}
+
+void TstWarningBox::refuseWithoutAFieldLeavesTheFocus()
+{
+    TwoFields fields;
+    WarningBox box("manager_title", &fields.window);
+    ModalScript script;
+    script.expect<WarningBox>([](WarningBox& shown) { shown.button(QMessageBox::Ok)->click(); });
+    QCOMPARE(box.refuse("SelProtocolPls"), false);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(fields.window.focusWidget(), &fields.second);
+}
+
+int main(int argc, char** argv)
+{
+    CMyApplication app(argc, argv);
+    if (app.m_bAlreadyRunning) {
+        fprintf(stderr, "the instance lock is held by another process\n");
+        return 1;
+    }
+    TstWarningBox test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_warningbox.moc"

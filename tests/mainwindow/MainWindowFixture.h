@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/orvexmanager.h"
+#include "support/Installation.h"
+#include "support/ModalScript.h"
+
+#include <QMessageBox>
+#include <QTest>
+
+/// Takes the place of the C library's time(): the clock of the tested code stands at this value while it is not 0.
+extern time_t frozenTime;
+
+/// A fresh store and settings below the test executable, in English, and the brand `tqm`.
+void prepareInstallation();
+void writeSettings(const QByteArray& lines);
+
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* found = window.findChild<Widget*>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no widget %s", name);
+    return found;
+}
+
+void press(const QWidget& window, const char* buttonName);
+/// Clicks the box when it is not in that state already.
+void setTicked(const QWidget& window, const char* boxName, bool ticked);
+void pressOk(QWidget& dialog, const char* boxName = "buttonBox");
+void pressCancel(QWidget& dialog, const char* boxName = "buttonBox");
+/// The names of the ticked components, hidden ones too, in the order of the page.
+QStringList tickedBoxes(const QWidget& window);
+
+struct ShownBox {
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+};
+/// Notes what the message box shows and presses the button.
+std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button = QMessageBox::Ok);
+/// Whether it is the warning of the whole program with these texts: one Ok button, also the default.
+bool isWarning(const ShownBox& shown, const char* textKey, const char* titleKey = "manager_title");
+
+/// A record with telling values in the fields that the history shows.
+CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal = 3,
+                        quint64 funcomVal = 1);
+
+/// main() of a test: builds the application object and runs the test object.
+template <class Test> int playTest(int argc, char** argv)
+{
+    prepareInstallation();
+    CMyApplication application(argc, argv);
+    if (application.m_bAlreadyRunning)
+        qFatal("another instance runs on this machine");
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
