@@ -13,7 +13,7 @@ build=$source_directory/build/release
 # $1: where the installation shall stand
 prepare() {
     mkdir -p "$1"
-    cp -r "$build/OrvexManager/OrvexManager" "$build/OrvexManager/7za" "$build/OrvexManager/Resources" "$1/"
+    cp -r "$build/OrvexManager/OrvexManager" "$build/OrvexManager/7za" "$build/OrvexManager/Resources" "$build/OrvexManager/qt_zh_CN.qm" "$1/"
     [ -e "$1/config.ini" ] || cp packaging/config.ini "$1/"
     [ -e "$1/template/OrvexClient_Linux64.tar.gz" ] || scripts/make-sample-template.sh "$1/template"
 }

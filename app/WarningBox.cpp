@@ -2,11 +2,14 @@
 
 #include "app/LangText.h"
 
+#include <QAbstractButton>
+
 WarningBox::WarningBox(const char* titleKey, QWidget* parent) : QMessageBox(parent)
 {
     setStandardButtons(QMessageBox::Ok);
     setDefaultButton(QMessageBox::Ok);
     setIcon(QMessageBox::Warning);
+    button(QMessageBox::Ok)->setText(langText("ok_button"));
     if (titleKey)
         setTitleKey(titleKey);
 }

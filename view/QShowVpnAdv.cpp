@@ -5,6 +5,8 @@
 #include "view/ViewRows.h"
 #include "xml/CustomInfoHolder.h"
 
+#include <initializer_list>
+
 namespace {
 
 using namespace viewrows;

@@ -3,7 +3,6 @@
 #include "app/LangText.h"
 #include "app/OptionLists.h"
 #include "app/myapplication.h"
-#include "view/ViewRows.h"
 
 #include <QPixmap>
 
@@ -72,7 +71,7 @@ void ShowDetailDlg::setWindowText()
     ui.pushButton_Adv_S->setText(langText("VUI_BASEHeigth"));
     ui.groupBox_Icon->setTitle(langText("CUS_CusIconComBox"));
     ui.groupBox_Ttitle->setTitle(langText("CUS_CusTitleComBox"));
-    ui.listWidget_func->setAccessibleName(langText("func_title"));
+    ui.listWidget_func->setAccessibleName(langText("ShowBaseFunInfoHint"));
     ui.label_deskIcon_Linux->setAccessibleName(langText("Cus_ShowDeskIconDesL"));
     ui.label_deskIcon_MacOs->setAccessibleName(langText("Cus_ShowDeskIconDesM"));
     ui.label_MainIcon->setAccessibleName(langText("Cus_ShowMainIconDes"));

@@ -52,6 +52,19 @@ QString warning(const char* titleKey, const char* textKey)
         .arg(title, text, QString::number(QMessageBox::Warning), QString::number(int(QMessageBox::Ok), 16));
 }
 
+void bringToFront(const CustomAdvProperty& dialog, QWidget* widget)
+{
+    QTabWidget* tabWidget = child<QTabWidget>(dialog, "tabWidget");
+    for (int index = 0; index < tabWidget->count(); ++index) {
+        QWidget* page = tabWidget->widget(index);
+        if (!page->isAncestorOf(widget))
+            continue;
+        tabWidget->setCurrentIndex(index);
+        QCoreApplication::processEvents();
+        page->findChild<QScrollArea*>()->ensureWidgetVisible(widget);
+    }
+}
+
 QString focusOf(const QWidget& window)
 {
     const QWidget* focus = window.focusWidget();
@@ -123,22 +136,9 @@ QStringList OpenDialog::shown() const
     return m_boxes + script.complaints();
 }
 
-void OpenDialog::bringToFront(const QWidget* target)
-{
-    QTabWidget* tabWidget = widget<QTabWidget>("tabWidget");
-    for (int index = 0; index < tabWidget->count(); ++index) {
-        QWidget* page = tabWidget->widget(index);
-        if (!page->isAncestorOf(target))
-            continue;
-        tabWidget->setCurrentIndex(index);
-        QCoreApplication::processEvents();
-        page->findChild<QScrollArea*>()->ensureWidgetVisible(const_cast<QWidget*>(target));
-    }
-}
-
 void OpenDialog::clickOn(const char* name)
 {
-    bringToFront(widget<QWidget>(name));
+    bringToFront(dialog, widget<QWidget>(name));
     click(dialog, name);
 }
 
@@ -150,7 +150,7 @@ void OpenDialog::tick(const char* name, bool on)
 
 void OpenDialog::typeInto(const char* name, const QString& text)
 {
-    bringToFront(widget<QWidget>(name));
+    bringToFront(dialog, widget<QWidget>(name));
     type(dialog, name, text);
 }
 
@@ -158,7 +158,7 @@ void OpenDialog::typeInto(const char* name, const QString& text)
 void OpenDialog::choose(const char* name, int index)
 {
     QComboBox* combo = widget<QComboBox>(name);
-    bringToFront(combo);
+    bringToFront(dialog, combo);
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Home);
     for (int step = 0; step < index; ++step)
@@ -168,7 +168,7 @@ void OpenDialog::choose(const char* name, int index)
 void OpenDialog::selectRow(const char* name, int row)
 {
     QTreeWidget* tree = widget<QTreeWidget>(name);
-    bringToFront(tree);
+    bringToFront(dialog, tree);
     QTreeWidgetItem* item = tree->topLevelItem(row);
     tree->scrollToItem(item);
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualItemRect(item).center());

@@ -42,6 +42,8 @@ void press(const QDialog& dialog, QDialogButtonBox::StandardButton button);
 QString describe(const QMessageBox& box);
 /// What describe() says of the plain warning with these texts; a null title key stands for an empty title.
 QString warning(const char* titleKey, const char* textKey);
+/// Brings the tab of the widget to the front and scrolls to it.
+void bringToFront(const CustomAdvProperty& dialog, QWidget* widget);
 /// The name of the widget that has, or would have, the focus of the window.
 QString focusOf(const QWidget& window);
 
@@ -101,8 +103,6 @@ public:
     QStringList tabs() const;
 
 private:
-    void bringToFront(const QWidget* widget);
-
     QStringList m_boxes;
 };
 

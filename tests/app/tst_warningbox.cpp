@@ -184,7 +184,7 @@ void TstWarningBox::keyEndsTheBox()
     ModalScript script;
     script.expect<WarningBox>([&](WarningBox& shown) {
         QVERIFY(QTest::qWaitForWindowActive(&shown));
-        QTest::keyClick(&shown, Qt::Key(key));
+        QTest::keyClick(shown.focusWidget(), Qt::Key(key));
     });
     box.say("OneInstance");
     QCOMPARE(script.complaints(), QStringList());

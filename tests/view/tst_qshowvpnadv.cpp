@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -233,9 +234,12 @@ void TstQShowVpnAdv::columnsOfTheRoutesHaveTheirTitlesAndWidths()
     OpenView view(fullRecord());
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_RouteList");
     bringToFront(tree);
+    QCOMPARE(tree->header()->textElideMode(), Qt::ElideRight);
     QStringList columns;
-    for (int column = 0; column < tree->columnCount(); ++column)
+    for (int column = 0; column < tree->columnCount(); ++column) {
         columns.append(QStringLiteral("%1 %2").arg(tree->headerItem()->text(column)).arg(tree->columnWidth(column)));
+        QCOMPARE(tree->headerItem()->toolTip(column), tree->headerItem()->text(column));
+    }
     QCOMPARE(columns.join(QLatin1Char(';')), QStringLiteral("[VUI_IP] 170;[VUI_Mask] 170"));
 }
 

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -184,9 +185,12 @@ void TstShowDetailDlg::columnsOfTheGatewaysHaveTheirTitlesAndWidths()
     OpenView view(fullRecord());
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     bringToFront(tree);
+    QCOMPARE(tree->header()->textElideMode(), Qt::ElideRight);
     QStringList columns;
-    for (int column = 0; column < tree->columnCount(); ++column)
+    for (int column = 0; column < tree->columnCount(); ++column) {
         columns.append(QStringLiteral("%1 %2").arg(tree->headerItem()->text(column)).arg(tree->columnWidth(column)));
+        QCOMPARE(tree->headerItem()->toolTip(column), tree->headerItem()->text(column));
+    }
     QCOMPARE(columns.join(QLatin1Char(';')),
              QStringLiteral("[SCE_DevOrder] 50;[SSL_VPNSERV_DISNAME] 100;[SSL_ADDRESS] 140;[SSL_PORT] 60"));
 }

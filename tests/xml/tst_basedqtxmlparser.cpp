@@ -251,16 +251,23 @@ void TstBasedQtXmlParser::fileIsReadInTheEncodingThatItStates()
 
 void TstBasedQtXmlParser::onlyAFileIsReadWithNamespaces()
 {
-    const QString text = QStringLiteral("<p:root xmlns:p=\"urn:x\"/>");
+    const QString text = QStringLiteral("<p:root xmlns:p=\"urn:x\"><p:a>text</p:a></p:root>");
     installation::writeFile(documentPath(), text.toUtf8());
     Parser fromFile;
     QVERIFY(fromFile.LoadXmlFile(documentPath()));
     QCOMPARE(fromFile.m_qoRootElement.namespaceURI(), QStringLiteral("urn:x"));
     QCOMPARE(fromFile.m_qoRootElement.localName(), QStringLiteral("root"));
+    QString child;
+    fromFile.GetNodeValue("a", child);
+    QCOMPARE(child, QStringLiteral("text"));
     Parser fromText;
     QVERIFY(fromText.LoadXml(text));
     QCOMPARE(fromText.m_qoRootElement.namespaceURI(), QString());
     QCOMPARE(fromText.m_qoRootElement.tagName(), QStringLiteral("p:root"));
+    fromText.GetNodeValue("a", child);
+    QCOMPARE(child, QString());
+    fromText.GetNodeValue("p:a", child);
+    QCOMPARE(child, QStringLiteral("text"));
 }
 
 void TstBasedQtXmlParser::fileThatDoesNotOpenIsLoggedAndRefused_data()
@@ -292,7 +299,7 @@ void TstBasedQtXmlParser::fileThatDoesNotParseIsLoggedAndRefused_data()
     QTest::newRow("open element") << QByteArray("<msg>");
     QTest::newRow("two roots") << QByteArray("<msg/><msg/>");
     QTest::newRow("zero bytes") << QByteArray(100, '\0');
-    QTest::newRow("unknown entity") << QByteArray("<msg>&unknown</msg>");
+    QTest::newRow("reference without an end") << QByteArray("<msg>&unknown</msg>");
 }
 
 void TstBasedQtXmlParser::fileThatDoesNotParseIsLoggedAndRefused()
@@ -758,6 +765,7 @@ void TstBasedQtXmlParser::readTextIsThatOfTheFirstElement_data()
     QTest::newRow("element inside") << QStringLiteral("<a>1<b>2</b>3</a>") << QStringLiteral("123");
     QTest::newRow("first of two") << QStringLiteral("<b>0</b><a>1</a><a>2</a>") << QStringLiteral("1");
     QTest::newRow("first of two is empty") << QStringLiteral("<a/><a>2</a>") << QString();
+    QTest::newRow("blanks alone") << QStringLiteral("<a>  \n </a>") << QString();
     QTest::newRow("empty") << QStringLiteral("<a></a>") << QString();
     QTest::newRow("missing") << QStringLiteral("<b>1</b>") << QString();
     QTest::newRow("deeper") << QStringLiteral("<b><a>1</a></b>") << QString();
