@@ -47,7 +47,7 @@ QByteArray commentText(const char* timeString, const char* timeStamp, const char
     return text;
 }
 
-/// Writes the manifest, the client archive and the ZIP of one update package, each whatever becomes of the others.
+/// What differs between the systems, the words of the log lines included.
 struct UpdateNames {
     const char* client;
     int os;
@@ -56,6 +56,7 @@ struct UpdateNames {
     const char* zipFailed;
 };
 
+/// Writes the manifest, the client archive and the ZIP of one update package, each whatever becomes of the others.
 bool generateUpdate(const UpdateNames& names, const QByteArray& process, const char* timeString, const char* timeStamp)
 {
     const QByteArray setupName = QByteArray(names.client) + packing::tarEnding;

@@ -206,7 +206,10 @@ private slots:
     void deepDocumentPassesVerificationAndLoadWithoutACrash();
     void deepFileIsRefusedWithALogLine_data();
     void deepFileIsRefusedWithALogLine();
+    void deepTextIsRefusedWithALogLine_data();
     void deepTextIsRefusedWithALogLine();
+    void elementsMayNestAHundredLevels();
+    void pipeInPlaceOfTheDocumentIsNotWaitedFor();
     void expandingDocumentLoadsNothingInTime_data();
     void expandingDocumentLoadsNothingInTime();
     void largeDocumentLoadsInTime_data();
@@ -399,7 +402,6 @@ void TstCustomInfoLoad::damagedDocumentLeavesTheRecordAlone_data()
     QTest::newRow("attribute without a value") << QByteArray(good).replace("<common>", "<common a>");
     QTest::newRow("open comment") << QByteArray(good).replace("<common>", "<common><!--");
     QTest::newRow("open unparsed characters") << QByteArray(good).replace("<common>", "<common><![CDATA[");
-    QTest::newRow("unknown entity") << QByteArray(good).replace("<areaKey>", "<areaKey>&unknown;");
 }
 
 void TstCustomInfoLoad::damagedDocumentLeavesTheRecordAlone()
@@ -597,6 +599,7 @@ void TstCustomInfoLoad::deepFileIsRefusedWithALogLine_data()
     QTest::newRow("30000 levels") << nested(30000);
     QTest::newRow("5 MB, closed") << nested(5000000 / 7);
     QTest::newRow("5 MB, open") << QByteArray("<a>").repeated(5000000 / 3);
+    QTest::newRow("behind a prefix that is not declared") << "<msg><p:a/>" + nested(30000) + "</msg>";
     QTest::newRow("5 MB inside the language table") << "<Lang>" + nested(5000000 / 7) + "</Lang>";
     const QByteArray entity = QByteArray("<b>").repeated(1300);
     QTest::newRow("4 kB with an entity of open elements")
@@ -615,14 +618,35 @@ void TstCustomInfoLoad::deepFileIsRefusedWithALogLine()
     QCOMPARE(answer, "false 1 CBasedQtXmlParser::LoadXmlFile:Load XML File[" + documentPath().toUtf8() + "].");
 }
 
+void TstCustomInfoLoad::deepTextIsRefusedWithALogLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("100000 levels") << nested(100000);
+    QTest::newRow("behind a prefix that is not declared") << "<p:a>" + nested(100000) + "</p:a>";
+}
+
 void TstCustomInfoLoad::deepTextIsRefusedWithALogLine()
 {
-    const QByteArray answer = inChild([] {
+    QFETCH(QByteArray, content);
+    const QByteArray answer = inChild([content] {
         CustomXmlParser parser;
-        const bool loaded = parser.LoadXml(QString::fromLatin1(nested(100000)));
-        return yesOrNo(loaded) + ' ' + QByteArray::number(s_log.size()) + ' ' + s_log.value(0).left(46).toUtf8();
+        const bool loaded = parser.LoadXml(QString::fromLatin1(content));
+        return yesOrNo(loaded) + ' ' + QByteArray::number(s_log.size()) + ' ' + s_log.value(0).left(43).toUtf8();
     });
-    QCOMPARE(answer, QByteArray("false 1 1 CBasedQtXmlParser::LoadXml: Load XML str[<a>"));
+    QCOMPARE(answer, QByteArray("false 1 1 CBasedQtXmlParser::LoadXml: Load XML str[<"));
+}
+
+void TstCustomInfoLoad::elementsMayNestAHundredLevels()
+{
+    put("<msg><content><kef><kefIP>" + nested(100, "x") + "</kefIP></kef></content></msg>");
+    QCOMPARE(loadInChild(), QByteArray("true, 0 lines, kef.kefIP"));
+}
+
+void TstCustomInfoLoad::pipeInPlaceOfTheDocumentIsNotWaitedFor()
+{
+    QVERIFY(QDir().mkpath(directory()));
+    QCOMPARE(mkfifo(documentPath().toLocal8Bit().constData(), 0600), 0);
+    QCOMPARE(loadInChild(), QByteArray("true, 11 lines, "));
 }
 
 void TstCustomInfoLoad::expandingDocumentLoadsNothingInTime_data()
