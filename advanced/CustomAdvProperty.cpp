@@ -13,7 +13,8 @@ namespace {
 
 using Widgets = Ui_CustomAdvProperty;
 
-struct TabRow {
+struct TabRow
+{
     QWidget* Widgets::*page;
     const char* titleKey;
 };

@@ -10,7 +10,6 @@
 #include "ui_CustomAdvProperty.h"
 
 class CLanguageParser;
-class QTreeWidgetItem;
 class WarningBox;
 
 /// The dialog for every option of the client. It shows the tabs that the components of the record need. OK checks the
@@ -134,6 +133,7 @@ private:
 
     // SSL VPN tab
     void setSslVpnTexts();
+    void setGatewayTexts();
     void loadGateways(const QString& defaultSuffix);
     bool storeSslVpn(WarningBox& box);
     bool storeAuthTypes(WarningBox& box);

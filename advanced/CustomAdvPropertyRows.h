@@ -14,22 +14,25 @@ namespace advanced {
 using Widgets = Ui_CustomAdvProperty;
 
 /// A control that only shows the text of its key.
-struct CaptionRow {
-    std::variant<QCheckBox* Widgets::*, QRadioButton* Widgets::*, QPushButton* Widgets::*, QLabel* Widgets::*,
-                 QGroupBox* Widgets::*>
+struct CaptionRow
+{
+    std::variant<QCheckBox * Widgets::*, QRadioButton * Widgets::*, QPushButton * Widgets::*, QLabel * Widgets::*,
+                 QGroupBox * Widgets::*>
         control;
     const char* key;
 };
 
 /// A check box for a flag of one section of the record, which is stored as 0 or 1.
-template <class Section> struct FlagRow {
+template <class Section> struct FlagRow
+{
     QCheckBox* Widgets::*box;
     const char* key;
     std::variant<quint32 Section::*, quint64 Section::*, bool Section::*> flag;
 };
 
 /// A line edit with its label for a text of one section, which is loaded and stored as it stands.
-template <class Section> struct TextRow {
+template <class Section> struct TextRow
+{
     QLineEdit* Widgets::*edit;
     QLabel* Widgets::*label;
     const char* key;

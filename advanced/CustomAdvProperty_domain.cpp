@@ -9,7 +9,12 @@ using namespace advanced;
 
 namespace {
 
-enum Column { NumberColumn, NameColumn, DescriptionColumn };
+enum Column
+{
+    NumberColumn,
+    NameColumn,
+    DescriptionColumn
+};
 
 constexpr int s_mostRows = 10; // from here on the table takes no more by the Add button
 
@@ -43,8 +48,8 @@ void CustomAdvProperty::loadDomains()
 {
     domainInfo = record->domain;
     for (int position = 0; position < domainInfo.domaindetail.size(); ++position)
-        ui.treeWidget_Domain->addTopLevelItem(newRow(position + 1, shownDomainName(position),
-                                                     domainInfo.domaindetail.at(position).domainDesp));
+        ui.treeWidget_Domain->addTopLevelItem(
+            newRow(position + 1, shownDomainName(position), domainInfo.domaindetail.at(position).domainDesp));
     ui.checkBox_DomainForce->setChecked(domainInfo.domainForce != 0);
 }
 
@@ -98,9 +103,8 @@ void CustomAdvProperty::OnBnClickedEditDomain()
     const int row = ui.treeWidget_Domain->indexOfTopLevelItem(selected.first());
     QList<DomainDetail>& entries = domainInfo.domaindetail;
     const QString shownDescription = selected.first()->text(DescriptionColumn);
-    const auto found = std::find_if(entries.cbegin(), entries.cend(), [&](const DomainDetail& entry) {
-        return entry.domainDesp == shownDescription;
-    });
+    const auto found = std::find_if(entries.cbegin(), entries.cend(),
+                                    [&](const DomainDetail& entry) { return entry.domainDesp == shownDescription; });
     if (found == entries.cend())
         return;
     const int position = static_cast<int>(found - entries.cbegin());

@@ -14,7 +14,11 @@ constexpr int s_longestAddress = 255; // characters
 constexpr int s_longestKey = 128;
 
 /// Positions in the list of authentication methods.
-enum AuthMethod { PreSharedKey, Certificate };
+enum AuthMethod
+{
+    PreSharedKey,
+    Certificate
+};
 
 // clang-format off
 const CaptionRow captions[] = {

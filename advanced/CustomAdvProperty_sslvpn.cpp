@@ -1,40 +1,37 @@
-#include "advanced/CSslVpnIp.h"
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
 #include "app/CLanguageParser.h"
 #include "app/OptionLists.h"
 #include "app/WarningBox.h"
 
-#include <algorithm>
 #include <iterator>
 
 using namespace advanced;
 
 namespace {
 
-enum Column { NumberColumn, NameColumn, AddressColumn, PortColumn };
-
-constexpr int s_columnWidths[] = {40, 100, 140, 50};
-constexpr int s_mostRows = 20; // from here on the table takes no more by the Add button
 constexpr quint64 s_defaultRetries = 3;
 constexpr quint64 s_shortestCountdown = 5; // seconds
 constexpr quint64 s_longestCountdown = 180;
 
-struct TypeRow {
+struct TypeRow
+{
     QCheckBox* Widgets::*box;
     const char* key;
     quint64 bit;
     const char* name; // in the list of defaults and in the record
 };
 
-struct ModeRow {
+struct ModeRow
+{
     QCheckBox* Widgets::*box;
     const char* key; // also the text in the list of defaults
     quint64 bit;
     quint64 defaultMode; // in the record
 };
 
-struct NumberRow {
+struct NumberRow
+{
     QLineEdit* Widgets::*edit;
     QLabel* Widgets::*label;
     const char* key;
@@ -67,9 +64,6 @@ const FlagRow<SSLVPNOptionsInfo> flagRows[] = {
     {&Widgets::checkBox_edcode,      "SSL_EdCode",      &SSLVPNOptionsInfo::edcode},
 };
 const CaptionRow captions[] = {
-    {&Widgets::pushButton_Add,    "SSL_ADD_VPNIP"},
-    {&Widgets::pushButton_Edit,   "SSL_EDIT_VPNIP"},
-    {&Widgets::pushButton_Delete, "SSL_DEL_VPNIP"},
     {&Widgets::label_AuthType,    "SSL_AUTH_TYPE"},
     {&Widgets::label_defaultType, "SSL_DEFAULTTYPE"},
     {&Widgets::label_AuthMode,    "SSL_AUTH_MODE"},
@@ -102,11 +96,6 @@ quint64 numberIn(const QLineEdit* edit)
     return edit->text().toULong(nullptr, 10);
 }
 
-QString shownGatewayName(const SSLVPNRemoteInfo& gateway, bool isDefault)
-{
-    return isDefault ? gateway.iPDes + langText("SSL_DEFAULTNAME") : gateway.iPDes;
-}
-
 } // namespace
 
 void CustomAdvProperty::setSslVpnTexts()
@@ -121,12 +110,7 @@ void CustomAdvProperty::setSslVpnTexts()
     }
     setTexts(ui, flagRows);
     setTexts(ui, captions);
-    ui.treeWidget_SSLIP->setColumnCount(static_cast<int>(std::size(s_columnWidths)));
-    for (int column = 0; column < ui.treeWidget_SSLIP->columnCount(); ++column)
-        ui.treeWidget_SSLIP->setColumnWidth(column, s_columnWidths[column]);
-    ui.treeWidget_SSLIP->setHeaderLabels({langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"),
-                                          langText("SSL_ADDRESS"), langText("SSL_PORT")});
-    ui.treeWidget_SSLIP->setAccessibleName(langText("SSL_SERV_ADDR_TITLE"));
+    setGatewayTexts();
 }
 
 void CustomAdvProperty::initSslVpnPage(CLanguageParser& language)
@@ -163,27 +147,6 @@ void CustomAdvProperty::initSslVpnPage(CLanguageParser& language)
     for (const char* version : options::tlsVersions)
         ui.comboBox_TLS_version_list->addItem(QLatin1String(version));
     ui.comboBox_TLS_version_list->setCurrentIndex(sslvpn.TLSVersion == 1 ? 1 : 0);
-}
-
-void CustomAdvProperty::loadGateways(const QString& defaultSuffix)
-{
-    ui.treeWidget_SSLIP->clear();
-    quint64 number = 0;
-    for (const SSLVPNRemoteInfo& gateway : qAsConst(record->sslvpn.remote)) {
-        ++number;
-        const bool isDefault = number == record->sslvpn.defaultAddress;
-        const QString shownName = isDefault ? gateway.iPDes + defaultSuffix : gateway.iPDes;
-        ui.treeWidget_SSLIP->addTopLevelItem(
-            new QTreeWidgetItem({QString::number(number), shownName, gateway.ip, gateway.port}));
-        gatewayList.append(gateway);
-    }
-    // Contract: the Edit button stays enabled over an empty table.
-    if (gatewayList.isEmpty()) {
-        ui.pushButton_Add->setEnabled(true);
-        ui.pushButton_Delete->setEnabled(false);
-    }
-    if (gatewayList.size() >= s_mostRows)
-        ui.pushButton_Add->setEnabled(false);
 }
 
 void CustomAdvProperty::SetDefaultTypeList()
@@ -289,103 +252,6 @@ void CustomAdvProperty::OnBnClickedCertauthChk()
     onModeClicked(ui.checkBox_Cert, "SSL_CertAuth");
 }
 
-/// The position of the first gateway that is shown so, or -1.
-int CustomAdvProperty::findGateway(const QString& shownName, const QString& suffix) const
-{
-    const auto found = std::find_if(gatewayList.begin(), gatewayList.end(), [&](const SSLVPNRemoteInfo& gateway) {
-        return gateway.iPDes + suffix == shownName;
-    });
-    return found == gatewayList.end() ? -1 : static_cast<int>(found - gatewayList.begin());
-}
-
-void CustomAdvProperty::OnBnClickedAddIpaddr()
-{
-    SSLVPNRemoteInfo gateway;
-    CSslVpnIp dialog(gateway, defaultGatewayIndex != 0 ? CSslVpnIp::DefaultTaken : CSslVpnIp::DefaultFree, this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    gateway = dialog.gateway;
-    const bool isDefault = dialog.dialogMode != 0;
-    const int number = ui.treeWidget_SSLIP->topLevelItemCount() + 1;
-    if (isDefault)
-        defaultGatewayIndex = number;
-    auto* row = new QTreeWidgetItem(
-        {QString::number(number), shownGatewayName(gateway, isDefault), gateway.ip, gateway.port});
-    ui.treeWidget_SSLIP->addTopLevelItem(row);
-    ui.treeWidget_SSLIP->setCurrentItem(row);
-    gatewayList.append(gateway);
-    ui.pushButton_Edit->setEnabled(true);
-    ui.pushButton_Delete->setEnabled(true);
-    if (number >= s_mostRows)
-        ui.pushButton_Add->setEnabled(false);
-}
-
-void CustomAdvProperty::OnBnClickedEditIpaddr()
-{
-    const QList<QTreeWidgetItem*> selected = ui.treeWidget_SSLIP->selectedItems();
-    if (selected.isEmpty()) {
-        WarningBox("SCE_SceneTipsTitle", this).say("SSL_AddrSelectWarning");
-        return;
-    }
-    QTreeWidgetItem* row = selected.first();
-    const int number = ui.treeWidget_SSLIP->indexOfTopLevelItem(row) + 1;
-    int mode = defaultGatewayIndex != 0 ? CSslVpnIp::DefaultTaken : CSslVpnIp::DefaultFree;
-    QString suffix;
-    if (number == defaultGatewayIndex) {
-        mode = CSslVpnIp::DefaultTicked;
-        suffix = langText("SSL_DEFAULTNAME");
-    }
-    const int position = findGateway(row->text(NameColumn), suffix);
-    SSLVPNRemoteInfo gateway = position < 0 ? SSLVPNRemoteInfo() : gatewayList.at(position);
-
-    CSslVpnIp dialog(gateway, mode, this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    gateway = dialog.gateway;
-    const bool isDefault = dialog.dialogMode != 0;
-    if (mode == CSslVpnIp::DefaultTicked)
-        defaultGatewayIndex = 0;
-    if (isDefault)
-        defaultGatewayIndex = number;
-    row->setText(NameColumn, shownGatewayName(gateway, isDefault));
-    row->setText(AddressColumn, gateway.ip);
-    row->setText(PortColumn, gateway.port);
-    if (position >= 0)
-        gatewayList[position] = gateway;
-}
-
-void CustomAdvProperty::OnBnClickedDelIpaddr()
-{
-    const QList<QTreeWidgetItem*> selected = ui.treeWidget_SSLIP->selectedItems();
-    if (selected.isEmpty()) {
-        WarningBox("SCE_SceneTipsTitle", this).say("SSL_AddrSelectWarning");
-        return;
-    }
-    const int row = ui.treeWidget_SSLIP->indexOfTopLevelItem(selected.first());
-    const QString shownName = selected.first()->text(NameColumn);
-    delete ui.treeWidget_SSLIP->takeTopLevelItem(row);
-    QString suffix;
-    if (row + 1 == defaultGatewayIndex) {
-        suffix = langText("SSL_DEFAULTNAME");
-        defaultGatewayIndex = 0;
-    }
-    const int position = findGateway(shownName, suffix);
-    if (position >= 0) {
-        if (defaultGatewayIndex != 0 && row < defaultGatewayIndex - 1)
-            --defaultGatewayIndex;
-        gatewayList.remove(position);
-    }
-    const int count = ui.treeWidget_SSLIP->topLevelItemCount();
-    for (int other = 0; other < count; ++other)
-        ui.treeWidget_SSLIP->topLevelItem(other)->setText(NumberColumn, QString::number(other + 1));
-    if (count == 0) {
-        ui.pushButton_Edit->setEnabled(false);
-        ui.pushButton_Delete->setEnabled(false);
-    }
-    if (count < s_mostRows)
-        ui.pushButton_Add->setEnabled(true);
-}
-
 bool CustomAdvProperty::storeSslVpn(WarningBox& box)
 {
     SSLVPNOptionsInfo& sslvpn = record->sslvpn;
@@ -401,8 +267,7 @@ bool CustomAdvProperty::storeSslVpn(WarningBox& box)
         return false;
     store(ui, flagRows, sslvpn);
     sslvpn.retryInterval = retryInterval;
-    sslvpn.retries =
-        ui.lineEdit_reconnTimes->text().isEmpty() ? s_defaultRetries : numberIn(ui.lineEdit_reconnTimes);
+    sslvpn.retries = ui.lineEdit_reconnTimes->text().isEmpty() ? s_defaultRetries : numberIn(ui.lineEdit_reconnTimes);
     storeGateways(box);
     sslvpn.TLSVersion = static_cast<quint64>(ui.comboBox_TLS_version_list->currentIndex());
     return true;
@@ -452,15 +317,4 @@ bool CustomAdvProperty::storeAuthModes(WarningBox& box)
             sslvpn.authMode |= row.bit;
     }
     return true;
-}
-
-void CustomAdvProperty::storeGateways(WarningBox& box)
-{
-    record->sslvpn.remote = gatewayList;
-    if (!gatewayList.isEmpty() && defaultGatewayIndex == 0) {
-        defaultGatewayIndex = 1;
-        box.say("SSL_Set_DefaultGateway");
-    }
-    record->sslvpn.defaultAddress = static_cast<quint64>(defaultGatewayIndex);
-    gatewayList.clear();
 }

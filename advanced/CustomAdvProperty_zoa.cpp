@@ -12,7 +12,8 @@ namespace {
 constexpr int s_longestZoaText = 255; // characters
 
 /// Of an edit of the ZOA tab. An empty text needs no check.
-struct ZoaRow {
+struct ZoaRow
+{
     TextRow<ZOAOptionsInfo> text;
     bool (*isLegal)(const QString&);
     const char* refusalKey;

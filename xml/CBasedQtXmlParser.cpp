@@ -3,7 +3,11 @@
 #include "common/Log.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
+#include <QXmlDefaultHandler>
+#include <QXmlInputSource>
+#include <QXmlSimpleReader>
 
 #include <cstdio>
 #include <cstring>
@@ -18,6 +22,58 @@ QByteArray wideNumber(unsigned long long value)
     snprintf(text, sizeof text, "%I64d", static_cast<int>(value));
     return QByteArray(text);
 }
+
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+
+// The library's parser calls itself once a level, and a text whose entities hold markup grows beyond all bounds. A
+// document of this system has six levels and declares no entities.
+constexpr int s_maxDepth = 1000;
+
+/// Reads a document for nothing but its bounds. What does not parse is within them.
+class Bounds : public QXmlDefaultHandler
+{
+public:
+    bool hold(const QXmlInputSource& source)
+    {
+        QXmlSimpleReader reader;
+        // Without namespaces the reader takes whatever it takes with them.
+        reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
+        reader.setContentHandler(this);
+        reader.setDeclHandler(this);
+        reader.parse(&source, false);
+        return m_within;
+    }
+
+    bool startElement(const QString&, const QString&, const QString&, const QXmlAttributes&) override
+    {
+        m_within = ++m_depth <= s_maxDepth;
+        return m_within;
+    }
+    bool endElement(const QString&, const QString&, const QString&) override
+    {
+        --m_depth;
+        return true;
+    }
+    bool internalEntityDecl(const QString&, const QString&) override
+    {
+        m_within = false;
+        return false;
+    }
+
+private:
+    int m_depth = 0;
+    bool m_within = true;
+};
+
+template <class Data> bool withinBounds(const Data& data)
+{
+    QXmlInputSource source;
+    source.setData(data);
+    return Bounds().hold(source);
+}
+
+QT_WARNING_POP
 
 bool readBool(const QString& text, bool& out)
 {
@@ -37,7 +93,7 @@ CBasedQtXmlParser::~CBasedQtXmlParser() = default;
 
 bool CBasedQtXmlParser::LoadXml(const QString& text)
 {
-    if (!m_qoXmlDoc.setContent(text)) {
+    if (!withinBounds(text) || !m_qoXmlDoc.setContent(text)) {
         logX(1, "CBasedQtXmlParser::LoadXml: Load XML str[%s].", text.toLocal8Bit().constData());
         return false;
     }
@@ -49,14 +105,16 @@ bool CBasedQtXmlParser::LoadXml(const QString& text)
 bool CBasedQtXmlParser::LoadXmlFile(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    // A pipe in the place of the file must not block the program.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         logX(1, "CBasedQtXmlParser::LoadXmlFile:Open XML File[%s].", path.toLocal8Bit().constData());
         return false;
     }
     QString message;
     int line = 0;
     int column = 0;
-    if (!m_qoXmlDoc.setContent(&file, true, &message, &line, &column)) {
+    const bool bounded = withinBounds(file.readAll()) && file.seek(0);
+    if (!bounded || !m_qoXmlDoc.setContent(&file, true, &message, &line, &column)) {
         logX(1, "CBasedQtXmlParser::LoadXmlFile:Load XML File[%s].", path.toLocal8Bit().constData());
         return false;
     }

@@ -2,6 +2,8 @@
 #include "xml/CustomXmlParser.h"
 #include "xml/SectionTable.h"
 
+#include <cstring>
+
 // The sections of the two VPNs and of the routes.
 
 namespace {

@@ -38,7 +38,8 @@ QString describe(const QMessageBox& box)
 {
     const bool okIsDefault = box.defaultButton() && box.standardButton(box.defaultButton()) == QMessageBox::Ok;
     return QStringLiteral("[%1] %2 (icon %3, buttons %4, default %5)")
-        .arg(box.windowTitle(), box.text(), QString::number(box.icon()), QString::number(int(box.standardButtons()), 16),
+        .arg(box.windowTitle(), box.text(), QString::number(box.icon()),
+             QString::number(int(box.standardButtons()), 16),
              okIsDefault ? QStringLiteral("ok") : QStringLiteral("other"));
 }
 

@@ -1,73 +1,12 @@
 #include "advanced/CDynamicPwdDlg.h"
-#include "app/myapplication.h"
-#include "support/Installation.h"
+#include "support/DialogPlay.h"
 #include "support/ModalScript.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
-#include <QEvent>
-#include <QPushButton>
 #include <QTest>
 
-#include <cstdlib>
-
-namespace {
-
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* const widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
-
-void click(const QDialog& dialog, QDialogButtonBox::StandardButton button)
-{
-    QTest::mouseClick(child<QDialogButtonBox>(dialog, "buttonBox")->button(button), Qt::LeftButton);
-}
-
-QString okText(const QDialog& dialog)
-{
-    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Ok)->text();
-}
-
-QString cancelText(const QDialog& dialog)
-{
-    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Cancel)->text();
-}
-
-/// A table in which every key reads as itself, so that no key can pass for another.
-void showKeysAsTexts()
-{
-    QByteArray xml = "<language>";
-    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
-    for (const QByteArray& key : keys.simplified().split(' '))
-        xml += "<control key=\"" + key + "\">" + key + "</control>";
-    const QString path = installation::path(QStringLiteral("keys.xml"));
-    installation::writeFile(path, xml + "</language>");
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
-}
-
-class CloseEvents : public QObject
-{
-public:
-    int count = 0;
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        count += event->type() == QEvent::Close ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-};
-
-void tick(const QDialog& dialog, const char* name, bool ticked)
-{
-    QCheckBox* const box = child<QCheckBox>(dialog, name);
-    if (box->isChecked() != ticked)
-        box->click();
-}
-
-} // namespace
+using namespace dialogplay;
 
 class TstCDynamicPwdDlg : public QObject
 {
@@ -191,11 +130,7 @@ void TstCDynamicPwdDlg::cancelLeavesTheFlagsAtZero()
 
 int main(int argc, char** argv)
 {
-    CMyApplication application(argc, argv);
-    if (application.m_bAlreadyRunning)
-        return EXIT_FAILURE;
-    TstCDynamicPwdDlg test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstCDynamicPwdDlg>(argc, argv);
 }
 
 #include "tst_cdynamicpwddlg.moc"

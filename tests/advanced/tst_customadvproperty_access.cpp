@@ -34,7 +34,8 @@ const QVector<FlagCase>& flagCases()
         flagCase("checkBox_1xResumeConn",      "x1.x1ResumeConn",      &CustomInfo::x1, &X1::x1ResumeConn),
         flagCase("checkBox_DefaultConn",       "x1.defaultConnection", &CustomInfo::x1, &X1::defaultConnection),
         flagCase("checkBox_1xAdvancedAuth",    "x1.advancedAuth",      &CustomInfo::x1, &X1::advancedAuth),
-        flagCase("checkBox_PortalSaveUser",        "portal.keepConnPasswd", &CustomInfo::portal, &Portal::keepConnPasswd),
+        flagCase("checkBox_PortalSaveUser",        "portal.keepConnPasswd", &CustomInfo::portal,
+                 &Portal::keepConnPasswd),
         flagCase("checkBox_PortalUpVer",           "portal.upVer",          &CustomInfo::portal, &Portal::upVer),
         flagCase("checkBox_PortalAutoConn",        "portal.autoAuth",       &CustomInfo::portal, &Portal::autoAuth),
         flagCase("checkBox_PortalReConnAftNetErr", "portal.resumeConn",     &CustomInfo::portal, &Portal::resumeConn),
@@ -127,9 +128,10 @@ void TstCustomAdvPropertyAccess::defaultsOfTheRecordAreShown()
     QStringList boxes;
     for (const FlagCase& flag : flagCases())
         boxes.append(QLatin1String(flag.box));
-    QCOMPARE(open.tickedOf(boxes),
-             words("checkBox_1xSaveUser checkBox_1xUpVer checkBox_1xUpIp checkBox_1xUseBroadLogoff "
-                   "checkBox_1xResumeConn checkBox_PortalSaveUser checkBox_PortalUpVer checkBox_PortalReConnAftNetErr"));
+    QCOMPARE(
+        open.tickedOf(boxes),
+        words("checkBox_1xSaveUser checkBox_1xUpVer checkBox_1xUpIp checkBox_1xUseBroadLogoff "
+              "checkBox_1xResumeConn checkBox_PortalSaveUser checkBox_PortalUpVer checkBox_PortalReConnAftNetErr"));
     QVERIFY(open.isOn("radioButton_uniPkt"));
     QVERIFY(!open.isOn("radioButton_multiPkt"));
     QCOMPARE(open.choiceOf("comboBox_RetryTimes"), QStringLiteral("3"));
@@ -146,11 +148,16 @@ void TstCustomAdvPropertyAccess::packetTypeIsLoadedAndStored_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QString>("clicked");
     QTest::addColumn<quint32>("stored");
-    QTest::newRow("multicast") << 0u << "radioButton_multiPkt" << "" << 0u;
-    QTest::newRow("unicast") << 1u << "radioButton_uniPkt" << "" << 1u;
-    QTest::newRow("any other") << 2u << "radioButton_uniPkt" << "" << 1u;
-    QTest::newRow("to unicast") << 0u << "radioButton_multiPkt" << "radioButton_uniPkt" << 1u;
-    QTest::newRow("to multicast") << 1u << "radioButton_uniPkt" << "radioButton_multiPkt" << 0u;
+    QTest::newRow("multicast") << 0u << "radioButton_multiPkt"
+                               << "" << 0u;
+    QTest::newRow("unicast") << 1u << "radioButton_uniPkt"
+                             << "" << 1u;
+    QTest::newRow("any other") << 2u << "radioButton_uniPkt"
+                               << "" << 1u;
+    QTest::newRow("to unicast") << 0u << "radioButton_multiPkt"
+                                << "radioButton_uniPkt" << 1u;
+    QTest::newRow("to multicast") << 1u << "radioButton_uniPkt"
+                                  << "radioButton_multiPkt" << 0u;
 }
 
 void TstCustomAdvPropertyAccess::packetTypeIsLoadedAndStored()
@@ -175,9 +182,9 @@ void TstCustomAdvPropertyAccess::combosHaveTheirItems()
     QCOMPARE(open.itemsOf("comboBox_RetryTimes"),
              words("3 5 10 15 20 25 30 45 60 80 100") + QStringList(langText("CMN_NoLimite")));
     QStringList intervals;
-    for (const char* key : {"CMN_5Minutes", "CMN_10Minutes", "CMN_15Minutes", "CMN_20Minutes", "CMN_25Minutes",
-                            "CMN_30Minutes", "CMN_45Minutes", "CMN_1hour", "CMN_2hours", "CMN_3hours", "CMN_4hours",
-                            "CMN_5hours"})
+    for (const char* key :
+         {"CMN_5Minutes", "CMN_10Minutes", "CMN_15Minutes", "CMN_20Minutes", "CMN_25Minutes", "CMN_30Minutes",
+          "CMN_45Minutes", "CMN_1hour", "CMN_2hours", "CMN_3hours", "CMN_4hours", "CMN_5hours"})
         intervals.append(langText(key));
     QCOMPARE(open.itemsOf("comboBox_RetryInterval"), intervals);
     const QStringList types = {langText("chk_MacAuth"), langText("CMN_CertificateRdShort")};
@@ -223,8 +230,12 @@ void TstCustomAdvPropertyAccess::advancedAuthEnablesItsCombo_data()
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("combo");
     QTest::addColumn<QString>("field");
-    QTest::newRow("802.1X") << "checkBox_1xAdvancedAuth" << "comboBox_1xAdvancedAuth" << "x1.advancedAuth";
-    QTest::newRow("portal") << "checkBox_PortalAdvancedAuth" << "comboBox_PortalAdvancedAuth" << "portal.advancedAuth";
+    QTest::newRow("802.1X") << "checkBox_1xAdvancedAuth"
+                            << "comboBox_1xAdvancedAuth"
+                            << "x1.advancedAuth";
+    QTest::newRow("portal") << "checkBox_PortalAdvancedAuth"
+                            << "comboBox_PortalAdvancedAuth"
+                            << "portal.advancedAuth";
 }
 
 void TstCustomAdvPropertyAccess::advancedAuthEnablesItsCombo()
@@ -298,8 +309,8 @@ void TstCustomAdvPropertyAccess::positionsBeyondTheListsStay()
     before.x1.advancedAuthType = 2147483648u;
     before.portal.advancedAuthType = 2;
     OpenDialog open(before);
-    for (const char* combo : {"comboBox_RetryTimes", "comboBox_RetryInterval", "comboBox_1xAdvancedAuth",
-                              "comboBox_PortalAdvancedAuth"})
+    for (const char* combo :
+         {"comboBox_RetryTimes", "comboBox_RetryInterval", "comboBox_1xAdvancedAuth", "comboBox_PortalAdvancedAuth"})
         QCOMPARE(open.indexOf(combo), -1);
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());

@@ -21,13 +21,12 @@ QStringList buttons()
 /// Domains "d1" with the description "one" and so on.
 CustomInfo startWith(int count, quint64 domainDefault = 0)
 {
-    static const char* const descriptions[] = {"one", "two",   "three", "four", "five",  "six",
+    static const char* const descriptions[] = {"one",   "two",   "three", "four", "five",  "six",
                                                "seven", "eight", "nine",  "ten",  "eleven"};
     CustomInfo info = recordFor(procom::x1);
     info.vpn.ikecfg.IKEAuthMethod.clear(); // as OK stores it without the L2TP tab
     for (int number = 1; number <= count; ++number)
-        info.domain.domaindetail.append(
-            {QStringLiteral("d%1").arg(number), QLatin1String(descriptions[number - 1])});
+        info.domain.domaindetail.append({QStringLiteral("d%1").arg(number), QLatin1String(descriptions[number - 1])});
     info.domain.domainDefault = domainDefault;
     return info;
 }
@@ -245,14 +244,14 @@ void TstCustomAdvPropertyDomain::newDefaultShowsTheHighestNumberUntilTheNextRenu
     OpenDialog open(startWith(2));
     addDomain(open, QStringLiteral("head"), QStringLiteral("default"), true);
     QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("3|%1|default").arg(withDefault("head")),
-                                             QStringLiteral("1|d1|one"), QStringLiteral("2|d2|two")}));
+                                              QStringLiteral("1|d1|one"), QStringLiteral("2|d2|two")}));
     QCOMPARE(listOf(open.dialog.domainInfo),
              QStringList({QStringLiteral("head|default"), QStringLiteral("d1|one"), QStringLiteral("d2|two")}));
     const auto* widget = open.widget<QTreeWidget>(table);
     QCOMPARE(widget->indexOfTopLevelItem(widget->currentItem()), 0);
     editDomain(open, 2, QStringLiteral("d2"), QStringLiteral("two"), false);
     QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|default").arg(withDefault("head")),
-                                             QStringLiteral("2|d1|one"), QStringLiteral("3|d2|two")}));
+                                              QStringLiteral("2|d1|one"), QStringLiteral("3|d2|two")}));
     QCOMPARE(open.shown(), QStringList());
 }
 
@@ -291,10 +290,22 @@ void TstCustomAdvPropertyDomain::addRefusesDuplicates_data()
     QTest::addColumn<QString>("description");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("focus");
-    QTest::newRow("name") << "d2" << "new" << "CUS_DomainExistWarning" << "lineEdit_domain";
-    QTest::newRow("description") << "new" << "two" << "CUS_DomainDesExistWarning" << "lineEdit_des_domain";
-    QTest::newRow("both") << "d1" << "one" << "CUS_DomainExistWarning" << "lineEdit_domain";
-    QTest::newRow("entries in order") << "d2" << "one" << "CUS_DomainDesExistWarning" << "lineEdit_des_domain";
+    QTest::newRow("name") << "d2"
+                          << "new"
+                          << "CUS_DomainExistWarning"
+                          << "lineEdit_domain";
+    QTest::newRow("description") << "new"
+                                 << "two"
+                                 << "CUS_DomainDesExistWarning"
+                                 << "lineEdit_des_domain";
+    QTest::newRow("both") << "d1"
+                          << "one"
+                          << "CUS_DomainExistWarning"
+                          << "lineEdit_domain";
+    QTest::newRow("entries in order") << "d2"
+                                      << "one"
+                                      << "CUS_DomainDesExistWarning"
+                                      << "lineEdit_des_domain";
 }
 
 void TstCustomAdvPropertyDomain::addRefusesDuplicates()
@@ -410,8 +421,8 @@ void TstCustomAdvPropertyDomain::editFollowsTheDefaultRule()
     QStringList rows;
     for (int position = 0; position < 3; ++position) {
         const DomainDetail& entry = open.dialog.domainInfo.domaindetail[position];
-        const QString name = position == 0 && domainDefaultAfter ? entry.domainName + langText("CUS_Default")
-                                                                 : entry.domainName;
+        const QString name =
+            position == 0 && domainDefaultAfter ? entry.domainName + langText("CUS_Default") : entry.domainName;
         rows.append(QStringLiteral("%1|%2|%3").arg(position + 1).arg(name, entry.domainDesp));
     }
     QCOMPARE(open.rowsOf(table), rows);
@@ -444,11 +455,21 @@ void TstCustomAdvPropertyDomain::editRefusesDuplicates_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("description");
     QTest::addColumn<QString>("key");
-    QTest::newRow("name of an earlier row") << "d1" << "new" << "CUS_DomainExistWarning";
-    QTest::newRow("name of a later row") << "d3" << "new" << "CUS_DomainExistWarning";
-    QTest::newRow("description of an earlier row") << "new" << "one" << "CUS_DomainDesExistWarning";
-    QTest::newRow("description of a later row") << "d2" << "three" << "CUS_DomainDesExistWarning";
-    QTest::newRow("rows in order") << "d3" << "one" << "CUS_DomainDesExistWarning";
+    QTest::newRow("name of an earlier row") << "d1"
+                                            << "new"
+                                            << "CUS_DomainExistWarning";
+    QTest::newRow("name of a later row") << "d3"
+                                         << "new"
+                                         << "CUS_DomainExistWarning";
+    QTest::newRow("description of an earlier row") << "new"
+                                                   << "one"
+                                                   << "CUS_DomainDesExistWarning";
+    QTest::newRow("description of a later row") << "d2"
+                                                << "three"
+                                                << "CUS_DomainDesExistWarning";
+    QTest::newRow("rows in order") << "d3"
+                                   << "one"
+                                   << "CUS_DomainDesExistWarning";
 }
 
 // The box comes once the small dialog has closed, and the small dialog does not come again.
@@ -525,8 +546,8 @@ void TstCustomAdvPropertyDomain::editFindsTheFirstEntryWithTheDescription()
     open.clickOn(editButton);
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(shown, QStringLiteral("d2"));
-    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|d1|one"), QStringLiteral("2|E|edited"),
-                                             QStringLiteral("3|d3|two")}));
+    QCOMPARE(open.rowsOf(table),
+             QStringList({QStringLiteral("1|d1|one"), QStringLiteral("2|E|edited"), QStringLiteral("3|d3|two")}));
 }
 
 void TstCustomAdvPropertyDomain::editedDefaultOfARowMovesTheEntryFound()
@@ -537,7 +558,7 @@ void TstCustomAdvPropertyDomain::editedDefaultOfARowMovesTheEntryFound()
     editDomain(open, 2, QStringLiteral("E"), QStringLiteral("edited"), true);
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|edited").arg(withDefault("E")),
-                                             QStringLiteral("2|d1|one"), QStringLiteral("3|d3|two")}));
+                                              QStringLiteral("2|d1|one"), QStringLiteral("3|d3|two")}));
 }
 
 void TstCustomAdvPropertyDomain::rowIsDeletedAndTheOthersRenumbered()

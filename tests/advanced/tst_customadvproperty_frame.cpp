@@ -143,6 +143,7 @@ private slots:
     void correctedRefusalPasses();
     void refusalNeverChangesTheTab();
     void emptyPreSharedKeyIsReportedAndTheDialogCloses();
+    void everythingElseIsStoredBeforeTheL2tpMessage();
     void okWithoutARecordDoesNothing();
     void cancelDropsWhatLivesInTheControls();
     void cancelKeepsWhatTheSmallDialogsWrote();
@@ -356,18 +357,41 @@ void TstCustomAdvPropertyFrame::refusalKeepsWhatWasStoredBefore_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("focus");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("ZOA address") << "lineEdit_ZOAIp" << "1.2.3" << "" << "VUI_IllegalZOAIP" << "lineEdit_ZOAIp" << "";
-    QTest::newRow("ZOA port") << "lineEdit_ZOAport" << "0" << "" << "VUI_IllegalZOAPort" << "lineEdit_ZOAport"
+    QTest::newRow("ZOA address") << "lineEdit_ZOAIp"
+                                 << "1.2.3"
+                                 << ""
+                                 << "VUI_IllegalZOAIP"
+                                 << "lineEdit_ZOAIp"
+                                 << "";
+    QTest::newRow("ZOA port") << "lineEdit_ZOAport"
+                              << "0"
+                              << ""
+                              << "VUI_IllegalZOAPort"
+                              << "lineEdit_ZOAport"
                               << "zoa.ZOAIP";
-    QTest::newRow("standby address") << "lineEdit_standby_ZOAIp" << "x" << "" << "VUI_IllegalStandbyZOAIP"
-                                     << "lineEdit_standby_ZOAIp" << "zoa.ZOAIP";
-    QTest::newRow("standby port") << "lineEdit_standby_ZOAport" << "65536" << "" << "VUI_IllegalStandbyZOAPort"
-                                  << "lineEdit_standby_ZOAport" << "zoa.ZOAIP";
-    QTest::newRow("reconnect interval") << "lineEdit_reconnInterval" << "0" << "SCE_SceneTipsTitle"
-                                        << "SSL_RECONNGRAP_ERROR" << "lineEdit_reconnInterval"
+    QTest::newRow("standby address") << "lineEdit_standby_ZOAIp"
+                                     << "x"
+                                     << ""
+                                     << "VUI_IllegalStandbyZOAIP"
+                                     << "lineEdit_standby_ZOAIp"
+                                     << "zoa.ZOAIP";
+    QTest::newRow("standby port") << "lineEdit_standby_ZOAport"
+                                  << "65536"
+                                  << ""
+                                  << "VUI_IllegalStandbyZOAPort"
+                                  << "lineEdit_standby_ZOAport"
+                                  << "zoa.ZOAIP";
+    QTest::newRow("reconnect interval") << "lineEdit_reconnInterval"
+                                        << "0"
+                                        << "SCE_SceneTipsTitle"
+                                        << "SSL_RECONNGRAP_ERROR"
+                                        << "lineEdit_reconnInterval"
                                         << "portal.upVer x1.upIp function.drvErr domain.domainForce zoa.ZOAIP";
-    QTest::newRow("countdown") << "lineEdit_getSysVryInterval" << "4" << "SCE_SceneTipsTitle"
-                               << "SSL_GetSmsVryCountDownValu_ERROR" << "lineEdit_getSysVryInterval"
+    QTest::newRow("countdown") << "lineEdit_getSysVryInterval"
+                               << "4"
+                               << "SCE_SceneTipsTitle"
+                               << "SSL_GetSmsVryCountDownValu_ERROR"
+                               << "lineEdit_getSysVryInterval"
                                << "portal.upVer x1.upIp function.drvErr domain.domainForce zoa.ZOAIP";
 }
 
@@ -483,14 +507,31 @@ void TstCustomAdvPropertyFrame::emptyPreSharedKeyIsReportedAndTheDialogCloses()
     QCOMPARE(open.dialog.result(), int(QDialog::Accepted));
 }
 
+void TstCustomAdvPropertyFrame::everythingElseIsStoredBeforeTheL2tpMessage()
+{
+    OpenDialog open(settledRecord());
+    editEveryTab(open);
+    open.typeInto("lineEdit_preshareKey", QString());
+    QStringList stored;
+    open.expect<QMessageBox>([&](QMessageBox& box) {
+        stored = changes(settledRecord(), open.info);
+        box.button(QMessageBox::Ok)->click();
+    });
+    open.pressOk();
+    QCOMPARE(open.shown(), QStringList());
+    QVERIFY(!open.isOpen());
+    QCOMPARE(stored, words("portal.upVer x1.upIp function.drvErr sslvpn.edcode domain.domainForce gui.subTitle "
+                           "vpn.basecfg.LNSIP zoa.ZOAIP"));
+}
+
 void TstCustomAdvPropertyFrame::okWithoutARecordDoesNothing()
 {
     ModalScript script;
     CustomAdvProperty dialog(nullptr);
     dialog.show();
     press(dialog, QDialogButtonBox::Ok);
-    for (const char* box : {"checkBox_Wancontrol", "checkBox_DynPwdVry", "checkBox_MsgAuth", "checkBox_aclEscape",
-                            "checkBox_passwd"})
+    for (const char* box :
+         {"checkBox_Wancontrol", "checkBox_DynPwdVry", "checkBox_MsgAuth", "checkBox_aclEscape", "checkBox_passwd"})
         click(dialog, box);
     child<QPushButton>(dialog, "pushButton_Adv")->click();
     dialog.saveL2tpIpsecCfg();
@@ -531,8 +572,7 @@ void TstCustomAdvPropertyFrame::cancelKeepsWhatTheSmallDialogsWrote()
     open.pressCancel();
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
-    QCOMPARE(changes(start, open.info),
-             words("function.msgAuthOpt function.msgAuthServIP function.msgAuthServPort"));
+    QCOMPARE(changes(start, open.info), words("function.msgAuthOpt function.msgAuthServIP function.msgAuthServPort"));
     QCOMPARE(open.info.function.msgAuthOpt, 1u);
 }
 
@@ -624,10 +664,10 @@ void TstCustomAdvPropertyFrame::focusRunsFromTopToBottom()
             const QRect before(order[at - 1]->mapTo(page, QPoint()), order[at - 1]->size());
             const QRect after(order[at]->mapTo(page, QPoint()), order[at]->size());
             const bool isBelow = after.center().y() > before.center().y() + before.height() / 2;
-            const bool isRight = qAbs(after.center().y() - before.center().y()) <= before.height() / 2 &&
-                                 after.left() > before.left();
-            QVERIFY2(isBelow || isRight, qPrintable(order[at - 1]->objectName() + QLatin1String(", then ") +
-                                                    order[at]->objectName()));
+            const bool isRight =
+                qAbs(after.center().y() - before.center().y()) <= before.height() / 2 && after.left() > before.left();
+            QVERIFY2(isBelow || isRight,
+                     qPrintable(order[at - 1]->objectName() + QLatin1String(", then ") + order[at]->objectName()));
         }
     }
 }

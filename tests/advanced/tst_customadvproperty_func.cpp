@@ -114,9 +114,9 @@ void TstCustomAdvPropertyFunc::flagsTickTheirBoxes()
     QFETCH(int, field);
     QFETCH(QString, ticked);
     OpenDialog open(startWith([field](BasicFunctionInfo& function) {
-        quint32* const fields[] = {&function.acl,        &function.wanControl,         &function.drvErr,
-                                   &function.dynamicPwdVerify, &function.msgAuthOpt, &function.passwordProtection,
-                                   &function.wanControlEscape};
+        quint32* const fields[] = {
+            &function.acl,        &function.wanControl,         &function.drvErr,          &function.dynamicPwdVerify,
+            &function.msgAuthOpt, &function.passwordProtection, &function.wanControlEscape};
         if (field >= 0)
             *fields[field] = 2;
     }));
@@ -144,8 +144,10 @@ void TstCustomAdvPropertyFunc::okStoresThreeFlags_data()
 {
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
-    QTest::newRow("ACL") << "checkBox_AclOpt" << "function.acl";
-    QTest::newRow("driver error") << "checkBox_DrvErr" << "function.drvErr";
+    QTest::newRow("ACL") << "checkBox_AclOpt"
+                         << "function.acl";
+    QTest::newRow("driver error") << "checkBox_DrvErr"
+                                  << "function.drvErr";
 }
 
 void TstCustomAdvPropertyFunc::okStoresThreeFlags()
@@ -684,8 +686,8 @@ void TstCustomAdvPropertyFunc::smallDialogsBelongToTheDialog()
         parents.append(dialog.parent());
         press(dialog, QDialogButtonBox::Cancel);
     });
-    for (const char* box : {"checkBox_Wancontrol", "checkBox_DynPwdVry", "checkBox_MsgAuth", "checkBox_aclEscape",
-                            "checkBox_passwd"})
+    for (const char* box :
+         {"checkBox_Wancontrol", "checkBox_DynPwdVry", "checkBox_MsgAuth", "checkBox_aclEscape", "checkBox_passwd"})
         open.clickOn(box);
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(parents, QList<QObject*>({&open.dialog, &open.dialog, &open.dialog, &open.dialog, &open.dialog}));

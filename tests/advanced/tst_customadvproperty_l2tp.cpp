@@ -140,11 +140,21 @@ void TstCustomAdvPropertyL2tp::addressesAreLoaded_data()
     QTest::addColumn<QString>("first");
     QTest::addColumn<QString>("second");
     QTest::addColumn<QString>("shownSecond");
-    QTest::newRow("different") << "lns.a" << "lns.b" << "lns.b";
-    QTest::newRow("equal") << "lns.a" << "lns.a" << "";
-    QTest::newRow("equal but for the case") << "lns.a" << "LNS.A" << "";
-    QTest::newRow("no second") << "lns.a" << "" << "";
-    QTest::newRow("no first") << "" << "lns.b" << "lns.b";
+    QTest::newRow("different") << "lns.a"
+                               << "lns.b"
+                               << "lns.b";
+    QTest::newRow("equal") << "lns.a"
+                           << "lns.a"
+                           << "";
+    QTest::newRow("equal but for the case") << "lns.a"
+                                            << "LNS.A"
+                                            << "";
+    QTest::newRow("no second") << "lns.a"
+                               << ""
+                               << "";
+    QTest::newRow("no first") << ""
+                              << "lns.b"
+                              << "lns.b";
 }
 
 void TstCustomAdvPropertyL2tp::addressesAreLoaded()
@@ -178,8 +188,10 @@ void TstCustomAdvPropertyL2tp::flagsAreLoadedAndStored_data()
 {
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
-    QTest::newRow("version") << "checkBox_upVer" << "vpn.basecfg.upVersion";
-    QTest::newRow("reconnection") << "checkBox_reConn" << "vpn.basecfg.resumConn";
+    QTest::newRow("version") << "checkBox_upVer"
+                             << "vpn.basecfg.upVersion";
+    QTest::newRow("reconnection") << "checkBox_reConn"
+                                  << "vpn.basecfg.resumConn";
 }
 
 void TstCustomAdvPropertyL2tp::flagsAreLoadedAndStored()
@@ -240,12 +252,16 @@ void TstCustomAdvPropertyL2tp::serverChoiceIsLoaded_data()
     QTest::addColumn<QString>("radio");
     QTest::addColumn<QString>("address");
     QTest::addColumn<QStringList>("enabled");
-    QTest::newRow("LNS") << 1 << 1 << "radioButton_useLNS" << "" << join({authOnly, key, radios});
-    QTest::newRow("any number") << 1 << 9 << "radioButton_useLNS" << "" << join({authOnly, key, radios});
-    QTest::newRow("other") << 1 << 0 << "radioButton_useOtherLNS" << "10.0.0.9"
-                           << join({authOnly, key, radios, otherServer});
-    QTest::newRow("LNS, IPsec off") << 0 << 1 << "radioButton_useLNS" << "" << QStringList();
-    QTest::newRow("other, IPsec off") << 0 << 0 << "radioButton_useOtherLNS" << "10.0.0.9" << join({otherServer});
+    QTest::newRow("LNS") << 1 << 1 << "radioButton_useLNS"
+                         << "" << join({authOnly, key, radios});
+    QTest::newRow("any number") << 1 << 9 << "radioButton_useLNS"
+                                << "" << join({authOnly, key, radios});
+    QTest::newRow("other") << 1 << 0 << "radioButton_useOtherLNS"
+                           << "10.0.0.9" << join({authOnly, key, radios, otherServer});
+    QTest::newRow("LNS, IPsec off") << 0 << 1 << "radioButton_useLNS"
+                                    << "" << QStringList();
+    QTest::newRow("other, IPsec off") << 0 << 0 << "radioButton_useOtherLNS"
+                                      << "10.0.0.9" << join({otherServer});
 }
 
 void TstCustomAdvPropertyL2tp::serverChoiceIsLoaded()
@@ -426,8 +442,7 @@ void TstCustomAdvPropertyL2tp::okStoresTheOtherServer()
     open.typeInto("lineEdit_IPSECServerIP", QStringLiteral("free text"));
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWithKey(), open.info),
-             words("vpn.basecfg.LNSAsIPSECServer vpn.basecfg.otherIPSECServer"));
+    QCOMPARE(changes(startWithKey(), open.info), words("vpn.basecfg.LNSAsIPSECServer vpn.basecfg.otherIPSECServer"));
     QCOMPARE(open.info.vpn.basecfg.LNSAsIPSECServer, quint64(0));
     QCOMPARE(open.info.vpn.basecfg.otherIPSECServer, QStringLiteral("free text"));
 }
@@ -489,9 +504,14 @@ void TstCustomAdvPropertyL2tp::tooLongTextsAreReported_data()
     QTest::addColumn<QString>("edit");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("LNS") << "lineEdit_LNSIp" << "VUI_InputTooLongLNSIP" << "";
-    QTest::newRow("second LNS") << "lineEdit_LNSIpSecond" << "VUI_InputTooLongSecondLNSIP" << "vpn.basecfg.LNSIP";
-    QTest::newRow("other server") << "lineEdit_IPSECServerIP" << "VUI_InputTooLongIPSECSever"
+    QTest::newRow("LNS") << "lineEdit_LNSIp"
+                         << "VUI_InputTooLongLNSIP"
+                         << "";
+    QTest::newRow("second LNS") << "lineEdit_LNSIpSecond"
+                                << "VUI_InputTooLongSecondLNSIP"
+                                << "vpn.basecfg.LNSIP";
+    QTest::newRow("other server") << "lineEdit_IPSECServerIP"
+                                  << "VUI_InputTooLongIPSECSever"
                                   << "vpn.basecfg.LNSIP vpn.basecfg.LNSIPSecond vpn.basecfg.useIPSEC "
                                      "vpn.basecfg.preSharedKey vpn.basecfg.upVersion";
 }
@@ -552,11 +572,16 @@ void TstCustomAdvPropertyL2tp::natWithoutNamesIsReported_data()
     QTest::addColumn<QString>("local");
     QTest::addColumn<QString>("remote");
     QTest::addColumn<bool>("isReported");
-    QTest::newRow("both names") << 1 << "a" << "b" << false;
-    QTest::newRow("no local name") << 1 << "" << "b" << true;
-    QTest::newRow("no remote name") << 1 << "a" << "" << true;
-    QTest::newRow("no names") << 2 << "" << "" << true;
-    QTest::newRow("no NAT") << 0 << "" << "" << false;
+    QTest::newRow("both names") << 1 << "a"
+                                << "b" << false;
+    QTest::newRow("no local name") << 1 << ""
+                                   << "b" << true;
+    QTest::newRow("no remote name") << 1 << "a"
+                                    << "" << true;
+    QTest::newRow("no names") << 2 << ""
+                              << "" << true;
+    QTest::newRow("no NAT") << 0 << ""
+                            << "" << false;
 }
 
 void TstCustomAdvPropertyL2tp::natWithoutNamesIsReported()

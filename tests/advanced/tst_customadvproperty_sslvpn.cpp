@@ -1,25 +1,13 @@
 #include "advanced/CustomAdvPlayer.h"
 
-#include "advanced/CSslVpnIp.h"
-
-#include <QHeaderView>
 #include <QLineEdit>
 
 using namespace advplay;
 
 namespace {
 
-const char table[] = "treeWidget_SSLIP";
-const char addButton[] = "pushButton_Add";
-const char editButton[] = "pushButton_Edit";
-const char deleteButton[] = "pushButton_Delete";
 const char typeCombo[] = "comboBox_defaultType";
 const char modeCombo[] = "comboBox_defaultMode";
-
-QStringList buttons()
-{
-    return words("pushButton_Add pushButton_Edit pushButton_Delete");
-}
 
 QStringList typeBoxes()
 {
@@ -56,57 +44,9 @@ CustomInfo startWithMasks(quint64 types, const char* defaultType, quint64 modes 
     return info;
 }
 
-QString withDefault(const char* name)
-{
-    return QLatin1String(name) + langText("SSL_DEFAULTNAME");
-}
-
 QString sslBox(const char* key)
 {
     return warning("SCE_SceneTipsTitle", key);
-}
-
-QAbstractButton* defaultBox(const QWidget& dialog)
-{
-    return child<QAbstractButton>(dialog, "checkBox_vnsSvr_default");
-}
-
-void fillAndAccept(CSslVpnIp& dialog, const QString& name, const QString& address, bool isDefault)
-{
-    type(dialog, "lineEdit_vnsSvr_disname", name);
-    const bool isIp = CSslVpnIp::IsIPFormat(address);
-    click(dialog, isIp ? "radioButton_vnsSvr_IP" : "radioButton_vnsSvr_DNS");
-    type(dialog, isIp ? "lineEdit_vnsSvr_IP" : "lineEdit_vnsSvr_DNS", address);
-    if (defaultBox(dialog)->isChecked() != isDefault)
-        click(dialog, "checkBox_vnsSvr_default");
-    press(dialog, QDialogButtonBox::Ok);
-}
-
-void addGateway(OpenDialog& open, const QString& name, const QString& address, bool isDefault = false)
-{
-    open.expect<CSslVpnIp>([=](CSslVpnIp& dialog) { fillAndAccept(dialog, name, address, isDefault); });
-    open.clickOn(addButton);
-}
-
-void editGateway(OpenDialog& open, int row, const QString& name, const QString& address, bool isDefault)
-{
-    open.selectRow(table, row);
-    open.expect<CSslVpnIp>([=](CSslVpnIp& dialog) { fillAndAccept(dialog, name, address, isDefault); });
-    open.clickOn(editButton);
-}
-
-void deleteGateway(OpenDialog& open, int row)
-{
-    open.selectRow(table, row);
-    open.clickOn(deleteButton);
-}
-
-QStringList listOf(const QVector<SSLVPNRemoteInfo>& gateways)
-{
-    QStringList entries;
-    for (const SSLVPNRemoteInfo& gateway : gateways)
-        entries.append(gateway.iPDes + QLatin1Char('|') + gateway.ip + QLatin1Char('|') + gateway.port);
-    return entries;
 }
 
 /// Presses OK and answers the one box that refuses.
@@ -124,13 +64,8 @@ class TstCustomAdvPropertySslVpn : public QObject
     Q_OBJECT
 
 private slots:
-    void columnsHaveTheirWidths();
     void editsHaveTheirLengths();
     void defaultsAreShown();
-    void gatewaysAreLoaded();
-    void buttonsFollowTheNumberOfGateways_data();
-    void buttonsFollowTheNumberOfGateways();
-    void defaultBeyondTheListMarksNoRow();
     void typesAreLoaded_data();
     void typesAreLoaded();
     void modesAreLoaded_data();
@@ -155,28 +90,6 @@ private slots:
     void modeListGoesOnListingTheCertificate();
     void modeClicksRebuildTheList();
     void untickedDefaultModeGivesWayToTheFirstTicked();
-    void gatewayIsAdded();
-    void defaultGatewayIsAdded();
-    void cancelledAddChangesNothing();
-    void twentyGatewaysDisableAdd();
-    void emptyTableRefusesEdit();
-    void deleteWithoutASelectionIsRefused();
-    void editOffersTheDefault_data();
-    void editOffersTheDefault();
-    void editedGatewayIsShownByItsKindOfAddress_data();
-    void editedGatewayIsShownByItsKindOfAddress();
-    void gatewayIsEdited();
-    void defaultIsGivenUpByEdit();
-    void defaultIsChosenByEdit();
-    void editAcceptsUnchangedValues();
-    void gatewayRefusesAddresses_data();
-    void gatewayRefusesAddresses();
-    void gatewayRefusesDuplicates();
-    void gatewayAboveTheDefaultIsDeleted();
-    void defaultGatewayIsDeleted();
-    void gatewayBelowTheDefaultIsDeleted();
-    void lastGatewayDeletedDisablesEditAndDelete();
-    void smallDialogBelongsToTheDialog();
     void okRefusesTheInterval_data();
     void okRefusesTheInterval();
     void okRefusesTheCountdown_data();
@@ -197,21 +110,8 @@ private slots:
     void modesAreStored();
     void retriesAreStored_data();
     void retriesAreStored();
-    void gatewaysAreStored();
-    void missingDefaultGatewayBecomesTheFirst();
-    void noGatewaysStoreNoDefault();
     void refusedOkLeavesTheWorkingDataAlone();
 };
-
-void TstCustomAdvPropertySslVpn::columnsHaveTheirWidths()
-{
-    OpenDialog open(startWith(2));
-    const auto* tree = open.widget<QTreeWidget>(table);
-    QCOMPARE(tree->columnCount(), 4);
-    const int widths[] = {40, 100, 140, 50};
-    for (int column = 0; column < 4; ++column)
-        QCOMPARE(tree->columnWidth(column), widths[column]);
-}
 
 void TstCustomAdvPropertySslVpn::editsHaveTheirLengths()
 {
@@ -248,64 +148,25 @@ void TstCustomAdvPropertySslVpn::defaultsAreShown()
     QCOMPARE(changes(startWith(), open.info), QStringList());
 }
 
-void TstCustomAdvPropertySslVpn::gatewaysAreLoaded()
-{
-    CustomInfo before = startWith(3, 2);
-    before.sslvpn.remote[1].port = QStringLiteral("8443");
-    OpenDialog open(before);
-    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|g1|h1|443"),
-                                              QStringLiteral("2|%1|h2|8443").arg(withDefault("g2")),
-                                              QStringLiteral("3|g3|h3|443")}));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g2|h2|8443 g3|h3|443"));
-    QCOMPARE(open.dialog.defaultGatewayIndex, 2);
-}
-
-void TstCustomAdvPropertySslVpn::buttonsFollowTheNumberOfGateways_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("enabled");
-    QTest::newRow("none") << 0 << "pushButton_Add pushButton_Edit";
-    QTest::newRow("one") << 1 << "pushButton_Add pushButton_Edit pushButton_Delete";
-    QTest::newRow("19") << 19 << "pushButton_Add pushButton_Edit pushButton_Delete";
-    QTest::newRow("20") << 20 << "pushButton_Edit pushButton_Delete";
-    QTest::newRow("21") << 21 << "pushButton_Edit pushButton_Delete";
-}
-
-void TstCustomAdvPropertySslVpn::buttonsFollowTheNumberOfGateways()
-{
-    QFETCH(int, count);
-    QFETCH(QString, enabled);
-    OpenDialog open(startWith(count));
-    QCOMPARE(open.enabledOf(buttons()), words(enabled.toLatin1().constData()));
-}
-
-void TstCustomAdvPropertySslVpn::defaultBeyondTheListMarksNoRow()
-{
-    // The second value is beyond the index, too.
-    for (quint64 defaultAddress : {quint64(9), quint64(0x100000001)}) {
-        OpenDialog open(startWith(2, defaultAddress));
-        QCOMPARE(open.rowsOf(table), words("1|g1|h1|443 2|g2|h2|443"));
-        open.selectRow(table, 0);
-        open.expect<CSslVpnIp>([](CSslVpnIp& dialog) { fillAndAccept(dialog, QStringLiteral("x"), QStringLiteral("y"), false); });
-        open.clickOn(editButton);
-        deleteGateway(open, 0);
-        open.pressOk();
-        QVERIFY(!open.isOpen());
-    }
-}
-
 void TstCustomAdvPropertySslVpn::typesAreLoaded_data()
 {
     QTest::addColumn<int>("mask");
     QTest::addColumn<QString>("ticked");
     QTest::addColumn<QString>("items");
-    QTest::newRow("Local") << 1 << "checkBox_Local" << "Local";
-    QTest::newRow("AD") << 2 << "checkBox_AD" << "AD";
-    QTest::newRow("LDAP") << 4 << "checkBox_LDAP" << "LDAP";
-    QTest::newRow("RADIUS") << 8 << "checkBox_RADIUS" << "RADIUS";
-    QTest::newRow("none") << 0 << "" << "";
-    QTest::newRow("Local and RADIUS") << 9 << "checkBox_Local checkBox_RADIUS" << "Local RADIUS";
-    QTest::newRow("AD and LDAP, unknown bits") << 0x76 << "checkBox_AD checkBox_LDAP" << "AD LDAP";
+    QTest::newRow("Local") << 1 << "checkBox_Local"
+                           << "Local";
+    QTest::newRow("AD") << 2 << "checkBox_AD"
+                        << "AD";
+    QTest::newRow("LDAP") << 4 << "checkBox_LDAP"
+                          << "LDAP";
+    QTest::newRow("RADIUS") << 8 << "checkBox_RADIUS"
+                            << "RADIUS";
+    QTest::newRow("none") << 0 << ""
+                          << "";
+    QTest::newRow("Local and RADIUS") << 9 << "checkBox_Local checkBox_RADIUS"
+                                      << "Local RADIUS";
+    QTest::newRow("AD and LDAP, unknown bits") << 0x76 << "checkBox_AD checkBox_LDAP"
+                                               << "AD LDAP";
 }
 
 void TstCustomAdvPropertySslVpn::typesAreLoaded()
@@ -326,12 +187,18 @@ void TstCustomAdvPropertySslVpn::modesAreLoaded_data()
     QTest::addColumn<int>("defaultMode");
     QTest::addColumn<QString>("ticked");
     QTest::addColumn<QString>("choice");
-    QTest::newRow("password") << 1 << 0 << "checkBox_Password" << "SSL_CodeAuth";
-    QTest::newRow("password and certificate") << 2 << 1 << "checkBox_PwdCert" << "SSL_CodeCertAuth";
-    QTest::newRow("certificate") << 4 << 2 << "checkBox_Cert" << "SSL_CertAuth";
-    QTest::newRow("all, second") << 7 << 1 << "checkBox_Password checkBox_PwdCert checkBox_Cert" << "SSL_CodeCertAuth";
-    QTest::newRow("all, third") << 7 << 2 << "checkBox_Password checkBox_PwdCert checkBox_Cert" << "SSL_CertAuth";
-    QTest::newRow("none") << 0 << 0 << "" << "";
+    QTest::newRow("password") << 1 << 0 << "checkBox_Password"
+                              << "SSL_CodeAuth";
+    QTest::newRow("password and certificate") << 2 << 1 << "checkBox_PwdCert"
+                                              << "SSL_CodeCertAuth";
+    QTest::newRow("certificate") << 4 << 2 << "checkBox_Cert"
+                                 << "SSL_CertAuth";
+    QTest::newRow("all, second") << 7 << 1 << "checkBox_Password checkBox_PwdCert checkBox_Cert"
+                                 << "SSL_CodeCertAuth";
+    QTest::newRow("all, third") << 7 << 2 << "checkBox_Password checkBox_PwdCert checkBox_Cert"
+                                << "SSL_CertAuth";
+    QTest::newRow("none") << 0 << 0 << ""
+                          << "";
 }
 
 void TstCustomAdvPropertySslVpn::modesAreLoaded()
@@ -388,8 +255,10 @@ void TstCustomAdvPropertySslVpn::flagsAreLoadedAndStored_data()
 {
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
-    QTest::newRow("gateway") << "checkBox_gatewayType" << "sslvpn.gatewayAuth";
-    QTest::newRow("code") << "checkBox_edcode" << "sslvpn.edcode";
+    QTest::newRow("gateway") << "checkBox_gatewayType"
+                             << "sslvpn.gatewayAuth";
+    QTest::newRow("code") << "checkBox_edcode"
+                          << "sslvpn.edcode";
 }
 
 void TstCustomAdvPropertySslVpn::flagsAreLoadedAndStored()
@@ -592,320 +461,6 @@ void TstCustomAdvPropertySslVpn::untickedDefaultModeGivesWayToTheFirstTicked()
     QCOMPARE(open.dialog.authModeCount, 0);
 }
 
-void TstCustomAdvPropertySslVpn::gatewayIsAdded()
-{
-    OpenDialog open(startWith(1));
-    QString port;
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        port = child<QLineEdit>(dialog, "lineEdit_vnsSvr_port")->text();
-        type(dialog, "lineEdit_vnsSvr_port", QStringLiteral("8443"));
-        fillAndAccept(dialog, QStringLiteral("new"), QStringLiteral("10.0.0.1"), false);
-    });
-    open.clickOn(addButton);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(port, QStringLiteral("443"));
-    QCOMPARE(open.rowsOf(table), words("1|g1|h1|443 2|new|10.0.0.1|8443"));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 new|10.0.0.1|8443"));
-    QCOMPARE(open.dialog.defaultGatewayIndex, 0);
-    const auto* tree = open.widget<QTreeWidget>(table);
-    QCOMPARE(tree->indexOfTopLevelItem(tree->currentItem()), 1);
-    QCOMPARE(changes(startWith(1), open.info), QStringList());
-}
-
-void TstCustomAdvPropertySslVpn::defaultGatewayIsAdded()
-{
-    OpenDialog open(startWith(1));
-    addGateway(open, QStringLiteral("new"), QStringLiteral("host"), true);
-    QCOMPARE(open.dialog.defaultGatewayIndex, 2);
-    QCOMPARE(open.rowsOf(table),
-             QStringList({QStringLiteral("1|g1|h1|443"), QStringLiteral("2|%1|host|443").arg(withDefault("new"))}));
-    bool isFree = true;
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        isFree = defaultBox(dialog)->isEnabled();
-        press(dialog, QDialogButtonBox::Cancel);
-    });
-    open.clickOn(addButton);
-    QVERIFY(!isFree);
-    QCOMPARE(open.shown(), QStringList());
-}
-
-void TstCustomAdvPropertySslVpn::cancelledAddChangesNothing()
-{
-    OpenDialog open(startWith(1));
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        type(dialog, "lineEdit_vnsSvr_disname", QStringLiteral("new"));
-        click(dialog, "checkBox_vnsSvr_default");
-        press(dialog, QDialogButtonBox::Cancel);
-    });
-    open.clickOn(addButton);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.rowsOf(table), words("1|g1|h1|443"));
-    QCOMPARE(open.dialog.gatewayList.size(), 1);
-    QCOMPARE(open.dialog.defaultGatewayIndex, 0);
-}
-
-void TstCustomAdvPropertySslVpn::twentyGatewaysDisableAdd()
-{
-    OpenDialog open(startWith(18));
-    addGateway(open, QStringLiteral("g19"), QStringLiteral("h19"));
-    QCOMPARE(open.enabledOf(buttons()), buttons());
-    addGateway(open, QStringLiteral("g20"), QStringLiteral("h20"));
-    QCOMPARE(open.enabledOf(buttons()), words("pushButton_Edit pushButton_Delete"));
-    deleteGateway(open, 19);
-    QCOMPARE(open.enabledOf(buttons()), buttons());
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.dialog.gatewayList.size(), 19);
-}
-
-void TstCustomAdvPropertySslVpn::emptyTableRefusesEdit()
-{
-    OpenDialog open(startWith());
-    QCOMPARE(open.enabledOf(buttons()), words("pushButton_Add pushButton_Edit"));
-    open.expectBox();
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList(sslBox("SSL_AddrSelectWarning")));
-}
-
-void TstCustomAdvPropertySslVpn::deleteWithoutASelectionIsRefused()
-{
-    OpenDialog open(startWith(1));
-    open.expectBox();
-    open.clickOn(deleteButton);
-    open.expectBox();
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList({sslBox("SSL_AddrSelectWarning"), sslBox("SSL_AddrSelectWarning")}));
-    QCOMPARE(open.rowsOf(table).size(), 1);
-}
-
-void TstCustomAdvPropertySslVpn::editOffersTheDefault_data()
-{
-    QTest::addColumn<int>("defaultAddress");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("isEnabled");
-    QTest::addColumn<bool>("isTicked");
-    QTest::newRow("no default") << 0 << 0 << true << false;
-    QTest::newRow("the default") << 2 << 1 << true << true;
-    QTest::newRow("another than the default") << 2 << 0 << false << false;
-}
-
-void TstCustomAdvPropertySslVpn::editOffersTheDefault()
-{
-    QFETCH(int, defaultAddress);
-    QFETCH(int, row);
-    QFETCH(bool, isEnabled);
-    QFETCH(bool, isTicked);
-    OpenDialog open(startWith(2, quint64(defaultAddress)));
-    bool wasEnabled = !isEnabled;
-    bool wasTicked = !isTicked;
-    QString name;
-    open.selectRow(table, row);
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        wasEnabled = defaultBox(dialog)->isEnabled();
-        wasTicked = defaultBox(dialog)->isChecked();
-        name = child<QLineEdit>(dialog, "lineEdit_vnsSvr_disname")->text();
-        press(dialog, QDialogButtonBox::Ok);
-    });
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(wasEnabled, isEnabled);
-    QCOMPARE(wasTicked, isTicked);
-    QCOMPARE(name, QStringLiteral("g%1").arg(row + 1));
-    QCOMPARE(open.dialog.defaultGatewayIndex, defaultAddress);
-}
-
-void TstCustomAdvPropertySslVpn::editedGatewayIsShownByItsKindOfAddress_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("radio");
-    QTest::addColumn<QString>("edit");
-    QTest::newRow("domain name") << "vpn.example.org" << "radioButton_vnsSvr_DNS" << "lineEdit_vnsSvr_DNS";
-    QTest::newRow("address") << "10.0.0.1" << "radioButton_vnsSvr_IP" << "lineEdit_vnsSvr_IP";
-}
-
-void TstCustomAdvPropertySslVpn::editedGatewayIsShownByItsKindOfAddress()
-{
-    QFETCH(QString, address);
-    QFETCH(QString, radio);
-    QFETCH(QString, edit);
-    OpenDialog open(startWith());
-    addGateway(open, QStringLiteral("new"), address);
-    bool isOn = false;
-    QString text;
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        isOn = child<QAbstractButton>(dialog, radio.toLatin1().constData())->isChecked();
-        text = child<QLineEdit>(dialog, edit.toLatin1().constData())->text();
-        press(dialog, QDialogButtonBox::Cancel);
-    });
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList());
-    QVERIFY(isOn);
-    QCOMPARE(text, address);
-}
-
-void TstCustomAdvPropertySslVpn::gatewayIsEdited()
-{
-    OpenDialog open(startWith(3, 1));
-    open.selectRow(table, 1);
-    open.expect<CSslVpnIp>([](CSslVpnIp& dialog) {
-        type(dialog, "lineEdit_vnsSvr_port", QStringLiteral("1"));
-        fillAndAccept(dialog, QStringLiteral("E"), QStringLiteral("10.9.9.9"), false);
-    });
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|h1|443").arg(withDefault("g1")),
-                                              QStringLiteral("2|E|10.9.9.9|1"), QStringLiteral("3|g3|h3|443")}));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 E|10.9.9.9|1 g3|h3|443"));
-    QCOMPARE(open.dialog.defaultGatewayIndex, 1);
-}
-
-void TstCustomAdvPropertySslVpn::defaultIsGivenUpByEdit()
-{
-    OpenDialog open(startWith(2, 2));
-    editGateway(open, 1, QStringLiteral("E"), QStringLiteral("host"), false);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.dialog.defaultGatewayIndex, 0);
-    QCOMPARE(open.rowsOf(table), words("1|g1|h1|443 2|E|host|443"));
-}
-
-void TstCustomAdvPropertySslVpn::defaultIsChosenByEdit()
-{
-    OpenDialog open(startWith(2));
-    editGateway(open, 1, QStringLiteral("E"), QStringLiteral("host"), true);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.dialog.defaultGatewayIndex, 2);
-    QCOMPARE(open.rowsOf(table),
-             QStringList({QStringLiteral("1|g1|h1|443"), QStringLiteral("2|%1|host|443").arg(withDefault("E"))}));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 E|host|443"));
-}
-
-void TstCustomAdvPropertySslVpn::editAcceptsUnchangedValues()
-{
-    OpenDialog open(startWith(3, 2));
-    const QStringList rows = open.rowsOf(table);
-    for (int row = 0; row < 3; ++row) {
-        open.selectRow(table, row);
-        open.expect<CSslVpnIp>([](CSslVpnIp& dialog) { press(dialog, QDialogButtonBox::Ok); });
-        open.clickOn(editButton);
-    }
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.rowsOf(table), rows);
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g2|h2|443 g3|h3|443"));
-    QCOMPARE(open.dialog.defaultGatewayIndex, 2);
-}
-
-void TstCustomAdvPropertySslVpn::gatewayRefusesAddresses_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("passes");
-    QTest::newRow("169.254.0.0") << "169.254.0.0" << false;
-    QTest::newRow("one higher") << "169.254.0.1" << true;
-    QTest::newRow("127.0.0.1") << "127.0.0.1" << false;
-    QTest::newRow("127.0.0.2") << "127.0.0.2" << true;
-}
-
-void TstCustomAdvPropertySslVpn::gatewayRefusesAddresses()
-{
-    QFETCH(QString, address);
-    QFETCH(bool, passes);
-    OpenDialog open(startWith());
-    QString focus;
-    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
-        fillAndAccept(dialog, QStringLiteral("new"), address, false);
-        focus = focusOf(dialog);
-        if (dialog.isVisible())
-            press(dialog, QDialogButtonBox::Cancel);
-    });
-    if (!passes)
-        open.expectBox();
-    open.clickOn(addButton);
-    if (passes) {
-        QCOMPARE(open.shown(), QStringList());
-        QCOMPARE(open.dialog.gatewayList.size(), 1);
-    } else {
-        QCOMPARE(open.shown(), QStringList(sslBox("SSL_Ipv4Err")));
-        QCOMPARE(focus, QStringLiteral("lineEdit_vnsSvr_IP"));
-        QCOMPARE(open.dialog.gatewayList.size(), 0);
-    }
-}
-
-// The small dialog compares with the list as it stands in the dialog, not with the record.
-void TstCustomAdvPropertySslVpn::gatewayRefusesDuplicates()
-{
-    OpenDialog open(startWith(1));
-    addGateway(open, QStringLiteral("new"), QStringLiteral("10.0.0.1"));
-    open.expect<CSslVpnIp>([](CSslVpnIp& dialog) {
-        fillAndAccept(dialog, QStringLiteral("new"), QStringLiteral("10.0.0.2"), false);
-        fillAndAccept(dialog, QStringLiteral("other"), QStringLiteral("10.0.0.1"), false);
-        fillAndAccept(dialog, QStringLiteral("other"), QStringLiteral("h1"), false);
-        press(dialog, QDialogButtonBox::Cancel);
-    });
-    open.expectBox();
-    open.expectBox();
-    open.expectBox();
-    open.clickOn(addButton);
-    QCOMPARE(open.shown(), QStringList({sslBox("SSL_DISPNAME_Exist"), sslBox("SSL_SERVADDRESS_Exist"),
-                                        sslBox("SSL_SERVADDRESS_Exist")}));
-    QCOMPARE(open.dialog.gatewayList.size(), 2);
-}
-
-void TstCustomAdvPropertySslVpn::gatewayAboveTheDefaultIsDeleted()
-{
-    OpenDialog open(startWith(3, 3));
-    deleteGateway(open, 0);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.dialog.defaultGatewayIndex, 2);
-    QCOMPARE(open.rowsOf(table),
-             QStringList({QStringLiteral("1|g2|h2|443"), QStringLiteral("2|%1|h3|443").arg(withDefault("g3"))}));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g2|h2|443 g3|h3|443"));
-    open.pressOk();
-    QCOMPARE(open.info.sslvpn.defaultAddress, quint64(2));
-}
-
-void TstCustomAdvPropertySslVpn::defaultGatewayIsDeleted()
-{
-    OpenDialog open(startWith(3, 2));
-    deleteGateway(open, 1);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(open.dialog.defaultGatewayIndex, 0);
-    QCOMPARE(open.rowsOf(table), words("1|g1|h1|443 2|g3|h3|443"));
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g3|h3|443"));
-}
-
-void TstCustomAdvPropertySslVpn::gatewayBelowTheDefaultIsDeleted()
-{
-    OpenDialog open(startWith(3, 1));
-    deleteGateway(open, 1);
-    QCOMPARE(open.dialog.defaultGatewayIndex, 1);
-    QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g3|h3|443"));
-}
-
-void TstCustomAdvPropertySslVpn::lastGatewayDeletedDisablesEditAndDelete()
-{
-    OpenDialog open(startWith(1, 1));
-    deleteGateway(open, 0);
-    QCOMPARE(open.enabledOf(buttons()), words("pushButton_Add"));
-    addGateway(open, QStringLiteral("new"), QStringLiteral("host"));
-    QCOMPARE(open.enabledOf(buttons()), buttons());
-    QCOMPARE(open.shown(), QStringList());
-}
-
-void TstCustomAdvPropertySslVpn::smallDialogBelongsToTheDialog()
-{
-    OpenDialog open(startWith(1));
-    QList<QObject*> parents;
-    const auto note = [&](CSslVpnIp& dialog) {
-        parents.append(dialog.parent());
-        press(dialog, QDialogButtonBox::Cancel);
-    };
-    open.expect<CSslVpnIp>(note);
-    open.clickOn(addButton);
-    open.selectRow(table, 0);
-    open.expect<CSslVpnIp>(note);
-    open.clickOn(editButton);
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(parents, QList<QObject*>({&open.dialog, &open.dialog}));
-}
-
 void TstCustomAdvPropertySslVpn::okRefusesTheInterval_data()
 {
     QTest::addColumn<QString>("text");
@@ -1035,7 +590,8 @@ void TstCustomAdvPropertySslVpn::okStoresWhatPassedBeforeARefusal()
     open.choose(modeCombo, 2);
     open.tick("checkBox_edcode");
     open.choose("comboBox_TLS_version_list", 1);
-    addGateway(open, QStringLiteral("new"), QStringLiteral("host"), true);
+    open.selectRow("treeWidget_SSLIP", 0);
+    open.clickOn("pushButton_Delete");
     QCOMPARE(refusalOf(open), QStringList(sslBox("SSL_SelRADIUSCert_DENY")));
     QCOMPARE(changes(startWith(1), open.info),
              words("sslvpn.ulAuthType sslvpn.authType sslvpn.getSmsVryCountdownValue"));
@@ -1152,43 +708,6 @@ void TstCustomAdvPropertySslVpn::retriesAreStored()
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(open.info.sslvpn.retries, quint64(stored));
-}
-
-void TstCustomAdvPropertySslVpn::gatewaysAreStored()
-{
-    OpenDialog open(startWith(2, 1));
-    addGateway(open, QStringLiteral("new"), QStringLiteral("10.0.0.1"));
-    deleteGateway(open, 0);
-    editGateway(open, 1, QStringLiteral("E"), QStringLiteral("10.0.0.2"), true);
-    QCOMPARE(changes(startWith(2, 1), open.info), QStringList());
-    open.pressOk();
-    QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(listOf(open.info.sslvpn.remote), words("g2|h2|443 E|10.0.0.2|443"));
-    QCOMPARE(open.info.sslvpn.defaultAddress, quint64(2));
-    QVERIFY(open.dialog.gatewayList.isEmpty());
-}
-
-void TstCustomAdvPropertySslVpn::missingDefaultGatewayBecomesTheFirst()
-{
-    OpenDialog open(startWith(2));
-    open.expectBox();
-    open.pressOk();
-    QCOMPARE(open.shown(), QStringList(sslBox("SSL_Set_DefaultGateway")));
-    QVERIFY(!open.isOpen());
-    QCOMPARE(open.dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(changes(startWith(2), open.info), words("sslvpn.defaultAddress"));
-    QCOMPARE(open.info.sslvpn.defaultAddress, quint64(1));
-}
-
-void TstCustomAdvPropertySslVpn::noGatewaysStoreNoDefault()
-{
-    OpenDialog open(startWith(1, 1));
-    deleteGateway(open, 0);
-    open.pressOk();
-    QCOMPARE(open.shown(), QStringList());
-    QVERIFY(!open.isOpen());
-    QCOMPARE(open.info.sslvpn.defaultAddress, quint64(0));
-    QVERIFY(open.info.sslvpn.remote.isEmpty());
 }
 
 void TstCustomAdvPropertySslVpn::refusedOkLeavesTheWorkingDataAlone()

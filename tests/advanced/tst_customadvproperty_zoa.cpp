@@ -114,8 +114,7 @@ void TstCustomAdvPropertyZoa::okStoresTheFields()
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
     QCOMPARE(textsOf(open.info.zoa), typed);
-    QCOMPARE(changes(start(), open.info),
-             words("zoa.ZOAIP zoa.ZOAPORT zoa.standbyZOAIP zoa.standbyZOAPORT"));
+    QCOMPARE(changes(start(), open.info), words("zoa.ZOAIP zoa.ZOAPORT zoa.standbyZOAIP zoa.standbyZOAPORT"));
 }
 
 void TstCustomAdvPropertyZoa::absentTabKeepsItsFields()
@@ -380,10 +379,17 @@ void TstCustomAdvPropertyZoa::browseButtonsFillTheirEdits_data()
     QTest::addColumn<QString>("edit");
     QTest::addColumn<QString>("caption");
     QTest::addColumn<QString>("filter");
-    QTest::newRow("main") << "pushButton_mainIcon_locate" << "lineEdit_mainIcon_dir" << "GUI_SelectMainIcon" << "ico";
-    QTest::newRow("Linux") << "pushButton_deskIconL_locate" << "lineEdit_deskIcon_dir_Linux" << "GUI_SelectLinuxIcon"
+    QTest::newRow("main") << "pushButton_mainIcon_locate"
+                          << "lineEdit_mainIcon_dir"
+                          << "GUI_SelectMainIcon"
+                          << "ico";
+    QTest::newRow("Linux") << "pushButton_deskIconL_locate"
+                           << "lineEdit_deskIcon_dir_Linux"
+                           << "GUI_SelectLinuxIcon"
                            << "png";
-    QTest::newRow("macOS") << "pushButton_deskIconM_locate" << "lineEdit_deskIcon_dir_Macos" << "GUI_SelectMacIcon"
+    QTest::newRow("macOS") << "pushButton_deskIconM_locate"
+                           << "lineEdit_deskIcon_dir_Macos"
+                           << "GUI_SelectMacIcon"
                            << "icns";
 }
 

@@ -1,105 +1,15 @@
 #include "advanced/CWanEscapeDlg.h"
-#include "app/myapplication.h"
-#include "support/Installation.h"
+#include "support/DialogPlay.h"
 #include "support/ModalScript.h"
 
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTest>
 
-#include <cstdlib>
-#include <memory>
+using namespace dialogplay;
 
 namespace {
-
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* const widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
-
-void click(const QDialog& dialog, QDialogButtonBox::StandardButton button)
-{
-    QTest::mouseClick(child<QDialogButtonBox>(dialog, "buttonBox")->button(button), Qt::LeftButton);
-}
-
-void type(const QDialog& dialog, const char* edit, const QString& text)
-{
-    QLineEdit* const field = child<QLineEdit>(dialog, edit);
-    field->clear();
-    QTest::keyClicks(field, text);
-}
-
-/// Clicks OK, plays the one message box that follows, and tells what it showed and how the dialog stands behind it.
-QStringList clickRefusedOk(ModalScript& script, const QDialog& dialog)
-{
-    const auto told = std::make_shared<QStringList>();
-    script.expect<QMessageBox>([told](QMessageBox& box) {
-        QPushButton* const ok = qobject_cast<QPushButton*>(box.button(QMessageBox::Ok));
-        told->append({box.windowTitle(), box.text(), QString::number(box.icon()),
-                      QString::number(box.standardButtons(), 16), QString::number(ok && box.defaultButton() == ok)});
-        if (ok)
-            QTest::mouseClick(ok, Qt::LeftButton);
-        else
-            box.reject();
-    });
-    click(dialog, QDialogButtonBox::Ok);
-    const QWidget* const focus = dialog.focusWidget();
-    told->append({focus ? focus->objectName() : QString(), QString::number(dialog.isVisible())});
-    return *told;
-}
-
-QStringList refusal(const char* titleKey, const char* textKey, const char* focus)
-{
-    const QString yes = QStringLiteral("1");
-    return {QLatin1String(titleKey),
-            QLatin1String(textKey),
-            QString::number(QMessageBox::Warning),
-            QString::number(QMessageBox::Ok, 16),
-            yes,
-            QLatin1String(focus),
-            yes};
-}
-
-QString okText(const QDialog& dialog)
-{
-    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Ok)->text();
-}
-
-QString cancelText(const QDialog& dialog)
-{
-    return child<QDialogButtonBox>(dialog, "buttonBox")->button(QDialogButtonBox::Cancel)->text();
-}
-
-/// A table in which every key reads as itself, so that no key can pass for another.
-void showKeysAsTexts()
-{
-    QByteArray xml = "<language>";
-    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
-    for (const QByteArray& key : keys.simplified().split(' '))
-        xml += "<control key=\"" + key + "\">" + key + "</control>";
-    const QString path = installation::path(QStringLiteral("keys.xml"));
-    installation::writeFile(path, xml + "</language>");
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
-}
-
-class CloseEvents : public QObject
-{
-public:
-    int count = 0;
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        count += event->type() == QEvent::Close ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-};
 
 void typeServers(const QDialog& dialog, const QString& address, const QString& port, const QString& dns,
                  const QString& backup)
@@ -410,11 +320,7 @@ void TstCWanEscapeDlg::cancelClosesTheWindowAndStoresNothing()
 
 int main(int argc, char** argv)
 {
-    CMyApplication application(argc, argv);
-    if (application.m_bAlreadyRunning)
-        return EXIT_FAILURE;
-    TstCWanEscapeDlg test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstCWanEscapeDlg>(argc, argv);
 }
 
 #include "tst_cwanescapedlg.moc"

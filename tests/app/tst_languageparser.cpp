@@ -124,9 +124,9 @@ void TstLanguageParser::entriesAreReadByTheLayout_data()
     QTest::newRow("no element of the name control")
         << QByteArray("<language><entry key=\"a\">first</entry><Control key=\"b\">second</Control></language>")
         << table({{"a", s_missing}, {"b", s_missing}});
-    QTest::newRow("comment in front")
-        << QByteArray("<language><!-- shared --><control key=\"a\">first</control></language>")
-        << table({{"a", "first"}});
+    QTest::newRow("comment in front") << QByteArray(
+                                             "<language><!-- shared --><control key=\"a\">first</control></language>")
+                                      << table({{"a", "first"}});
     QTest::newRow("comments, instructions and text between the entries")
         << QByteArray("<language>\n  text<control key=\"a\">first</control>\n<!-- <control key=\"x\">no</control> -->"
                       "<?page break?>loose text<![CDATA[<control key=\"y\">no</control>]]>"
@@ -164,7 +164,8 @@ void TstLanguageParser::entriesAreReadByTheLayout_data()
                                                          "<control key=\"a\">second</control></language>")
                                            << table({{"a", "second"}, {"b", "other"}});
     QTest::newRow("text of all descendants")
-        << QByteArray("<language><control key=\"a\">one <b>two</b><!-- no -->, <![CDATA[<three>]]></control></language>")
+        << QByteArray(
+               "<language><control key=\"a\">one <b>two</b><!-- no -->, <![CDATA[<three>]]></control></language>")
         << table({{"a", "one two, <three>"}});
     QTest::newRow("blanks and line feeds of a text stay")
         << QByteArray("<language><control key=\"a\">  two  blanks \n line </control></language>")

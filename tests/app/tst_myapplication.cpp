@@ -261,15 +261,19 @@ int runStart(int argc, char** argv)
     s_watch.isOn = true;
     if (!wish("umask").isEmpty())
         umask(mode_t(wish("umask").toInt(nullptr, 8)));
+    bool serverWentFirst = false;
     {
         CMyApplication app(argc, argv);
         tellStart(app, recorder);
         if (app.m_bAlreadyRunning)
             return 0;
+        QObject::connect(app.m_pLocalServer, &QObject::destroyed,
+                         [&serverWentFirst] { serverWentFirst = CMyApplication::current() != nullptr; });
         if (!wish("stay").isEmpty())
             stay(app);
     }
     tell({{QStringLiteral("hasApplication"), CMyApplication::current() != nullptr},
+          {QStringLiteral("serverWentFirst"), serverWentFirst},
           {QStringLiteral("text"), langText("manager_title")},
           {QStringLiteral("descriptors"), descriptorsOf(lockFile())}});
     if (!wish("linger").isEmpty())
@@ -825,7 +829,9 @@ void TstMyApplication::listenerGoesWithTheApplication()
     QCOMPARE(facts[QStringLiteral("serverPath")].toString(), world.socket());
     QVERIFY(QFile::exists(world.socket()));
     child->order();
-    QCOMPARE(child->next()[QStringLiteral("hasApplication")].toBool(true), false);
+    const QJsonObject destroyed = child->next();
+    QCOMPARE(destroyed[QStringLiteral("hasApplication")].toBool(true), false);
+    QCOMPARE(destroyed[QStringLiteral("serverWentFirst")].toBool(), true);
     QVERIFY(!QFile::exists(world.socket()));
 }
 
@@ -957,14 +963,15 @@ void TstMyApplication::secondInstanceTellsItsUserAndLeaves()
     QTRY_VERIFY(window.isVisible());
 
     const QStringList lines = installation::logLines();
-    QCOMPARE(lines,
-             texts({"[DBG]HI__________M", "[DBG]isAlreadyRunning lock file: /tmp/OrvexMng_lock",
-                    "[ERR]orvexmanager  already locked, error: Resource temporarily unavailable",
-                    "[DBG]GetCurrentLanguageCode LangCode: , area is ",
-                    "[DBG]GetCurrentLanguageCode:there is no information about current language, keep it same as the OS.",
-                    "[DBG]GetCurrentLanguageCode:getenv LANG is NULL,so set code = 1033.",
-                    "[DBG]LoadLanguage file path: {root}Resources/Language_en.xml"})
-                 + lines.mid(7));
+    QCOMPARE(
+        lines,
+        texts({"[DBG]HI__________M", "[DBG]isAlreadyRunning lock file: /tmp/OrvexMng_lock",
+               "[ERR]orvexmanager  already locked, error: Resource temporarily unavailable",
+               "[DBG]GetCurrentLanguageCode LangCode: , area is ",
+               "[DBG]GetCurrentLanguageCode:there is no information about current language, keep it same as the OS.",
+               "[DBG]GetCurrentLanguageCode:getenv LANG is NULL,so set code = 1033.",
+               "[DBG]LoadLanguage file path: {root}Resources/Language_en.xml"}) +
+            lines.mid(7));
     // The tables that this test reads log their loading as well.
     for (const QString& line : lines.mid(7))
         QVERIFY2(line.startsWith(QLatin1String("[DBG]LoadLanguage file path:")), qPrintable(line));
@@ -1012,7 +1019,8 @@ void TstMyApplication::secondInstanceSpeaksTheLanguage()
     QCOMPARE(second.exitCode(), 0);
     QCOMPARE(box[QStringLiteral("title")].toString(),
              isChinese ? chineseText("manager_title") : englishText("manager_title"));
-    QCOMPARE(box[QStringLiteral("text")].toString(), isChinese ? chineseText("OneInstance") : englishText("OneInstance"));
+    QCOMPARE(box[QStringLiteral("text")].toString(),
+             isChinese ? chineseText("OneInstance") : englishText("OneInstance"));
     QCOMPARE(facts[QStringLiteral("area")].toInt(-1), area);
 }
 

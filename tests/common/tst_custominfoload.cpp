@@ -631,7 +631,7 @@ void TstCustomInfoLoad::deepTextIsRefusedWithALogLine()
     const QByteArray answer = inChild([content] {
         CustomXmlParser parser;
         const bool loaded = parser.LoadXml(QString::fromLatin1(content));
-        return yesOrNo(loaded) + ' ' + QByteArray::number(s_log.size()) + ' ' + s_log.value(0).left(43).toUtf8();
+        return yesOrNo(loaded) + ' ' + QByteArray::number(s_log.size()) + ' ' + s_log.value(0).left(44).toUtf8();
     });
     QCOMPARE(answer, QByteArray("false 1 1 CBasedQtXmlParser::LoadXml: Load XML str[<"));
 }

@@ -1,21 +1,27 @@
 #include "mainwindow/MainWindowFixture.h"
 
 #include "app/LangText.h"
+#include "support/StoredCustomisation.h"
+#include "view/ShowDetailDlg.h"
 #include "xml/CustomInfo.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QListWidget>
 #include <QPushButton>
 
 #include <ctime>
 
 time_t frozenTime = 0;
+bool isFrozenTimeTicking = false;
 
 extern "C" time_t time(time_t* out) noexcept
 {
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
+    if (frozenTime != 0 && isFrozenTimeTicking)
+        ++frozenTime;
     const time_t seconds = frozenTime != 0 ? frozenTime : now.tv_sec;
     if (out)
         *out = seconds;
@@ -29,6 +35,7 @@ void prepareInstallation()
     writeSettings("Area=tqm\nLangCode=1033\n");
     g_ucAreaCode = 0;
     frozenTime = 0;
+    isFrozenTimeTicking = false;
 }
 
 void writeSettings(const QByteArray& lines)
@@ -74,6 +81,7 @@ QStringList tickedBoxes(const QWidget& window)
 std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button)
 {
     return [&shown, button](QMessageBox& box) {
+        shown.parent = box.parent();
         shown.title = box.windowTitle();
         shown.text = box.text();
         shown.icon = box.icon();
@@ -83,11 +91,11 @@ std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardB
     };
 }
 
-bool isWarning(const ShownBox& shown, const char* textKey, const char* titleKey)
+bool isWarning(const ShownBox& shown, const OrvexManager& window, const char* textKey)
 {
-    return shown.title == langText(titleKey) && shown.text == langText(textKey) && shown.text != QLatin1String("NULL") &&
-           shown.icon == QMessageBox::Warning && shown.buttons == QMessageBox::Ok &&
-           shown.defaultButton == QMessageBox::Ok;
+    return shown.parent == &window && shown.title == langText("manager_title") && shown.text == langText(textKey) &&
+           shown.text != QLatin1String("NULL") && shown.icon == QMessageBox::Warning &&
+           shown.buttons == QMessageBox::Ok && shown.defaultButton == QMessageBox::Ok;
 }
 
 CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal,
@@ -100,4 +108,59 @@ CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QStr
     record.common.procomVal = procomVal;
     record.common.funcomVal = funcomVal;
     return record;
+}
+
+QString inHistory(const QString& relative)
+{
+    return installation::path(QLatin1String("UpdateCustom/") + relative);
+}
+
+void storeRow(quint64 timeStamp, const char* timeString, const char* remark, const QString& name)
+{
+    storeCustomisation(installation::root(),
+                       storedRecord(timeStamp, QString::fromLatin1(timeString), QString::fromUtf8(remark)), name);
+}
+
+QTreeWidget* historyTree(const OrvexManager& window)
+{
+    return child<QTreeWidget>(window, "treeWidget_cusHis");
+}
+
+QStringList shownTimes(const OrvexManager& window)
+{
+    QStringList times;
+    for (int row = 0; row < historyTree(window)->topLevelItemCount(); ++row)
+        times.append(historyTree(window)->topLevelItem(row)->text(0));
+    return times;
+}
+
+int rowOf(const OrvexManager& window, const char* timeString)
+{
+    return shownTimes(window).indexOf(QString::fromLatin1(timeString));
+}
+
+void clickRow(const OrvexManager& window, int row)
+{
+    child<QListWidget>(window, "listWidget")->setCurrentRow(1);
+    QTreeWidget* tree = historyTree(window);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree->visualItemRect(tree->topLevelItem(row)).center());
+}
+
+bool isEnabled(const OrvexManager& window, const char* buttonName)
+{
+    return child<QAbstractButton>(window, buttonName)->isEnabled();
+}
+
+QString titleOfDetails(const OrvexManager& window)
+{
+    QString title;
+    ModalScript script;
+    script.expect<ShowDetailDlg>([&](ShowDetailDlg& dialog) {
+        if (dialog.parent() == &window)
+            title = dialog.windowTitle();
+        press(dialog, "toolButton");
+    });
+    press(window, "toolButton_detail");
+    return script.complaints().isEmpty() ? title : QString();
 }

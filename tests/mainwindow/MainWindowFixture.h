@@ -6,9 +6,12 @@
 
 #include <QMessageBox>
 #include <QTest>
+#include <QTreeWidget>
 
 /// Takes the place of the C library's time(): the clock of the tested code stands at this value while it is not 0.
 extern time_t frozenTime;
+/// Then each look at it moves that clock on by one second.
+extern bool isFrozenTimeTicking;
 
 /// A fresh store and settings below the test executable, in English, and the brand `tqm`.
 void prepareInstallation();
@@ -31,6 +34,7 @@ void pressCancel(QWidget& dialog, const char* boxName = "buttonBox");
 QStringList tickedBoxes(const QWidget& window);
 
 struct ShownBox {
+    const QObject* parent = nullptr;
     QString title;
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
@@ -39,12 +43,26 @@ struct ShownBox {
 };
 /// Notes what the message box shows and presses the button.
 std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button = QMessageBox::Ok);
-/// Whether it is the warning of the whole program with these texts: one Ok button, also the default.
-bool isWarning(const ShownBox& shown, const char* textKey, const char* titleKey = "manager_title");
+/// Whether it is the main window's warning with this text: a child of the window, one Ok button, also the default.
+bool isWarning(const ShownBox& shown, const OrvexManager& window, const char* textKey);
 
 /// A record with telling values in the fields that the history shows.
 CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal = 3,
                         quint64 funcomVal = 1);
+
+/// A path below the directory of the history.
+QString inHistory(const QString& relative = QString());
+/// Stores a customisation with the default components, under its time stamp or the given name.
+void storeRow(quint64 timeStamp, const char* timeString, const char* remark, const QString& name = QString());
+QTreeWidget* historyTree(const OrvexManager& window);
+/// Column 0 of the tree.
+QStringList shownTimes(const OrvexManager& window);
+int rowOf(const OrvexManager& window, const char* timeString);
+/// Turns to the history page and clicks the row.
+void clickRow(const OrvexManager& window, int row);
+bool isEnabled(const OrvexManager& window, const char* buttonName);
+/// Presses the button for details and closes what it shows. Empty when anything but a detail view came.
+QString titleOfDetails(const OrvexManager& window);
 
 /// main() of a test: builds the application object and runs the test object.
 template <class Test> int playTest(int argc, char** argv)

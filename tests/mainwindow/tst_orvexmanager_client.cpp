@@ -1,14 +1,11 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
-#include "app/LangText.h"
-#include "common/CustomInfoLoad.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QToolButton>
 
@@ -36,16 +33,10 @@ private slots:
     void theIpsecBoxStaysHidden();
     void summaryWordsComeInTheirOwnOrder_data();
     void summaryWordsComeInTheirOwnOrder();
-    void anEntryTellsTimeComponentsAndRemark();
-    void anEmptyRemarkLeavesTheBlanksOfBothGaps();
-    void choosingAnEntryLoadsTheWholeRecord();
-    void theEmptyEntryGoesBackToTheDefaults();
-    void eachChoiceOfTheEmptyEntryLogsALineForEachSection();
-    void aDocumentThatIsGonePutsTheComboBack();
-    void anAlteredDocumentPutsTheComboBack();
     void withoutAccessComponentsAdvancedIsRefused();
     void aStoredIpsecComponentCountsThoughItsBoxIsHidden();
     void advancedTakesTheMasksFromTheBoxes();
+    void advancedWritesIntoTheRecordInHand();
     void tickingKefAsksAndTakesTheAnswers();
     void cancellingTheKefDialogUnticksTheBox();
     void untickingKefAsksNothingAndKeepsTheFields();
@@ -98,124 +89,25 @@ void TstOrvexManagerClient::summaryWordsComeInTheirOwnOrder()
     QTEST(window.GetCusCompStr(procomVal, funcomVal), "summary");
 }
 
-void TstOrvexManagerClient::anEntryTellsTimeComponentsAndRemark()
-{
-    storeCustomisation(installation::root(), storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"),
-                                                          QStringLiteral("北京"), 25, 5));
-    const OrvexManager window(nullptr);
-    const QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
-    QCOMPARE(combo->count(), 2);
-    QCOMPARE(combo->itemText(1), QStringLiteral("2023-11-15 06:13:20    802.1X  SSLVPN  WLAN  ZOA  KEF      北京"));
-    QVERIFY(!combo->itemData(1).isValid());
-    QCOMPARE(combo->currentIndex(), 0);
-}
-
-void TstOrvexManagerClient::anEmptyRemarkLeavesTheBlanksOfBothGaps()
-{
-    storeCustomisation(installation::root(),
-                       storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 0, 0));
-    const OrvexManager window(nullptr);
-    QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->itemText(1),
-             QStringLiteral("2023-11-15 06:13:20        "));
-}
-
-void TstOrvexManagerClient::choosingAnEntryLoadsTheWholeRecord()
-{
-    CustomInfo stored = distinctRecord();
-    stored.common.cusTimeString = QStringLiteral("2023-11-15 06:13:20");
-    stored.common.procomVal = 63;
-    stored.common.funcomVal = 5;
-    storeCustomisation(installation::root(), stored);
-    OrvexManager window(nullptr);
-    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
-
-    CustomInfo loaded;
-    const QString document = installation::path(
-        QStringLiteral("UpdateCustom/%1/OrvexCustom.xml").arg(stored.common.cusTimeStamp));
-    utl_LoadCustomInfo(document.toLocal8Bit().constData(), loaded);
-    QVERIFY(loaded.x1.defaultConnection);
-    QCOMPARE(differences(window.record(), loaded), QStringList());
-    QCOMPARE(window.record().common.cusTimeStamp, stored.common.cusTimeStamp);
-    QCOMPARE(tickedBoxes(window).size(), 8);
-}
-
-void TstOrvexManagerClient::theEmptyEntryGoesBackToTheDefaults()
-{
-    CustomInfo stored = storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("a"), 32, 0);
-    stored.zoa.standbyZOAIP = QStringLiteral("192.0.2.9");
-    stored.gui.subTitle = QStringLiteral("title");
-    storeCustomisation(installation::root(), stored);
-    OrvexManager window(nullptr);
-    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
-    combo->setCurrentIndex(1);
-    QCOMPARE(tickedBoxes(window), QStringList{QStringLiteral("zoaPro")});
-    combo->setCurrentIndex(0);
-    QCOMPARE(tickedBoxes(window), defaultBoxes);
-    // The standby address outlives a reset.
-    QCOMPARE(differences(window.record(), CustomInfo()), QStringList{QStringLiteral("zoa.standbyZOAIP")});
-}
-
-void TstOrvexManagerClient::eachChoiceOfTheEmptyEntryLogsALineForEachSection()
-{
-    storeCustomisation(installation::root(),
-                       storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString()));
-    OrvexManager window(nullptr);
-    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
-    combo->setCurrentIndex(1);
-    installation::clearLog();
-    combo->setCurrentIndex(0);
-    const QString line = QStringLiteral("CBasedQtXmlParser::LoadXmlFile:Open XML File[/OrvexCustom.xml].");
-    QStringList expected;
-    for (int section = 0; section < 11; ++section)
-        expected.append(line);
-    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), expected);
-}
-
-void TstOrvexManagerClient::aDocumentThatIsGonePutsTheComboBack()
-{
-    storeCustomisation(installation::root(),
-                       storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 16, 0));
-    OrvexManager window(nullptr);
-    QVERIFY(QFile::remove(installation::path(QStringLiteral("UpdateCustom/1700000000/OrvexCustom.xml"))));
-    installation::clearLog();
-    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
-    combo->setCurrentIndex(1);
-    QCOMPARE(combo->currentIndex(), 0);
-    QCOMPARE(combo->count(), 2);
-    QCOMPARE(tickedBoxes(window), defaultBoxes);
-    QVERIFY(installation::logMessages(QStringLiteral("[ERR]"))
-                .contains(QStringLiteral("GetSelCusDir::utl_FileExists failed.")));
-}
-
-void TstOrvexManagerClient::anAlteredDocumentPutsTheComboBack()
-{
-    storeCustomisation(installation::root(),
-                       storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 16, 0));
-    OrvexManager window(nullptr);
-    const QString document = installation::path(QStringLiteral("UpdateCustom/1700000000/OrvexCustom.xml"));
-    installation::writeFile(document, installation::readFile(document) + "\n");
-    installation::clearLog();
-    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
-    combo->setCurrentIndex(1);
-    QCOMPARE(combo->currentIndex(), 0);
-    QCOMPARE(tickedBoxes(window), defaultBoxes);
-    QVERIFY(installation::logMessages(QStringLiteral("[ERR]"))
-                .contains(QStringLiteral("GetSelCusDir::utl_CusXmlVerify failed.")));
-}
-
 void TstOrvexManagerClient::withoutAccessComponentsAdvancedIsRefused()
 {
     OrvexManager window(nullptr);
     window.show();
     untickAccess(window);
     QCOMPARE(tickedBoxes(window), QStringList{QStringLiteral("zoafunc")});
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_adv");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, "SelProtocolPls"));
+    const auto refuse = [&window] {
+        ShownBox shown;
+        ModalScript script;
+        script.expect<QMessageBox>(answer(shown));
+        press(window, "toolButton_adv");
+        return script.complaints().isEmpty() && isWarning(shown, window, "SelProtocolPls");
+    };
+    QVERIFY(refuse());
     QCOMPARE(window.record().common.procomVal, quint64(0));
+    // The mask of the functions is not counted then.
+    setTicked(window, "checkBox_zoafunc", false);
+    QVERIFY(refuse());
+    QCOMPARE(window.record().common.funcomVal, quint64(1));
 }
 
 void TstOrvexManagerClient::aStoredIpsecComponentCountsThoughItsBoxIsHidden()
@@ -250,18 +142,40 @@ void TstOrvexManagerClient::advancedTakesTheMasksFromTheBoxes()
     QCOMPARE(window.record().common.funcomVal, quint64(0));
 }
 
+void TstOrvexManagerClient::advancedWritesIntoTheRecordInHand()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    bool isChild = false;
+    ModalScript script;
+    script.expect<CustomAdvProperty>([&](CustomAdvProperty& dialog) {
+        isChild = dialog.parent() == &window;
+        child<QLineEdit>(dialog, "lineEdit_cusTitle")->setText(QStringLiteral("客户端"));
+        child<QLineEdit>(dialog, "lineEdit_ZOAIp")->setText(QStringLiteral("192.0.2.10"));
+        pressOk(dialog, "buttonBox_adv");
+    });
+    press(window, "toolButton_adv");
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(isChild);
+    QCOMPARE(window.record().gui.subTitle, QStringLiteral("客户端"));
+    QCOMPARE(window.record().zoa.ZOAIP, QStringLiteral("192.0.2.10"));
+}
+
 void TstOrvexManagerClient::tickingKefAsksAndTakesTheAnswers()
 {
     OrvexManager window(nullptr);
     window.show();
+    bool isChild = false;
     ModalScript script;
-    script.expect<KEFCusOpt>([](KEFCusOpt& dialog) {
+    script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
+        isChild = dialog.parent() == &window;
         QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), QStringLiteral("192.0.2.5"));
         setTicked(dialog, "checkBox_disable", true);
         pressOk(dialog);
     });
     setTicked(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(isChild);
     QVERIFY(child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
     QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.5"));
     QCOMPARE(window.record().kef.kefPort, QStringLiteral("9029"));

@@ -341,7 +341,7 @@ void TstOrvexManagerFrame::packagePlacesThatDoNotExistAreRefused()
     script.expect<QMessageBox>(answer(shown));
     menu(window, 1)->actions().at(entry)->trigger();
     QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, "NotFindSetup"));
+    QVERIFY(isWarning(shown, window, "NotFindSetup"));
 }
 
 void TstOrvexManagerFrame::versionsComeFromTheEnglishFileInEveryLanguage()

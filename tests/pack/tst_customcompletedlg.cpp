@@ -174,17 +174,20 @@ void TstCustomCompleteDlg::formHasTheseWidgets_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("className");
     QTest::addColumn<QString>("text");
-    QTest::newRow("success line") << "label_customSuccHint" << "QLabel"
+    QTest::newRow("success line") << "label_customSuccHint"
+                                  << "QLabel"
                                   << QStringLiteral("定制成功，并生成新的客户端定制安装程序、升级包和轻量级升级包。");
-    QTest::newRow("setup hint") << "label_openSetupHint" << "QLabel"
-                                << QStringLiteral("单击以下按钮可以查看生成的客户端定制安装程序。");
-    QTest::newRow("update hint") << "label_openUpdateHint" << "QLabel"
-                                 << QStringLiteral("单击以下按钮可以查看生成的客户端定制升级包。");
-    QTest::newRow("customised update hint") << "label_openCusUpdHint" << "QLabel"
-                                            << QStringLiteral("单击以下按钮可以查看生成的客户端轻量级升级包。");
+    QTest::newRow("setup hint") << "label_openSetupHint"
+                                << "QLabel" << QStringLiteral("单击以下按钮可以查看生成的客户端定制安装程序。");
+    QTest::newRow("update hint") << "label_openUpdateHint"
+                                 << "QLabel" << QStringLiteral("单击以下按钮可以查看生成的客户端定制升级包。");
+    QTest::newRow("customised update hint")
+        << "label_openCusUpdHint"
+        << "QLabel" << QStringLiteral("单击以下按钮可以查看生成的客户端轻量级升级包。");
     for (const RowNames& row : s_rows)
         QTest::newRow(row.button) << QString::fromLatin1(row.button) << "QToolButton" << QStringLiteral("查找目标...");
-    QTest::newRow("exit") << "pushButton_exit" << "QPushButton" << QStringLiteral("退出");
+    QTest::newRow("exit") << "pushButton_exit"
+                          << "QPushButton" << QStringLiteral("退出");
 }
 
 void TstCustomCompleteDlg::formHasTheseWidgets()
@@ -267,14 +270,10 @@ void TstCustomCompleteDlg::maskChoosesRowsAndLine_data()
     QTest::addColumn<int>("mask");
     QTest::addColumn<bool>("showsLine");
     QTest::addColumn<QByteArray>("key");
-    const char* const keys[] = {"CusCfgOnlySuccHint",
-                                "CusSuccHint",
-                                "GenUpdateSuccHint",
-                                "GenUpdateAndSetupSuccHint",
-                                "GenCusUpdSuccHint",
-                                "GenSetupAndCusUpdSuccHint",
-                                "GenCusUpdAndUpdateSuccHint",
-                                "GenCusUpdAndSetupAndUpdateSuccHint"};
+    const char* const keys[] = {"CusCfgOnlySuccHint",         "CusSuccHint",
+                                "GenUpdateSuccHint",          "GenUpdateAndSetupSuccHint",
+                                "GenCusUpdSuccHint",          "GenSetupAndCusUpdSuccHint",
+                                "GenCusUpdAndUpdateSuccHint", "GenCusUpdAndSetupAndUpdateSuccHint"};
     for (int mask = 0; mask < 8; ++mask) {
         QTest::addRow("%d, with the line", mask) << mask << true << QByteArray(keys[mask]);
         QTest::addRow("%d, without the line", mask) << mask << false << QByteArray(keys[mask]);

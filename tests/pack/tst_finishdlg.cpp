@@ -134,26 +134,36 @@ void TstFinishDlg::formHasTheseWidgets_data()
     QTest::addColumn<bool>("isWrapped");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("window") << "" << "QDialog" << false << "FinishDlg";
-    QTest::newRow("groupBox_addinfo") << "groupBox_addinfo" << "QGroupBox" << false << QStringLiteral("定制附加信息");
-    QTest::newRow("label_addinfo") << "label_addinfo" << "QLabel" << true
+    QTest::newRow("window") << ""
+                            << "QDialog" << false << "FinishDlg";
+    QTest::newRow("groupBox_addinfo") << "groupBox_addinfo"
+                                      << "QGroupBox" << false << QStringLiteral("定制附加信息");
+    QTest::newRow("label_addinfo") << "label_addinfo"
+                                   << "QLabel" << true
                                    << QStringLiteral("为方便管理定制信息，建议为本次定制增加附加信息(如Orvex Vr1.0)");
-    QTest::newRow("lineEdit_addinfo") << "lineEdit_addinfo" << "QLineEdit" << false << "";
-    QTest::newRow("checkBox_cusSetup") << "checkBox_cusSetup" << "QCheckBox" << false
-                                       << QStringLiteral("定制生成客户端安装包");
-    QTest::newRow("label_cusSetup") << "label_cusSetup" << "QLabel" << true
-                                    << QStringLiteral("定制的客户端安装程序，用于在没有安装Orvex客户端的计算机上安装Orvex"
-                                                      "客户端或者将早期版本的客户端升级到当前版本。");
-    QTest::newRow("checkBox_cusUpdate") << "checkBox_cusUpdate" << "QCheckBox" << false
-                                        << QStringLiteral("定制生成客户端升级包");
-    QTest::newRow("label_cusUpdate") << "label_cusUpdate" << "QLabel" << true
-                                     << QStringLiteral("定制的客户端升级包（必须部署到与客户端配套的服务器上）用于把早期"
-                                                       "版本的客户端自动升级到当前版本。");
-    QTest::newRow("checkBox_cusCusUpd") << "checkBox_cusCusUpd" << "QCheckBox" << false
-                                        << QStringLiteral("定制生成客户端轻量级升级包");
-    QTest::newRow("label_cusCusUpd") << "label_cusCusUpd" << "QLabel" << true
-                                     << QStringLiteral("定制的客户端轻量级升级包（必须部署到与客户端配套的服务器上）用于把"
-                                                       "同一版本早期定制的客户端自动升级到当前定制版本。");
+    QTest::newRow("lineEdit_addinfo") << "lineEdit_addinfo"
+                                      << "QLineEdit" << false << "";
+    QTest::newRow("checkBox_cusSetup") << "checkBox_cusSetup"
+                                       << "QCheckBox" << false << QStringLiteral("定制生成客户端安装包");
+    QTest::newRow("label_cusSetup") << "label_cusSetup"
+                                    << "QLabel" << true
+                                    << QStringLiteral(
+                                           "定制的客户端安装程序，用于在没有安装Orvex客户端的计算机上安装Orvex"
+                                           "客户端或者将早期版本的客户端升级到当前版本。");
+    QTest::newRow("checkBox_cusUpdate") << "checkBox_cusUpdate"
+                                        << "QCheckBox" << false << QStringLiteral("定制生成客户端升级包");
+    QTest::newRow("label_cusUpdate") << "label_cusUpdate"
+                                     << "QLabel" << true
+                                     << QStringLiteral(
+                                            "定制的客户端升级包（必须部署到与客户端配套的服务器上）用于把早期"
+                                            "版本的客户端自动升级到当前版本。");
+    QTest::newRow("checkBox_cusCusUpd") << "checkBox_cusCusUpd"
+                                        << "QCheckBox" << false << QStringLiteral("定制生成客户端轻量级升级包");
+    QTest::newRow("label_cusCusUpd") << "label_cusCusUpd"
+                                     << "QLabel" << true
+                                     << QStringLiteral(
+                                            "定制的客户端轻量级升级包（必须部署到与客户端配套的服务器上）用于把"
+                                            "同一版本早期定制的客户端自动升级到当前定制版本。");
 }
 
 void TstFinishDlg::formHasTheseWidgets()

@@ -27,9 +27,9 @@ namespace {
 
 std::mutex s_mutex;
 std::condition_variable s_change;
-bool s_isClosed = false;              // the worker is held at its next look for the directory of the executable
-int s_held = 0;                       // how many are held there
-std::atomic<bool> s_isLost{false};    // the worker does not find it
+bool s_isClosed = false;           // the worker is held at its next look for the directory of the executable
+int s_held = 0;                    // how many are held there
+std::atomic<bool> s_isLost{false}; // the worker does not find it
 std::atomic<bool> s_mainIsSet{false};
 pthread_t s_main;
 

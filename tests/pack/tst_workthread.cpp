@@ -79,7 +79,7 @@ struct Told
     bool isFromTheThread = true;
 };
 
-const char* const s_keys[] = {"gensetupBegin",    "gensetupSucc",   "gensetupFaild",  "genupdateBegin", "genupdateSucc",
+const char* const s_keys[] = {"gensetupBegin",   "gensetupSucc",   "gensetupFaild", "genupdateBegin", "genupdateSucc",
                               "genupdateFailed", "gencusupdBegin", "gencusupdSucc", "gencusupdFailed"};
 
 QString keyOf(const QString& line)
@@ -233,10 +233,10 @@ void TstWorkThread::resultIsThatOfTheLastStep_data()
     QTest::addColumn<QStringList>("lines");
     QTest::addColumn<bool>("result");
     const auto part = [](const QStringList& all, int from, int count) { return QStringList(all.mid(from, count)); };
-    const QStringList good = texts({"gensetupBegin", "gensetupSucc", "genupdateBegin", "genupdateSucc",
-                                    "gencusupdBegin", "gencusupdSucc"});
-    const QStringList bad = texts({"gensetupBegin", "gensetupFaild", "genupdateBegin", "genupdateFailed",
-                                   "gencusupdBegin", "gencusupdFailed"});
+    const QStringList good =
+        texts({"gensetupBegin", "gensetupSucc", "genupdateBegin", "genupdateSucc", "gencusupdBegin", "gencusupdSucc"});
+    const QStringList bad = texts(
+        {"gensetupBegin", "gensetupFaild", "genupdateBegin", "genupdateFailed", "gencusupdBegin", "gencusupdFailed"});
     QTest::newRow("setup fails") << 1 << QByteArray("s") << part(bad, 0, 2) << false;
     QTest::newRow("update fails") << 2 << QByteArray("u") << part(bad, 2, 2) << false;
     QTest::newRow("customised update fails") << 4 << QByteArray("c") << part(bad, 4, 2) << false;
@@ -249,7 +249,8 @@ void TstWorkThread::resultIsThatOfTheLastStep_data()
         << 6 << QByteArray("c") << part(good, 2, 2) + part(bad, 4, 2) << false;
     QTest::newRow("only the last of three succeeds")
         << 7 << QByteArray("su") << part(bad, 0, 4) + part(good, 4, 2) << true;
-    QTest::newRow("only the last of three fails") << 7 << QByteArray("c") << part(good, 0, 4) + part(bad, 4, 2) << false;
+    QTest::newRow("only the last of three fails")
+        << 7 << QByteArray("c") << part(good, 0, 4) + part(bad, 4, 2) << false;
     QTest::newRow("all fail") << 7 << QByteArray("suc") << bad << false;
 }
 
@@ -306,8 +307,7 @@ void TstWorkThread::updateCommandsGetTheTimeTexts_data()
     QTest::newRow("last of 32 bits") << qulonglong(4294967295) << QByteArray("4294967295")
                                      << QByteArray("2106-02-07 14:28:15");
     // The number is printed as one of 32 bits, the time is made from the whole.
-    QTest::newRow("first of 33 bits") << qulonglong(4294967296) << QByteArray("0")
-                                      << QByteArray("2106-02-07 14:28:16");
+    QTest::newRow("first of 33 bits") << qulonglong(4294967296) << QByteArray("0") << QByteArray("2106-02-07 14:28:16");
     QTest::newRow("year of 5 digits") << qulonglong(253402300800) << QByteArray("4294197632")
                                       << QByteArray("10000-01-01 08:00:00");
     // The buffer takes 23 bytes.

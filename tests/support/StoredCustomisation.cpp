@@ -31,17 +31,21 @@ QByteArray documentOf(const CustomInfo& record)
     return installation::readFile(path);
 }
 
-void storeCustomisation(const QString& root, const CustomInfo& record, const QString& name)
+void storeDocument(const QString& root, const QByteArray& document, const QString& name)
 {
-    documentOf(record);
-    QByteArray document = installation::path(QStringLiteral("custom/OrvexCustom.xml")).toLocal8Bit();
+    const QString working = installation::path(QStringLiteral("custom/OrvexCustom.xml"));
+    installation::writeFile(working, document);
     unsigned long error = 0;
-    QVERIFY(utl_GenCustomInfoVerify(&error, document.data()));
-    const QString target = root + QLatin1String("UpdateCustom/") +
-                           (name.isEmpty() ? QString::number(record.common.cusTimeStamp) : name) + QLatin1Char('/');
+    QVERIFY(utl_GenCustomInfoVerify(&error, working.toLocal8Bit().data()));
+    const QString target = root + QLatin1String("UpdateCustom/") + name + QLatin1Char('/');
     QDir().mkpath(target);
     for (const QString& file : {QStringLiteral("OrvexCustom.xml"), QStringLiteral("OrvexCustomXml.vrf")}) {
         QFile::remove(target + file);
         QVERIFY(QFile::copy(installation::path(QLatin1String("custom/") + file), target + file));
     }
+}
+
+void storeCustomisation(const QString& root, const CustomInfo& record, const QString& name)
+{
+    storeDocument(root, documentOf(record), name.isEmpty() ? QString::number(record.common.cusTimeStamp) : name);
 }

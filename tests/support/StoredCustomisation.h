@@ -9,5 +9,8 @@ struct CustomInfo;
 /// custom/ below the test executable. The name is the record's time stamp when none is given.
 void storeCustomisation(const QString& root, const CustomInfo& record, const QString& name = QString());
 
+/// The same with a document of any bytes, up to the longest that can be verified.
+void storeDocument(const QString& root, const QByteArray& document, const QString& name);
+
 /// The document of the record, as a commit writes it.
 QByteArray documentOf(const CustomInfo& record);

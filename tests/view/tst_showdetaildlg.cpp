@@ -1,8 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/ModalScript.h"
-#include "view/QShowVpnAdv.h"
-#include "view/ShowDetailDlg.h"
-#include "view/ViewPlayer.h"
+#include "view/OpenViews.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -59,24 +57,6 @@ private slots:
     void closingWritesNothing();
 };
 
-namespace {
-
-/// Opens the view as its caller does and shows it.
-class OpenView
-{
-public:
-    explicit OpenView(const CustomInfo& info) : record(info), dialog(nullptr)
-    {
-        dialog.onInitDialog(record);
-        dialog.show();
-    }
-
-    CustomInfo record;
-    ShowDetailDlg dialog;
-};
-
-} // namespace
-
 void TstShowDetailDlg::cleanup()
 {
     useKeysAsTexts();
@@ -94,7 +74,7 @@ void TstShowDetailDlg::titleCarriesTheTimeOfTheCustomisation()
 {
     CustomInfo info = fullRecord();
     info.common.cusTimeString = QStringLiteral("2031-02-03 04:05:06");
-    OpenView view(info);
+    OpenDetailView view(info);
     QCOMPARE(view.dialog.windowTitle(), QStringLiteral("[detail_title] (2031-02-03 04:05:06)"));
 }
 
@@ -182,7 +162,7 @@ void TstShowDetailDlg::textsComeFromTheirKeys()
 
 void TstShowDetailDlg::columnsOfTheGatewaysHaveTheirTitlesAndWidths()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     bringToFront(tree);
     QCOMPARE(tree->header()->textElideMode(), Qt::ElideRight);
@@ -198,14 +178,14 @@ void TstShowDetailDlg::columnsOfTheGatewaysHaveTheirTitlesAndWidths()
 void TstShowDetailDlg::fieldsAreReadOnlyAndBoxesStayEnabled()
 {
     for (const RecordMaker record : {fullRecord, bareRecord}) {
-        OpenView view(record());
+        OpenDetailView view(record());
         QCOMPARE(writableControls(view.dialog), QString());
     }
 }
 
 void TstShowDetailDlg::everyControlHasAName()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     QCOMPARE(namelessControls(view.dialog), QString());
 }
 
@@ -234,7 +214,7 @@ void TstShowDetailDlg::labelsAreBuddiesOfTheirFields()
 
 void TstShowDetailDlg::tabOrderGoesFromTopToBottom()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     QCOMPARE(backwardSteps(view.dialog), QString());
 }
 
@@ -242,7 +222,7 @@ void TstShowDetailDlg::preSharedKeyCanNeitherBeCopiedNorRead()
 {
     CustomInfo info = fullRecord();
     info.vpn.basecfg.preSharedKey = QStringLiteral("opensesame");
-    OpenView view(info);
+    OpenDetailView view(info);
     const auto* field = child<QLineEdit>(view.dialog, "lineEdit_preshareKey_S");
     QCOMPARE(field->text(), QStringLiteral("opensesame"));
     QCOMPARE(field->echoMode(), QLineEdit::Password);
@@ -284,7 +264,7 @@ void TstShowDetailDlg::clicksChangeNothing_data()
 void TstShowDetailDlg::clicksChangeNothing()
 {
     QFETCH(RecordMaker, record);
-    OpenView view(record());
+    OpenDetailView view(record());
     QVERIFY(QTest::qWaitForWindowExposed(&view.dialog));
     int clicked = 0;
     QCOMPARE(changesByClicks(view.dialog, clicked), QString());
@@ -305,7 +285,7 @@ void TstShowDetailDlg::clicksOnTheServerChoiceChangeNothing()
     CustomInfo info = fullRecord();
     info.vpn.basecfg.useIPSEC = 1;
     info.vpn.basecfg.LNSAsIPSECServer = LNSAsIPSECServer;
-    OpenView view(info);
+    OpenDetailView view(info);
     auto* lns = child<QRadioButton>(view.dialog, "radioButton_useLNS_S");
     auto* other = child<QRadioButton>(view.dialog, "radioButton_useOtherLNS_S");
     bringToFront(lns);
@@ -323,7 +303,7 @@ void TstShowDetailDlg::arrowKeysDoNotChangeTheServerChoice()
     CustomInfo info = fullRecord();
     info.vpn.basecfg.useIPSEC = 1;
     info.vpn.basecfg.LNSAsIPSECServer = 1;
-    OpenView view(info);
+    OpenDetailView view(info);
     auto* lns = child<QRadioButton>(view.dialog, "radioButton_useLNS_S");
     auto* other = child<QRadioButton>(view.dialog, "radioButton_useOtherLNS_S");
     QVERIFY(QTest::qWaitForWindowActive(&view.dialog));
@@ -367,7 +347,7 @@ void TstShowDetailDlg::slotSetsItsBoxBackToTheRecord()
 {
     QFETCH(QByteArray, box);
     for (const RecordMaker record : {fullRecord, bareRecord}) {
-        OpenView view(record());
+        OpenDetailView view(record());
         auto* checkBox = child<QCheckBox>(view.dialog, box.constData());
         checkBox->setChecked(record == bareRecord);
         QVERIFY(QMetaObject::invokeMethod(&view.dialog, QTest::currentDataTag()));
@@ -377,7 +357,7 @@ void TstShowDetailDlg::slotSetsItsBoxBackToTheRecord()
 
 void TstShowDetailDlg::showsItsOwnCopyOfTheRecord()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     view.record = bareRecord();
     int clicked = 0;
     QCOMPARE(changesByClicks(view.dialog, clicked), QString());
@@ -386,7 +366,7 @@ void TstShowDetailDlg::showsItsOwnCopyOfTheRecord()
 
 void TstShowDetailDlg::lendsItsOwnCopyOfTheRecord()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     auto* holder = qobject_cast<CustomInfoHolder*>(static_cast<QObject*>(&view.dialog));
     QVERIFY(holder);
     QVERIFY(holder->customInfo() != &view.record);
@@ -397,7 +377,7 @@ void TstShowDetailDlg::advancedButtonOpensTheVpnDetailsOfItsRecord()
 {
     CustomInfo info = fullRecord();
     info.vpn.l2tpcfg.L2TPTunnelName = QStringLiteral("tunnel of this record");
-    OpenView view(info);
+    OpenDetailView view(info);
     auto* button = child<QAbstractButton>(view.dialog, "pushButton_Adv_S");
     bringToFront(button);
 
@@ -441,7 +421,7 @@ void TstShowDetailDlg::escapeEndsIt()
 
 void TstShowDetailDlg::enterOpensNothing()
 {
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     QVERIFY(QTest::qWaitForWindowExposed(&view.dialog));
     auto* field = child<QLineEdit>(view.dialog, "lineEdit_LNSIp_S");
     bringToFront(field);
@@ -456,7 +436,7 @@ void TstShowDetailDlg::enterOpensNothing()
 void TstShowDetailDlg::closingWritesNothing()
 {
     const QStringList files = storedFiles();
-    OpenView view(fullRecord());
+    OpenDetailView view(fullRecord());
     int clicked = 0;
     changesByClicks(view.dialog, clicked);
     view.dialog.close();

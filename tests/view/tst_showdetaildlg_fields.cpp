@@ -1,6 +1,5 @@
 #include "support/Installation.h"
-#include "view/ShowDetailDlg.h"
-#include "view/ViewPlayer.h"
+#include "view/OpenViews.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -30,6 +29,7 @@ private slots:
     void comboShowsTheAuthenticationType_data();
     void comboShowsTheAuthenticationType();
     void comboListsBothAuthenticationTypes();
+    void comboIsNamedAfterItsBox();
 
     void reauthTimesTenShowsTheTwoCharacters();
     void gatewaysStandInTheirOrderWithTheDefaultMarked();
@@ -55,21 +55,10 @@ private slots:
 
 namespace {
 
-class OpenView
+bool isEnabled(const OpenDetailView& view, const char* name)
 {
-public:
-    explicit OpenView(CustomInfo info) : dialog(nullptr)
-    {
-        dialog.onInitDialog(info);
-        dialog.show();
-    }
-
-    QString field(const char* name) const { return child<QLineEdit>(dialog, name)->text(); }
-    bool isOn(const char* name) const { return child<QAbstractButton>(dialog, name)->isChecked(); }
-    bool isEnabled(const char* name) const { return child<QWidget>(dialog, name)->isEnabled(); }
-
-    ShowDetailDlg dialog;
-};
+    return child<QWidget>(view.dialog, name)->isEnabled();
+}
 
 CustomInfo with(Setter set)
 {
@@ -249,12 +238,12 @@ void TstShowDetailDlgFields::fieldShowsItsText()
 {
     QFETCH(Setter, set);
     QFETCH(QByteArray, field);
-    QTEST(OpenView(with(set)).field(field.constData()), "text");
+    QTEST(OpenDetailView(with(set)).field(field.constData()), "text");
 }
 
 void TstShowDetailDlgFields::fieldIsShownFromItsStart()
 {
-    const OpenView view(with([](CustomInfo& info) { info.gui.subTitle = QString(500, QLatin1Char('x')); }));
+    const OpenDetailView view(with([](CustomInfo& info) { info.gui.subTitle = QString(500, QLatin1Char('x')); }));
     QCOMPARE(child<QLineEdit>(view.dialog, "lineEdit_Title")->cursorPosition(), 0);
 }
 
@@ -297,7 +286,7 @@ void TstShowDetailDlgFields::boxShowsItsFlag()
     QFETCH(QByteArray, box);
     CustomInfo info = bareRecord();
     set(info);
-    const OpenView view(info);
+    const OpenDetailView view(info);
     QStringList ticked;
     for (const QCheckBox* each : view.dialog.findChildren<QCheckBox*>()) {
         if (each->isChecked())
@@ -319,7 +308,7 @@ void TstShowDetailDlgFields::flagOfAnyValueButZeroIsSet()
 {
     QFETCH(Setter, set);
     QFETCH(QByteArray, box);
-    QVERIFY(OpenView(with(set)).isOn(box.constData()));
+    QVERIFY(OpenDetailView(with(set)).isOn(box.constData()));
 }
 
 void TstShowDetailDlgFields::comboShowsTheAuthenticationType_data()
@@ -338,17 +327,17 @@ void TstShowDetailDlgFields::comboShowsTheAuthenticationType()
     CustomInfo info = fullRecord();
     info.x1.advancedAuthType = type;
     info.portal.advancedAuthType = 1 - type;
-    const OpenView x1(info);
+    const OpenDetailView x1(info);
     QCOMPARE(child<QComboBox>(x1.dialog, "comboBox_1xAdvancedAuth")->currentText(), text);
     info.x1.advancedAuthType = 1 - type;
     info.portal.advancedAuthType = type;
-    const OpenView portal(info);
+    const OpenDetailView portal(info);
     QCOMPARE(child<QComboBox>(portal.dialog, "comboBox_PortalAdvancedAuth")->currentText(), text);
 }
 
 void TstShowDetailDlgFields::comboListsBothAuthenticationTypes()
 {
-    const OpenView view(fullRecord());
+    const OpenDetailView view(fullRecord());
     for (const char* name : {"comboBox_1xAdvancedAuth", "comboBox_PortalAdvancedAuth"}) {
         const auto* combo = child<QComboBox>(view.dialog, name);
         QCOMPARE(combo->count(), 2);
@@ -357,9 +346,16 @@ void TstShowDetailDlgFields::comboListsBothAuthenticationTypes()
     }
 }
 
+void TstShowDetailDlgFields::comboIsNamedAfterItsBox()
+{
+    const OpenDetailView view(fullRecord());
+    for (const char* name : {"comboBox_1xAdvancedAuth", "comboBox_PortalAdvancedAuth"})
+        QCOMPARE(child<QComboBox>(view.dialog, name)->accessibleName(), QStringLiteral("[chk_HighAuth]"));
+}
+
 void TstShowDetailDlgFields::reauthTimesTenShowsTheTwoCharacters()
 {
-    const OpenView view(with([](CustomInfo& info) { info.x1.reauthTimes = 10; }));
+    const OpenDetailView view(with([](CustomInfo& info) { info.x1.reauthTimes = 10; }));
     QCOMPARE(view.field("lineEdit_RetryTimes"), QStringLiteral("%n"));
 }
 
@@ -370,7 +366,7 @@ void TstShowDetailDlgFields::gatewaysStandInTheirOrderWithTheDefaultMarked()
                           {0, QStringLiteral("alfa"), QStringLiteral("vpn.example.com"), QStringLiteral("8443")},
                           {0, QString(), QStringLiteral("10.0.0.1"), QString()}};
     info.sslvpn.defaultAddress = 2;
-    const OpenView view(info);
+    const OpenDetailView view(info);
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     QStringList rows;
     for (int row = 0; row < tree->topLevelItemCount(); ++row) {
@@ -386,7 +382,7 @@ void TstShowDetailDlgFields::gatewaysStandInTheirOrderWithTheDefaultMarked()
 
 void TstShowDetailDlgFields::noGatewayIsMarkedWithoutDefault()
 {
-    const OpenView view(with([](CustomInfo& info) { info.sslvpn.defaultAddress = 0; }));
+    const OpenDetailView view(with([](CustomInfo& info) { info.sslvpn.defaultAddress = 0; }));
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     QCOMPARE(tree->topLevelItemCount(), 3);
     QVERIFY(tree->findItems(QStringLiteral("DEFAULTNAME"), Qt::MatchContains, 1).isEmpty());
@@ -396,7 +392,7 @@ void TstShowDetailDlgFields::wholeTextOfAGatewayIsItsToolTip()
 {
     CustomInfo info = fullRecord();
     info.sslvpn.remote[0].iPDes = QStringLiteral("<b>R&D</b>");
-    const OpenView view(info);
+    const OpenDetailView view(info);
     const QString toolTip = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP")->topLevelItem(0)->toolTip(1);
     QTextDocument document;
     document.setHtml(toolTip);
@@ -406,7 +402,7 @@ void TstShowDetailDlgFields::wholeTextOfAGatewayIsItsToolTip()
 
 void TstShowDetailDlgFields::secondLnsIsLeftOutWhenItEqualsTheFirst()
 {
-    const OpenView view(with([](CustomInfo& info) {
+    const OpenDetailView view(with([](CustomInfo& info) {
         info.vpn.basecfg.LNSIP = QStringLiteral("lns.example");
         info.vpn.basecfg.LNSIPSecond = QStringLiteral("lns.example");
     }));
@@ -416,7 +412,7 @@ void TstShowDetailDlgFields::secondLnsIsLeftOutWhenItEqualsTheFirst()
 
 void TstShowDetailDlgFields::secondLnsThatDiffersInCaseIsShown()
 {
-    const OpenView view(with([](CustomInfo& info) {
+    const OpenDetailView view(with([](CustomInfo& info) {
         info.vpn.basecfg.LNSIP = QStringLiteral("lns.example");
         info.vpn.basecfg.LNSIPSecond = QStringLiteral("LNS.example");
     }));
@@ -442,62 +438,63 @@ void TstShowDetailDlgFields::ipsecChoosesWhatIsEnabled()
     CustomInfo info = fullRecord();
     info.vpn.basecfg.useIPSEC = useIPSEC;
     info.vpn.ikecfg.IKEAuthMethod = method;
-    const OpenView view(info);
+    const OpenDetailView view(info);
     QCOMPARE(view.isOn("checkBox_EnableIpSec_S"), useIPSEC != 0);
     for (const char* name :
          {"radioButton_useLNS_S", "radioButton_useOtherLNS_S", "label_AuthMethod_S", "lineEdit_authMethod_S"})
-        QTEST(view.isEnabled(name), "choice");
+        QTEST(isEnabled(view, name), "choice");
     for (const char* name : {"label_Authenticator_S", "lineEdit_preshareKey_S"})
-        QTEST(view.isEnabled(name), "key");
+        QTEST(isEnabled(view, name), "key");
 }
 
 void TstShowDetailDlgFields::withoutIpsecTheKeyStaysEmpty()
 {
-    const OpenView view(with([](CustomInfo& info) { info.vpn.basecfg.useIPSEC = 0; }));
+    const OpenDetailView view(with([](CustomInfo& info) { info.vpn.basecfg.useIPSEC = 0; }));
     QCOMPARE(view.field("lineEdit_preshareKey_S"), QString());
 }
 
 void TstShowDetailDlgFields::nameOfTheMethodCountsWithItsCase()
 {
-    const OpenView view(with([](CustomInfo& info) { info.vpn.ikecfg.IKEAuthMethod = QStringLiteral("ca-windows"); }));
+    const OpenDetailView view(
+        with([](CustomInfo& info) { info.vpn.ikecfg.IKEAuthMethod = QStringLiteral("ca-windows"); }));
     QCOMPARE(view.field("lineEdit_authMethod_S"), QStringLiteral("[VUI_BASEComboMethod1]"));
-    QVERIFY(view.isEnabled("lineEdit_preshareKey_S"));
+    QVERIFY(isEnabled(view, "lineEdit_preshareKey_S"));
 }
 
 void TstShowDetailDlgFields::otherServerIsShownOnlyWhenItIsUsed()
 {
-    const OpenView lns(with([](CustomInfo& info) { info.vpn.basecfg.LNSAsIPSECServer = 1; }));
+    const OpenDetailView lns(with([](CustomInfo& info) { info.vpn.basecfg.LNSAsIPSECServer = 1; }));
     QVERIFY(lns.isOn("radioButton_useLNS_S"));
     QCOMPARE(lns.field("lineEdit_IPSECServerIP_S"), QString());
-    QVERIFY(!lns.isEnabled("lineEdit_IPSECServerIP_S"));
-    QVERIFY(!lns.isEnabled("label_IPSECServerIP_S"));
+    QVERIFY(!isEnabled(lns, "lineEdit_IPSECServerIP_S"));
+    QVERIFY(!isEnabled(lns, "label_IPSECServerIP_S"));
 
-    const OpenView other(with([](CustomInfo& info) { info.vpn.basecfg.LNSAsIPSECServer = 0; }));
+    const OpenDetailView other(with([](CustomInfo& info) { info.vpn.basecfg.LNSAsIPSECServer = 0; }));
     QVERIFY(other.isOn("radioButton_useOtherLNS_S"));
     QCOMPARE(other.field("lineEdit_IPSECServerIP_S"), fullRecord().vpn.basecfg.otherIPSECServer);
-    QVERIFY(other.isEnabled("lineEdit_IPSECServerIP_S"));
-    QVERIFY(other.isEnabled("label_IPSECServerIP_S"));
+    QVERIFY(isEnabled(other, "lineEdit_IPSECServerIP_S"));
+    QVERIFY(isEnabled(other, "label_IPSECServerIP_S"));
 }
 
 void TstShowDetailDlgFields::serverChoiceDoesNotDependOnIpsec()
 {
-    const OpenView view(with([](CustomInfo& info) {
+    const OpenDetailView view(with([](CustomInfo& info) {
         info.vpn.basecfg.useIPSEC = 0;
         info.vpn.basecfg.LNSAsIPSECServer = 0;
     }));
     QVERIFY(view.isOn("radioButton_useOtherLNS_S"));
-    QVERIFY(view.isEnabled("lineEdit_IPSECServerIP_S"));
+    QVERIFY(isEnabled(view, "lineEdit_IPSECServerIP_S"));
     QCOMPARE(view.field("lineEdit_IPSECServerIP_S"), fullRecord().vpn.basecfg.otherIPSECServer);
 }
 
 void TstShowDetailDlgFields::zoaTabWithoutZoaIsEmptyAndDisabled()
 {
-    const OpenView view(with([](CustomInfo& info) { info.zoa.useZOA = 0; }));
+    const OpenDetailView view(with([](CustomInfo& info) { info.zoa.useZOA = 0; }));
     QVERIFY(!view.isOn("checkBox_UseZoa_S"));
     for (const char* name :
          {"lineEdit_ZOAIp_S", "lineEdit_ZOAport_S", "lineEdit_standby_ZOAIp_S", "lineEdit_standby_ZOAport_S"}) {
         QCOMPARE(view.field(name), QString());
-        QVERIFY(!view.isEnabled(name));
+        QVERIFY(!isEnabled(view, name));
     }
 }
 
@@ -508,12 +505,12 @@ void TstShowDetailDlgFields::zoaTabWithZoaIsEnabled()
         CustomInfo info = fullRecord();
         info.common.procomVal = procomVal;
         info.zoa.useZOA = 2;
-        const OpenView view(info);
+        const OpenDetailView view(info);
         QVERIFY(view.isOn("checkBox_UseZoa_S"));
         for (const char* name :
              {"lineEdit_ZOAIp_S", "lineEdit_ZOAport_S", "lineEdit_standby_ZOAIp_S", "lineEdit_standby_ZOAport_S"}) {
             QVERIFY(!view.field(name).isEmpty());
-            QVERIFY(view.isEnabled(name));
+            QVERIFY(isEnabled(view, name));
         }
     }
 }
@@ -523,11 +520,11 @@ void TstShowDetailDlgFields::iconsAreScaledIntoTheirLabels()
     CustomInfo info = fullRecord();
     info.gui.linuxDeskIconPath = picture("square.png", QSize(256, 256));
     info.gui.macosDeskIconPath = picture("wide.png", QSize(400, 100));
-    info.gui.mainIconPath = picture("small.png", QSize(16, 16));
-    const OpenView view(info);
+    info.gui.mainIconPath = picture("small.png", QSize(4, 16));
+    const OpenDetailView view(info);
     QCOMPARE(shownSize(view.dialog, "label_deskIcon_Linux"), QSize(32, 32));
     QCOMPARE(shownSize(view.dialog, "label_deskIcon_MacOs"), QSize(40, 10));
-    QCOMPARE(shownSize(view.dialog, "label_MainIcon"), QSize(32, 32));
+    QCOMPARE(shownSize(view.dialog, "label_MainIcon"), QSize(8, 32));
     for (const char* name : {"label_deskIcon_Linux", "label_MainIcon"}) {
         const auto* label = child<QLabel>(view.dialog, name);
         bringToFront(label);
@@ -544,7 +541,7 @@ void TstShowDetailDlgFields::iconThatCannotBeLoadedLeavesItsLabelEmpty()
     installation::writeFile(installation::path(QStringLiteral("broken.png")), "no picture");
     info.gui.macosDeskIconPath = installation::path(QStringLiteral("broken.png"));
     info.gui.mainIconPath.clear();
-    const OpenView view(info);
+    const OpenDetailView view(info);
     for (const char* name : {"label_deskIcon_Linux", "label_deskIcon_MacOs", "label_MainIcon"}) {
         QVERIFY(shownSize(view.dialog, name).isEmpty());
         QCOMPARE(child<QLabel>(view.dialog, name)->text(), QString());
@@ -555,7 +552,7 @@ void TstShowDetailDlgFields::macOsIconIsNeverVisible()
 {
     CustomInfo info = fullRecord();
     info.gui.macosDeskIconPath = picture("mac.png", QSize(32, 32));
-    const OpenView view(info);
+    const OpenDetailView view(info);
     bringToFront(child<QLabel>(view.dialog, "label_MainIcon"));
     QVERIFY(child<QLabel>(view.dialog, "label_MainIcon_P")->isVisible());
     QVERIFY(child<QLabel>(view.dialog, "label_deckIcon_LP")->isVisible());
@@ -568,7 +565,7 @@ void TstShowDetailDlgFields::componentThatIsNotChosenIsNotFilled()
     CustomInfo info = fullRecord();
     info.common.procomVal = 0;
     info.common.funcomVal = 0;
-    const OpenView view(info);
+    const OpenDetailView view(info);
     for (const QLineEdit* field : view.dialog.findChildren<QLineEdit*>()) {
         if (field->objectName() != QLatin1String("lineEdit_Title"))
             QCOMPARE(field->objectName() + field->text(), field->objectName());

@@ -1043,25 +1043,27 @@ void TstClientSections::utf8TextIsThatOfTheLocalCodec()
 {
     // Under another locale than one with UTF-8 the utf8 texts change, the others do not.
     const LocaleCodec codec(s_latin1);
-    CustomInfo record;
-    record.common.cusAddInfo = QStringLiteral("é");
-    record.domain.domaindetail = {{QStringLiteral("é"), QStringLiteral("ü")}};
-    record.zoa.ZOAIP = QStringLiteral("é");
-    record.gui.subTitle = QStringLiteral("é");
-    record.kef.kefIP = QStringLiteral("é");
+    CustomInfo record = distinctRecord();
+    BasicFunctionInfo& function = record.function;
+    GUIOptionsInfo& gui = record.gui;
+    for (QString* text :
+         {&record.common.cusTimeString, &record.common.cusAddInfo, &function.msgAuthServIP,
+          &function.wanControlEscapePyxIp, &function.wanControlEscapePyxPort, &function.wanControlEscapeDns,
+          &function.wanControlEscapePyxIpBackup, &gui.subTitle, &gui.linuxDeskIconName, &gui.macosDeskName,
+          &gui.mainIconName, &record.kef.kefIP, &record.kef.kefPort, &record.zoa.ZOAIP, &record.zoa.ZOAPORT,
+          &record.zoa.standbyZOAIP, &record.zoa.standbyZOAPORT})
+        *text = QStringLiteral("é");
+    record.domain.domaindetail = {{QStringLiteral("é"), QStringLiteral("é")}};
     const QByteArray document = written([&](CustomXmlParser& parser) {
-        parser.FormatXMLCommonInfo(record.common);
-        parser.FormatXMLDomainInfo(record.domain);
-        parser.FormatXMLGUIInfo(record.gui);
-        parser.FormatXMLZOAInfo(record.zoa);
-        parser.FormatXMLKefInfo(record.kef);
+        for (const Section& section : sections)
+            section.format(parser, record);
     });
-    QVERIFY(document.contains("<cusAddInfo>é</cusAddInfo>"));
-    QVERIFY(document.contains("<subTitle>é</subTitle>"));
-    QVERIFY(document.contains("<kefIP>é</kefIP>"));
-    QVERIFY(document.contains("<domainName>Ã©</domainName>"));
-    QVERIFY(document.contains("<domainDesp>Ã¼</domainDesp>"));
-    QVERIFY(document.contains("<ZOAIP>Ã©</ZOAIP>"));
+    for (const char* name : {"cusTimeString", "cusAddInfo", "msgAuthServIP", "wanControlEscapePyxIp",
+                             "wanControlEscapePyxPort", "wanControlEscapeDns", "wanControlEscapePyxIpBackup",
+                             "subTitle", "linuxDeskIconName", "macosDeskName", "mainIconName", "kefIP", "kefPort"})
+        QVERIFY2(document.contains(element(name, "é")), name);
+    for (const char* name : {"domainName", "domainDesp", "ZOAIP", "ZOAPORT", "standbyZOAIP", "standbyZOAPORT"})
+        QVERIFY2(document.contains(element(name, "Ã©")), name);
     CustomInfo read;
     CustomXmlParser parser;
     parser.GetXMLDomainInfo(documentPath(), read.domain);

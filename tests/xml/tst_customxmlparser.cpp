@@ -95,6 +95,7 @@ private slots:
 
     void documentWithoutSectionsIsTheFrameAlone();
     void newFrameDropsTheFormerSections();
+    void newFrameDropsTheFormerText();
     void frameLeavesContentAsTheCurrentElement();
     void sectionsStandInTheOrderOfTheCalls();
     void documentWithoutKefEndsWithVpnroute();
@@ -158,6 +159,16 @@ void TstCustomXmlParser::newFrameDropsTheFormerSections()
     const QByteArray document = installation::readFile(documentPath());
     QCOMPARE(sectionsIn(document), QStringList(QStringLiteral("kef")));
     QCOMPARE(document.count("<?xml"), 1);
+}
+
+void TstCustomXmlParser::newFrameDropsTheFormerText()
+{
+    OpenXmlParser parser;
+    parser.FormatXMLInit();
+    parser.FormatXMLCommonInfo(CommonInfo());
+    QVERIFY(!parser.m_qstrXML.isEmpty());
+    parser.FormatFoundXML();
+    QVERIFY(parser.m_qstrXML.isEmpty());
 }
 
 void TstCustomXmlParser::frameLeavesContentAsTheCurrentElement()

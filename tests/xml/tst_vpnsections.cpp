@@ -758,19 +758,68 @@ void TstVpnSections::textsOfTheVpnPassThroughTheLocalCodec()
 {
     const LocaleCodec codec(s_latin1);
     CustomInfo record;
-    record.vpn.basecfg.LNSIP = record.vpn.l2tpcfg.L2TPTunnelName = QStringLiteral("é");
-    record.vpn.ipseccfg.IPSECSALifetime = record.vpn.ikecfg.IKELocalName = QStringLiteral("é");
-    record.sslvpn.authType = record.sslvpn.authDefaultType = QStringLiteral("é");
+    IPSECVPNBASECFG& base = record.vpn.basecfg;
+    L2TPCFG& l2tp = record.vpn.l2tpcfg;
+    IPSECCFG& ipsec = record.vpn.ipseccfg;
+    IKECFG& ike = record.vpn.ikecfg;
+    for (QString* text : {&base.LNSIP,
+                          &base.LNSIPSecond,
+                          &base.otherIPSECServer,
+                          &l2tp.L2TPTunnelName,
+                          &l2tp.L2TPAuthMode,
+                          &l2tp.L2TPHelloInterval,
+                          &ipsec.IPSECEncapsulationMode,
+                          &ipsec.IPSECSALifetime,
+                          &ipsec.IPSECSecurityProto,
+                          &ipsec.IPSECESPAuthAlgorithm,
+                          &ipsec.IPSECESPEncryption,
+                          &ipsec.IPSECAHAuthAlgorithm,
+                          &ike.IKENegotiationMode,
+                          &ike.IKEIDType,
+                          &ike.IKEAuthMethod,
+                          &ike.IKEncryption,
+                          &ike.IKEAuthAlgorithm,
+                          &ike.IKEDiffeHellman,
+                          &ike.IKEISAKMPLifetime,
+                          &ike.IKELocalName,
+                          &ike.IKERemoteName,
+                          &ike.IKESendInterval,
+                          &ike.IKERecvPacketTimeOut,
+                          &record.sslvpn.authType,
+                          &record.sslvpn.authDefaultType})
+        *text = QStringLiteral("é");
     SSLVPNRemoteInfo gateway;
-    gateway.iPDes = QStringLiteral("é");
+    gateway.ip = gateway.port = gateway.iPDes = QStringLiteral("é");
     record.sslvpn.remote.append(gateway);
     const QByteArray document = written([&](CustomXmlParser& parser) {
         parser.FormatXMLSslVpnInfo(record.sslvpn);
         parser.FormatIpseVpnInfo(record.vpn);
     });
-    for (const char* name : {"LNSIP", "L2TPTunnelName", "IPSECSALifetime", "IKELocalName"})
+    for (const char* name : {"LNSIP",
+                             "LNSIPSecond",
+                             "otherIPSECServer",
+                             "L2TPTunnelName",
+                             "L2TPAuthMode",
+                             "L2TPHelloInterval",
+                             "IPSECEncapsulationMode",
+                             "IPSECSALifetime",
+                             "IPSECSecurityProto",
+                             "IPSECESPAuthAlgorithm",
+                             "IPSECESPEncryption",
+                             "IPSECAHAuthAlgorithm",
+                             "IKENegotiationMode",
+                             "IKEIDType",
+                             "IKEAuthMethod",
+                             "IKEncryption",
+                             "IKEAuthAlgorithm",
+                             "IKEDiffeHellman",
+                             "IKEISAKMPLifetime",
+                             "IKELocalName",
+                             "IKERemoteName",
+                             "IKESendInterval",
+                             "IKERecvPacketTimeOut"})
         QVERIFY2(document.contains(element(name, "Ã©")), name);
-    for (const char* name : {"iPDes", "authType", "authDefaultType"})
+    for (const char* name : {"ip", "port", "iPDes", "authType", "authDefaultType"})
         QVERIFY2(document.contains(element(name, "é")), name);
     CustomInfo read;
     CustomXmlParser parser;

@@ -1,0 +1,282 @@
+#include "app/LangText.h"
+#include "common/CustomInfoVerify.h"
+#include "common/ProcessPath.h"
+#include "mainwindow/CommitPlay.h"
+#include "pack/FinishDlg.h"
+#include "pack/WorkThread.h"
+#include "support/CommandRecorder.h"
+#include "support/DistinctRecord.h"
+#include "support/StoredCustomisation.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<bool> s_isLost{false}; // the worker does not find the directory of the executable
+pthread_t s_main;
+
+/// While it lives no file can grow beyond the size, as on a full disk; what exists stays as it is.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t size)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        m_handler = signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {size, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_before = {};
+    void (*m_handler)(int) = SIG_DFL;
+};
+
+/// Makes a document that fits as it is, and that a remark of 120 characters makes too long.
+void fillUp(CustomInfo& record)
+{
+    record.gui.subTitle.clear();
+    const int rest = int(uiCustomInfoLen) - documentOf(record).size() - 60;
+    record.gui.subTitle = QString(rest, QLatin1Char('x'));
+}
+
+} // namespace
+
+// Stands before the C library's, by another name here, since its header may define this one inline.
+extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
+
+extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size)
+{
+    using Readlink = ssize_t (*)(const char*, char*, size_t);
+    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
+    if (s_isLost && !pthread_equal(pthread_self(), s_main)) {
+        errno = EACCES;
+        return -1;
+    }
+    return real(path, buffer, size);
+}
+
+// Where a commit stops, and what it goes on through.
+class TstOrvexManagerFailures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { s_main = pthread_self(); }
+    void init()
+    {
+        prepareInstallation();
+        frozenTime = commitMoment;
+    }
+    void cleanup()
+    {
+        frozenTime = 0;
+        s_isLost = false;
+    }
+
+    void cancelChangesNothing();
+    void withoutAccessComponentsTheCommitStopsButTheRemarkStays();
+    void anUnwritableWorkingDirectoryIsTold();
+    void anOversizedDocumentIsToldAndNothingIsStored();
+    void iconsStayInTheWorkingDirectoryAfterARefusal();
+    void afterARefusalTheNextFinishWorks();
+    void aFailedGeneratorIsFollowedByHistoryAndReportAllTheSame();
+    void missingTemplatesAreFollowedByHistoryAndReportAllTheSame();
+    void aCustomisationThatCannotBeCopiedIsListedUntilTheNextStart();
+    void aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart();
+};
+
+void TstOrvexManagerFailures::cancelChangesNothing()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    const CustomInfo before = window.record();
+    const CommandRecorder recorder;
+    ModalScript script;
+    script.expect<FinishDlg>([](FinishDlg& dialog) {
+        child<QLineEdit>(dialog, "lineEdit_addinfo")->setText(QStringLiteral("typed"));
+        pressCancel(dialog);
+    });
+    press(window, "toolButton_finish");
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(recorder.commands(), QByteArrayList());
+    QCOMPARE(differences(window.record(), before), QStringList());
+    QVERIFY(!QDir(inWorking()).exists());
+}
+
+void TstOrvexManagerFailures::withoutAccessComponentsTheCommitStopsButTheRemarkStays()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    installation::writeFile(inWorking(QStringLiteral("old.xml")), "earlier");
+    setTicked(window, "checkBox_8021xPro", false);
+    setTicked(window, "checkBox_portalPro", false);
+    setTicked(window, "checkBox_zoafunc", false);
+    const CommandRecorder recorder;
+    ShownBox shown;
+    QCOMPARE(commitInVain(window, shown, QStringLiteral("kept")), QStringList());
+    QVERIFY(isWarning(shown, window, "SelProtocolPls"));
+    QCOMPARE(window.record().common.cusAddInfo, QStringLiteral("kept"));
+    QCOMPARE(window.record().common.procomVal, quint64(0));
+    // The functions are not counted any more, and no time is taken.
+    QCOMPARE(window.record().common.funcomVal, quint64(1));
+    QCOMPARE(window.record().common.cusTimeStamp, quint64(0));
+    QCOMPARE(installation::namesIn(inWorking()), QStringList{QStringLiteral("old.xml")});
+    QCOMPARE(recorder.commands(), QByteArrayList());
+    QVERIFY(window.history().isEmpty());
+}
+
+void TstOrvexManagerFailures::anUnwritableWorkingDirectoryIsTold()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    // A plain file where the directory should stand keeps the document from being written, for root as well.
+    installation::writeFile(installation::path(QStringLiteral("custom")), "in the way");
+    ShownBox shown;
+    QCOMPARE(commitInVain(window, shown, QStringLiteral("kept")), QStringList());
+    QVERIFY(isWarning(shown, window, "GenVrfFailed"));
+    QVERIFY(window.history().isEmpty());
+    QVERIFY(!QDir(inStored()).exists());
+    QCOMPARE(window.record().common.cusTimeStamp, quint64(commitMoment));
+    QCOMPARE(window.record().common.cusTimeString, QString::fromLatin1(commitMomentText));
+    QCOMPARE(window.record().common.cusAddInfo, QStringLiteral("kept"));
+    QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->count(), 1);
+}
+
+void TstOrvexManagerFailures::anOversizedDocumentIsToldAndNothingIsStored()
+{
+    CustomInfo stored = storedRecord(1600000000, QStringLiteral("2020-09-13 20:26:40"), QString());
+    fillUp(stored);
+    storeCustomisation(installation::root(), stored);
+    OrvexManager window(nullptr);
+    window.show();
+    QCOMPARE(window.history().size(), 1);
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    const QStringList before = installation::describeTree(inHistory());
+    ShownBox shown;
+    QCOMPARE(commitInVain(window, shown, QString(120, QLatin1Char('y'))), QStringList());
+    QVERIFY(isWarning(shown, window, "GenVrfFailed"));
+    QCOMPARE(installation::describeTree(inHistory()), before);
+    QCOMPARE(window.history().size(), 1);
+    QVERIFY(installation::readFile(inWorking(QStringLiteral("OrvexCustom.xml"))).size() > int(uiCustomInfoLen));
+    QCOMPARE(window.record().gui.subTitle, stored.gui.subTitle);
+}
+
+void TstOrvexManagerFailures::iconsStayInTheWorkingDirectoryAfterARefusal()
+{
+    CustomInfo stored = storedRecord(1600000000, QStringLiteral("2020-09-13 20:26:40"), QString());
+    stored.gui.mainIconPath = QStringLiteral("a");
+    fillUp(stored);
+    storeCustomisation(installation::root(), stored);
+    installation::writeFile(inHistory(QStringLiteral("1600000000/MainIcon.ico")), "main icon");
+    OrvexManager window(nullptr);
+    window.show();
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    ShownBox shown;
+    QCOMPARE(commitInVain(window, shown, QString(120, QLatin1Char('y'))), QStringList());
+    QVERIFY(isWarning(shown, window, "GenVrfFailed"));
+    QCOMPARE(installation::readFile(inWorking(QStringLiteral("MainIcon.ico"))), QByteArray("main icon"));
+    QVERIFY(QFile::exists(inWorking(QStringLiteral("OrvexCustom.xml"))));
+    QVERIFY(!QFile::exists(inWorking(QStringLiteral("OrvexCustomXml.vrf"))));
+}
+
+void TstOrvexManagerFailures::afterARefusalTheNextFinishWorks()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    installation::writeFile(installation::path(QStringLiteral("custom")), "in the way");
+    ShownBox shown;
+    QCOMPARE(commitInVain(window, shown), QStringList());
+    QVERIFY(isWarning(shown, window, "GenVrfFailed"));
+    QVERIFY(QFile::remove(installation::path(QStringLiteral("custom"))));
+    frozenTime = commitMoment + 5;
+    QCOMPARE(commit(window), QStringList());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(window.history().first().cusTimeStamp, quint64(commitMoment + 5));
+}
+
+void TstOrvexManagerFailures::aFailedGeneratorIsFollowedByHistoryAndReportAllTheSame()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    s_isLost = true;
+    QCOMPARE(commit(window, QStringLiteral("remark"), PackageSetup), QStringList());
+    s_isLost = false;
+    QVERIFY(!QDir(installation::path(QStringLiteral("OrvexSetup"))).exists());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(installation::namesIn(inStored()), documentFiles());
+    QCOMPARE(window.record().common.cusTimeStamp, quint64(0));
+}
+
+void TstOrvexManagerFailures::missingTemplatesAreFollowedByHistoryAndReportAllTheSame()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    QCOMPARE(commit(window, QStringLiteral("remark"), PackageSetup), QStringList());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(installation::namesIn(inStored()), documentFiles());
+}
+
+void TstOrvexManagerFailures::aCustomisationThatCannotBeCopiedIsListedUntilTheNextStart()
+{
+    // A plain file in the place of the directory keeps the copy from being made, for root as well.
+    installation::writeFile(inStored().chopped(1), "in the way");
+    {
+        OrvexManager window(nullptr);
+        window.show();
+        QCOMPARE(commit(window), QStringList());
+        QCOMPARE(window.history().size(), 1);
+        QCOMPARE(shownTimes(window), QStringList{QString::fromLatin1(commitMomentText)});
+    }
+    QCOMPARE(installation::readFile(inStored().chopped(1)), QByteArray("in the way"));
+    const OrvexManager nextStart(nullptr);
+    QVERIFY(nextStart.history().isEmpty());
+}
+
+void TstOrvexManagerFailures::aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart()
+{
+    storeRow(1600000000, "2020-09-13 20:26:40", "old");
+    const QStringList before = installation::describeTree(inHistory(QStringLiteral("1600000000")));
+    {
+        OrvexManager window(nullptr);
+        window.show();
+        QStringList complaints;
+        {
+            const FullDisk disk(0);
+            complaints = commit(window);
+        }
+        QCOMPARE(complaints, QStringList());
+        QCOMPARE(window.history().size(), 2);
+        QCOMPARE(installation::readFile(inWorking(QStringLiteral("OrvexCustom.xml"))), QByteArray());
+        // What is not there is noticed when it is chosen.
+        child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+        QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->currentIndex(), 0);
+    }
+    QCOMPARE(installation::describeTree(inHistory(QStringLiteral("1600000000"))), before);
+    const OrvexManager nextStart(nullptr);
+    QCOMPARE(shownTimes(nextStart), QStringList{QStringLiteral("2020-09-13 20:26:40")});
+}
+
+int main(int argc, char** argv)
+{
+    return playTest<TstOrvexManagerFailures>(argc, argv);
+}
+
+#include "tst_orvexmanager_failures.moc"

@@ -1,0 +1,327 @@
+#include "advanced/CustomAdvProperty.h"
+#include "common/CustomInfoLoad.h"
+#include "mainwindow/MainWindowFixture.h"
+#include "mainwindow/tst_sweep_rows.h"
+#include "pack/CustomCompleteDlg.h"
+#include "pack/FinishDlg.h"
+#include "pack/PackingWait.h"
+#include "support/DistinctRecord.h"
+#include "support/StoredCustomisation.h"
+#include "vpn/QVPNAdvProperty.h"
+
+#include <QComboBox>
+#include <QRegularExpression>
+
+#include <memory>
+
+using namespace sweep;
+
+namespace {
+
+/// How the windows of a visit end.
+using End = void (*)(QWidget& dialog, const char* buttonBox);
+
+void nothing(QWidget&, ModalScript&)
+{
+}
+
+/// Opens the window of this place, plays the step there and ends what is open.
+QStringList visit(OrvexManager& window, Place place, const Step& step, End end)
+{
+    ModalScript script;
+    const char* opener = "toolButton_adv";
+    switch (place) {
+    case Place::Page:
+        step(window, script);
+        return script.complaints();
+    case Place::Advanced:
+        script.expect<CustomAdvProperty>([&](CustomAdvProperty& dialog) {
+            step(dialog, script);
+            end(dialog, "buttonBox_adv");
+        });
+        break;
+    case Place::Vpn:
+        script.expect<CustomAdvProperty>([&](CustomAdvProperty& dialog) {
+            script.expect<QVPNAdvProperty>([&](QVPNAdvProperty& vpn) {
+                step(vpn, script);
+                end(vpn, "buttonBox");
+            });
+            pressIn(dialog, "pushButton_Adv");
+            end(dialog, "buttonBox_adv");
+        });
+        break;
+    case Place::Finish:
+        opener = "toolButton_finish";
+        script.expect<FinishDlg>([&](FinishDlg& dialog) {
+            step(dialog, script);
+            end(dialog, "buttonBox");
+        });
+        if (end == pressOk) {
+            script.expect<CustomCompleteDlg>([](CustomCompleteDlg& report) { press(report, "pushButton_exit"); });
+            script.tolerate<PackingWait>();
+        }
+    }
+    press(window, opener);
+    return script.complaints();
+}
+
+CustomInfo load(qint64 stamp)
+{
+    const QString path = installation::path(QStringLiteral("UpdateCustom/%1/OrvexCustom.xml").arg(stamp));
+    CustomInfo record;
+    utl_LoadCustomInfo(path.toLocal8Bit().constData(), record);
+    return record;
+}
+
+/// Takes the stored customisation of this time as the starting point.
+void takeOver(const OrvexManager& window, const char* time)
+{
+    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
+    combo->setCurrentIndex(combo->findText(QString::fromLatin1(time), Qt::MatchStartsWith));
+}
+
+CustomInfo changed(CustomInfo record, const Changes& changes)
+{
+    for (const Change& change : changes)
+        change(record);
+    return record;
+}
+
+/// A base customisation, stored and chosen in a fresh main window.
+class Session
+{
+public:
+    explicit Session(const Changes& changes)
+    {
+        prepareInstallation();
+        const CustomInfo record = changed(baseRecord(), changes);
+        storeCustomisation(installation::root(), record);
+        if (!record.gui.macosDeskIconPath.isEmpty())
+            installation::writeFile(record.gui.macosDeskIconPath, "an icon");
+        base = load(baseStamp);
+        m_window = std::make_unique<OrvexManager>(nullptr);
+        m_window->show();
+        takeOver(*m_window, baseTime);
+    }
+
+    CustomInfo base;        // as the document holds it
+    CustomInfo stored;      // what the commit has stored
+    QStringList complaints; // of all windows
+
+    const OrvexManager& window() const { return *m_window; }
+
+    /// Plays the step in its window, and Ok everywhere; commits and chooses what was stored.
+    void set(Place place, const Step& step)
+    {
+        if (place == Place::Page)
+            complaints += visit(*m_window, Place::Page, step, pressOk);
+        complaints += visit(*m_window, place == Place::Vpn ? Place::Vpn : Place::Advanced,
+                            place == Place::Vpn || place == Place::Advanced ? step : nothing, pressOk);
+        commit(place == Place::Finish ? step : nothing);
+        takeOver(*m_window, newTime);
+    }
+
+    /// Opens the window anew and cancels it.
+    QString read(const Row& row)
+    {
+        QString value;
+        complaints += visit(
+            *m_window, row.place, [&](QWidget& window, ModalScript&) { value = shownBy(window, row.shown); },
+            pressCancel);
+        return value;
+    }
+
+private:
+    void commit(const Step& step)
+    {
+        frozenTime = newStamp;
+        complaints += visit(*m_window, Place::Finish, step, pressOk);
+        stored = load(newStamp);
+    }
+
+    std::unique_ptr<OrvexManager> m_window;
+};
+
+const QStringList& alwaysChanging()
+{
+    static const QStringList names = {QStringLiteral("common.cusTimeStamp"), QStringLiteral("common.cusTimeString")};
+    return names;
+}
+
+/// What a commit of the base makes of it, with the changes of a row.
+CustomInfo expectedRecord(const CustomInfo& base, const Changes& changes)
+{
+    CustomInfo record = changed(base, changes);
+    record.common.cusTimeStamp = newStamp;
+    record.common.cusTimeString = QString::fromLatin1(newTime);
+    return record;
+}
+
+QStringList sorted(QStringList names)
+{
+    names.sort();
+    return names;
+}
+
+/// The defaults, with as many empty rows in each list as the other record has.
+CustomInfo defaultsLike(const CustomInfo& other)
+{
+    CustomInfo record;
+    record.sslvpn.remote.resize(other.sslvpn.remote.size());
+    record.vpnRoutes.resize(other.vpnRoutes.size());
+    while (record.domain.domaindetail.size() < other.domain.domaindetail.size())
+        record.domain.domaindetail.append(DomainDetail());
+    return record;
+}
+
+/// Each name once, whatever the rows of the lists.
+QStringList plain(QStringList names)
+{
+    names.replaceInStrings(QRegularExpression(QStringLiteral("\\[\\d+\\]")), QStringLiteral("[]"));
+    names.removeDuplicates();
+    return sorted(names);
+}
+
+} // namespace
+
+class TstSweep : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { frozenTime = 0; }
+
+    void okEverywhereAndFinishChangeNothing();
+    void eachFieldComesThrough_data();
+    void eachFieldComesThrough();
+    void aFixedFieldIsSetByNoWindow_data();
+    void aFixedFieldIsSetByNoWindow();
+    void withoutItsTabTheZoaFlagSurvives();
+    void theListOfIkeAlgorithmsHasNoEffect();
+    void everyValueOfTheTableTells();
+    void tableAndListNameEveryFieldOnce();
+};
+
+void TstSweep::okEverywhereAndFinishChangeNothing()
+{
+    Session session({});
+    QCOMPARE(differences(session.base, baseRecord()), QStringList());
+    QCOMPARE(differences(session.window().record(), session.base), QStringList());
+    session.set(Place::Vpn, nothing);
+    QCOMPARE(session.complaints, QStringList());
+    QCOMPARE(sorted(differences(session.stored, session.base)), sorted(alwaysChanging()));
+    QCOMPARE(differences(session.stored, expectedRecord(session.base, {})), QStringList());
+}
+
+void TstSweep::eachFieldComesThrough_data()
+{
+    QTest::addColumn<int>("index");
+    const QVector<Row> table = rows();
+    for (int index = 0; index < table.size(); ++index)
+        QTest::newRow(table.at(index).name().toUtf8().constData()) << index;
+}
+
+void TstSweep::eachFieldComesThrough()
+{
+    QFETCH(int, index);
+    const Row row = rows().at(index);
+    Session session(row.base);
+    QString before;
+    session.set(row.place, [&](QWidget& window, ModalScript& script) {
+        before = shownBy(window, row.shown);
+        row.set(window, script);
+    });
+    QCOMPARE(session.complaints, QStringList());
+
+    const CustomInfo expected = expectedRecord(session.base, row.outcome);
+    QCOMPARE(differences(session.stored, expected), QStringList());
+    QCOMPARE(sorted(differences(session.stored, session.base)), sorted(alwaysChanging() + row.along << row.field));
+
+    QCOMPARE(differences(session.window().record(), expected), QStringList());
+    QCOMPARE(session.read(row), row.shown.value);
+    QCOMPARE(before != row.shown.value, row.isShownAlone);
+    QCOMPARE(session.complaints, QStringList());
+}
+
+void TstSweep::aFixedFieldIsSetByNoWindow_data()
+{
+    QTest::addColumn<int>("index");
+    const QVector<FixedField> fields = fixedFields();
+    for (int index = 0; index < fields.size(); ++index) {
+        const QString name = fields.at(index).field + QLatin1String(": ") + QLatin1String(fields.at(index).why);
+        QTest::newRow(name.toUtf8().constData()) << index;
+    }
+}
+
+void TstSweep::aFixedFieldIsSetByNoWindow()
+{
+    QFETCH(int, index);
+    const FixedField field = fixedFields().at(index);
+    QVERIFY(differences(changed(baseRecord(), field.base), defaultsLike(baseRecord())).contains(field.field));
+    Session session(field.base);
+    session.set(Place::Vpn, nothing);
+    QCOMPARE(session.complaints, QStringList());
+    QCOMPARE(differences(session.stored, expectedRecord(session.base, field.outcome)), QStringList());
+}
+
+void TstSweep::withoutItsTabTheZoaFlagSurvives()
+{
+    const Change withoutZoa = [](CustomInfo& record) {
+        record.common.procomVal = 31;
+        record.common.funcomVal = 4;
+        record.zoa.useZOA = 801;
+    };
+    Session session({withoutZoa});
+    session.set(Place::Vpn, nothing);
+    QCOMPARE(session.complaints, QStringList());
+    QCOMPARE(session.stored.zoa.useZOA, quint64(801));
+    QCOMPARE(differences(session.stored, expectedRecord(session.base, {})), QStringList());
+}
+
+void TstSweep::theListOfIkeAlgorithmsHasNoEffect()
+{
+    Session session({});
+    QCOMPARE(session.base.vpn.ikecfg.IKEAuthAlgorithm, QStringLiteral("SHA"));
+    QString shown;
+    session.set(Place::Vpn, [&](QWidget& window, ModalScript&) {
+        const Control md5 = combo("comboBox_IkeAuth", 0);
+        operate(window, md5);
+        shown = shownBy(window, md5);
+    });
+    QCOMPARE(session.complaints, QStringList());
+    QCOMPARE(shown, QStringLiteral("0"));
+    QCOMPARE(differences(session.stored, expectedRecord(session.base, {})), QStringList());
+}
+
+void TstSweep::everyValueOfTheTableTells()
+{
+    for (const Row& row : rows()) {
+        const CustomInfo base = changed(baseRecord(), row.base);
+        const CustomInfo result = changed(base, row.outcome);
+        QVERIFY2(differences(result, base).contains(row.field), qPrintable(row.name()));
+        QVERIFY2(row.field.endsWith(QLatin1String(".size")) ||
+                     differences(result, defaultsLike(result)).contains(row.field),
+                 qPrintable(row.name()));
+    }
+}
+
+void TstSweep::tableAndListNameEveryFieldOnce()
+{
+    const CustomInfo distinct = distinctRecord();
+    const QStringList all = differences(distinct, CustomInfo()) + differences(distinct, defaultsLike(distinct));
+    QStringList settable;
+    for (const Row& row : rows())
+        settable.append(row.field);
+    QStringList fixed;
+    for (const FixedField& field : fixedFields())
+        fixed.append(field.field);
+    QCOMPARE(plain(plain(settable) + plain(fixed)), plain(all));
+    QCOMPARE(plain(settable).size() + plain(fixed).size(), plain(all).size());
+}
+
+int main(int argc, char** argv)
+{
+    return playTest<TstSweep>(argc, argv);
+}
+
+#include "tst_sweep.moc"
