@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QShowEvent>
 #include <QStyle>
+#include <QTabBar>
 
 namespace {
 
@@ -198,7 +199,10 @@ void CustomAdvProperty::showEvent(QShowEvent* event)
 {
     if (!event->spontaneous()) {
         const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-        resize(size().boundedTo(screen()->availableSize() - QSize(frame, 2 * frame)));
+        // With all components the titles of the tabs are wider than the form.
+        const QMargins margins = layout()->contentsMargins();
+        const int tabs = ui.tabWidget->tabBar()->sizeHint().width() + margins.left() + margins.right() + frame;
+        resize(size().expandedTo(QSize(tabs, 0)).boundedTo(screen()->availableSize() - QSize(frame, 2 * frame)));
     }
     QDialog::showEvent(event);
 }

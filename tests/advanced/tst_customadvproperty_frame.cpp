@@ -152,6 +152,7 @@ private slots:
     void ticksOfTheProgramRunNoSlot();
     void childrenReachRecordAndGateways();
     void dialogStaysWithinTheScreen();
+    void dialogIsAsWideAsItsTabs();
     void focusRunsFromTopToBottom();
     void labelsAreBuddiesOfTheirFields();
 };
@@ -638,7 +639,7 @@ void TstCustomAdvPropertyFrame::childrenReachRecordAndGateways()
 
 void TstCustomAdvPropertyFrame::dialogStaysWithinTheScreen()
 {
-    OpenDialog open(recordFor(63, 5));
+    OpenDialog open(recordFor(2, 0));
     const QRect screen = open.dialog.screen()->availableGeometry();
     QVERIFY(screen.contains(open.dialog.frameGeometry()));
     const int frame = open.dialog.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &open.dialog);
@@ -648,6 +649,16 @@ void TstCustomAdvPropertyFrame::dialogStaysWithinTheScreen()
     // The dialog shrinks further than any screen of today.
     QVERIFY(open.dialog.minimumSizeHint().height() < 500);
     QVERIFY(open.dialog.minimumSizeHint().width() < 700);
+}
+
+void TstCustomAdvPropertyFrame::dialogIsAsWideAsItsTabs()
+{
+    OpenDialog open(recordFor(63, 5));
+    QVERIFY(open.dialog.screen()->availableGeometry().contains(open.dialog.frameGeometry()));
+    const QTabBar* tabs = open.widget<QTabWidget>("tabWidget")->tabBar();
+    QCOMPARE(tabs->count(), 8);
+    QVERIFY(open.dialog.width() >= 726);
+    QVERIFY(tabs->tabRect(7).right() < tabs->width());
 }
 
 void TstCustomAdvPropertyFrame::focusRunsFromTopToBottom()

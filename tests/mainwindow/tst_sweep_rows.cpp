@@ -725,14 +725,20 @@ void addKef(Table& table)
 /// The value of the base survives.
 template <class At, class Value> FixedField survivor(const char* field, At at, Value base, const char* why)
 {
-    return {QString::fromLatin1(field), why, {assign(at, base)}, {}};
+    return {QString::fromLatin1(field), why, {assign(at, base)}, {}, true};
 }
 
 /// @param result  what becomes of the value of the base
 template <class At, class Value>
 FixedField overwritten(const char* field, At at, Value base, Value result, const char* why)
 {
-    return {QString::fromLatin1(field), why, {assign(at, base)}, {assign(at, result)}};
+    return {QString::fromLatin1(field), why, {assign(at, base)}, {assign(at, result)}, true};
+}
+
+/// The value of the base is gone as soon as it is stored.
+template <class At, class Value> FixedField unstored(const char* field, At at, Value base)
+{
+    return {QString::fromLatin1(field), "not in the document", {assign(at, base)}, {}, false};
 }
 
 } // namespace
@@ -877,8 +883,8 @@ QVector<FixedField> fixedFields()
         overwritten(FIELD(common.cusTimeStamp), baseStamp, newStamp, "the clock of the commit"),
         overwritten(FIELD(common.cusTimeString), baseTime, newTime, "the clock of the commit"),
         overwritten(FIELD(common.areaKey), 1, 0, "the brand byte of the program"),
-        overwritten(FIELD(sslvpn.remote[1].remoteSlot), 401, 0, "not in the document"),
-        overwritten(FIELD(domain.domainSlot), 501, 0, "not in the document"),
+        unstored(FIELD(sslvpn.remote[1].remoteSlot), 401),
+        unstored(FIELD(domain.domainSlot), 501),
         overwritten(FIELD(gui.macosDeskIconPath), storedIcon("DeskIconMacos.icns", baseStamp),
                     storedIcon("DeskIconMacos.icns"), "its row is hidden; the path is that of the copy"),
         survivor(FIELD(gui.linuxDeskIconName), "接入客户端", "no widget"),

@@ -87,6 +87,7 @@ struct FixedField
     const char* why;
     Changes base;    // gives it a telling value
     Changes outcome; // empty: the value survives
+    bool isInDocument = true;
 };
 
 /// To be called once the language is loaded: some controls show its texts.

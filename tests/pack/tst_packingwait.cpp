@@ -344,6 +344,7 @@ void TstPackingWait::windowClosesWhenTheWorkIsDone()
     QFETCH(const QStringList, keys);
     PackingWait window(static_cast<unsigned long>(mask), s_stamp, nullptr);
     ModalScript limit;
+    limit.expect<PackingWait>([](PackingWait&) {});
     QCOMPARE(window.exec(), int(QDialog::Accepted));
     QStringList lines;
     for (const QString& key : keys)
@@ -357,6 +358,7 @@ void TstPackingWait::windowClosesAfterAFailureAsWell()
     s_isLost = true;
     PackingWait window(5, s_stamp, nullptr);
     ModalScript limit;
+    limit.expect<PackingWait>([](PackingWait&) {});
     QCOMPARE(window.exec(), int(QDialog::Accepted));
     QCOMPARE(shownLines(window), linesOf({"gensetupBegin", "gensetupFaild", "gencusupdBegin", "gencusupdFailed"}));
     QCOMPARE(m_recorder->commands(), QByteArrayList());
@@ -372,6 +374,7 @@ void TstPackingWait::workerIsWatchedLineByLine()
         isOpenAtStep.append(window.isVisible());
     });
     ModalScript limit;
+    limit.expect<PackingWait>([](PackingWait&) {});
     QCOMPARE(window.exec(), int(QDialog::Accepted));
     QCOMPARE(steps, QStringList({linesOf({"gensetupBegin"}), linesOf({"gensetupBegin", "gensetupSucc"})}));
     QCOMPARE(isOpenAtStep, QList<bool>({true, true}));
