@@ -88,8 +88,10 @@ inline void setColumns(QTreeWidget* tree, const QStringList& titles, const QVect
 inline void addTreeRow(QTreeWidget* tree, const QStringList& cells)
 {
     auto* row = new QTreeWidgetItem(tree, cells);
-    for (int column = 0; column < cells.size(); ++column)
-        row->setToolTip(column, Qt::convertFromPlainText(cells.at(column)));
+    for (int column = 0; column < cells.size(); ++column) {
+        if (!cells.at(column).isEmpty())
+            row->setToolTip(column, Qt::convertFromPlainText(cells.at(column)));
+    }
 }
 
 template <class Form, class Rows> void setBoxTexts(const Form& ui, const Rows& rows)

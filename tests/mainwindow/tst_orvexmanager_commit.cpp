@@ -37,6 +37,7 @@ private slots:
     void theWorkingDirectoryMayBeALink();
     void directoriesAndCopyAreToldOnTheDebugOutput();
     void theWindowsBelongToTheMainWindow();
+    void theProgressWindowComesBetweenVerificationAndHistory();
     void theSectionsComeInTheirOrder();
     void theDocumentIsTheRecordAsItStands();
     void functionComponentsMayBeNone();
@@ -170,6 +171,45 @@ void TstOrvexManagerCommit::theWindowsBelongToTheMainWindow()
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(parents, (QList<QObject*>{&window, &window}));
     QVERIFY(window.findChildren<QDialog*>().isEmpty());
+}
+
+void TstOrvexManagerCommit::theProgressWindowComesBetweenVerificationAndHistory()
+{
+    class Watcher : public QObject
+    {
+    public:
+        explicit Watcher(const OrvexManager& window) : m_window(window) {}
+        int shows = 0;
+        bool isChild = false;
+        QStringList working;
+        int rows = -1;
+        bool isStored = true;
+        bool eventFilter(QObject* object, QEvent* event) override
+        {
+            const PackingWait* wait = qobject_cast<PackingWait*>(object);
+            if (wait && event->type() == QEvent::Show) {
+                ++shows;
+                isChild = wait->parent() == &m_window;
+                working = installation::namesIn(inWorking());
+                rows = m_window.history().size();
+                isStored = QDir(inStored()).exists();
+            }
+            return false;
+        }
+
+    private:
+        const OrvexManager& m_window;
+    };
+    OrvexManager window(nullptr);
+    window.show();
+    Watcher watcher(window);
+    qApp->installEventFilter(&watcher);
+    QCOMPARE(commit(window), QStringList());
+    QCOMPARE(watcher.shows, 1);
+    QVERIFY(watcher.isChild);
+    QCOMPARE(watcher.working, documentFiles());
+    QCOMPARE(watcher.rows, 0);
+    QVERIFY(!watcher.isStored);
 }
 
 void TstOrvexManagerCommit::theSectionsComeInTheirOrder()

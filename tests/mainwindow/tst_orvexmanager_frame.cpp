@@ -50,6 +50,7 @@ private slots:
     void init() { prepareInstallation(); }
 
     void standsAsTheFormSays();
+    void theSelectorKeepsBothItsMinimumAndItsSmallerMaximum();
     void menusHoldTheirEntriesInOrder();
     void theLanguageMenuTicksTheLanguageInUse();
     void theWyBrandHasASingleLanguageEntryThatIsTicked();
@@ -90,8 +91,6 @@ void TstOrvexManagerFrame::standsAsTheFormSays()
     QCOMPARE(selector->iconSize(), QSize(96, 84));
     QCOMPARE(selector->movement(), QListView::Static);
     QCOMPARE(selector->spacing(), 12);
-    QCOMPARE(selector->minimumWidth(), 170);
-    QCOMPARE(selector->maximumWidth(), 128);
     QCOMPARE(selector->font().pointSize(), 10);
     QVERIFY(selector->font().bold());
     for (int row = 0; row < 2; ++row) {
@@ -104,6 +103,18 @@ void TstOrvexManagerFrame::standsAsTheFormSays()
     const QStackedWidget* pages = child<QStackedWidget>(window, "stackedWidget");
     QCOMPARE(pages->widget(0)->objectName(), QStringLiteral("clientCustom"));
     QCOMPARE(pages->widget(1)->objectName(), QStringLiteral("historyCustom"));
+}
+
+void TstOrvexManagerFrame::theSelectorKeepsBothItsMinimumAndItsSmallerMaximum()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    const QListWidget* selector = child<QListWidget>(window, "listWidget");
+    QCOMPARE(selector->minimumWidth(), 170);
+    QCOMPARE(selector->maximumWidth(), 128);
+    // Its entries stay in sight all the same.
+    for (int row = 0; row < 2; ++row)
+        QVERIFY(selector->viewport()->rect().contains(selector->visualItemRect(selector->item(row)).center()));
 }
 
 void TstOrvexManagerFrame::menusHoldTheirEntriesInOrder()

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QScopedPointer>
+#include <QSet>
 #include <QTextEdit>
 #include <QVBoxLayout>
 #include <QtTest>
@@ -125,16 +126,23 @@ int held()
     return s_held;
 }
 
-/// A thread bears the name of its class.
+/// The threads of this process, but for those that Qt keeps for work of its own.
+QSet<QString> threads()
+{
+    const QDir all(QStringLiteral("/proc/self/task"));
+    QSet<QString> own;
+    for (const QString& thread : all.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (!installation::readFile(all.filePath(thread + QLatin1String("/comm"))).startsWith("Thread (pooled"))
+            own.insert(thread);
+    }
+    return own;
+}
+
+QSet<QString> s_otherThreads; // those that were there before the test
+
 int workers()
 {
-    int count = 0;
-    const QDir threads(QStringLiteral("/proc/self/task"));
-    for (const QString& thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (installation::readFile(threads.filePath(thread + QLatin1String("/comm"))) == "WorkThread\n")
-            ++count;
-    }
-    return count;
+    return (threads() - s_otherThreads).size();
 }
 
 template <class Widget> Widget* child(const QWidget& window, const char* name)
@@ -193,6 +201,7 @@ void TstPackingWait::init()
     installation::clear();
     QVERIFY(QDir().mkpath(path(QStringLiteral("Log"))));
     m_recorder.reset(new CommandRecorder(CommandRecorder::RecordOnly));
+    s_otherThreads = threads();
 }
 
 void TstPackingWait::cleanup()

@@ -392,8 +392,11 @@ void TstShowDetailDlgFields::wholeTextOfAGatewayIsItsToolTip()
 {
     CustomInfo info = fullRecord();
     info.sslvpn.remote[0].iPDes = QStringLiteral("<b>R&D</b>");
+    info.sslvpn.remote[0].port.clear();
     const OpenDetailView view(info);
-    const QString toolTip = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP")->topLevelItem(0)->toolTip(1);
+    const QTreeWidgetItem* row = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP")->topLevelItem(0);
+    const QString toolTip = row->toolTip(1);
+    QCOMPARE(row->toolTip(3), QString());
     QTextDocument document;
     document.setHtml(toolTip);
     QVERIFY(Qt::mightBeRichText(toolTip));
