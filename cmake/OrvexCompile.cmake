@@ -2,6 +2,7 @@
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 add_compile_options(-Wall -Wextra -Wformat=2 -Wshadow)
 if(ORVEX_WARNINGS_AS_ERRORS)

@@ -1,5 +1,6 @@
 #include "pack/CustomCompleteDlg.h"
 
+#include "app/FitToTexts.h"
 #include "app/LangText.h"
 #include "app/WarningBox.h"
 #include "common/Log.h"
@@ -79,6 +80,7 @@ void CustomCompleteDlg::initalDialog(int mask, bool showSuccessLine)
     ui.label_customSuccHint->setText(langText(successKeys[mask & (PackageSetup | PackageUpdate | PackageCusUpd)]));
     if (!showSuccessLine)
         ui.label_customSuccHint->hide();
+    fitToTexts(*this);
 }
 
 void CustomCompleteDlg::onViewSetup()

@@ -1,5 +1,6 @@
 #include "pack/FinishDlg.h"
 
+#include "app/FitToTexts.h"
 #include "app/LangText.h"
 #include "pack/WorkThread.h"
 #include "xml/CustomInfo.h"
@@ -23,6 +24,8 @@ FinishDlg::FinishDlg(QWidget* parent) : QDialog(parent)
     ui.label_cusCusUpd->setText(langText("GenCusUpdHint"));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
+
+    fitToTexts(*this);
 
     connect(ui.buttonBox, &QDialogButtonBox::accepted, this, &FinishDlg::showCompleteDlg);
     connect(ui.buttonBox, &QDialogButtonBox::rejected, this, &FinishDlg::reject);
