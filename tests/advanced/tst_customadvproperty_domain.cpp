@@ -109,6 +109,7 @@ private slots:
     void cancelledEditChangesNothing();
     void editFindsTheFirstEntryWithTheDescription();
     void editedDefaultOfARowMovesTheEntryFound();
+    void defaultRuleLooksAtTheRowNotAtTheEntryFound();
     void rowIsDeletedAndTheOthersRenumbered();
     void deletedFirstRowLeavesNoDefault_data();
     void deletedFirstRowLeavesNoDefault();
@@ -559,6 +560,18 @@ void TstCustomAdvPropertyDomain::editedDefaultOfARowMovesTheEntryFound()
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|edited").arg(withDefault("E")),
                                               QStringLiteral("2|d1|one"), QStringLiteral("3|d3|two")}));
+}
+
+void TstCustomAdvPropertyDomain::defaultRuleLooksAtTheRowNotAtTheEntryFound()
+{
+    CustomInfo before = startWith(3, 1);
+    before.domain.domaindetail[2].domainDesp = QStringLiteral("one");
+    OpenDialog open(before);
+    editDomain(open, 2, QStringLiteral("E"), QStringLiteral("edited"), false);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.dialog.domainInfo.domainDefault, quint64(1));
+    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|edited").arg(withDefault("E")),
+                                              QStringLiteral("2|d2|two"), QStringLiteral("3|d3|one")}));
 }
 
 void TstCustomAdvPropertyDomain::rowIsDeletedAndTheOthersRenumbered()

@@ -132,6 +132,7 @@ private slots:
     void tabsFollowEveryMask();
     void portalAloneShowsThreeTabs();
     void zoaFunctionWith8021xShowsFiveTabsInOrder();
+    void loadingGoesToTheFirstTab();
     void okWithoutEditsChangesNothing();
     void okWithoutEditsAndWithoutTabsTouchesOnlyTheL2tpFields();
     void absentSslVpnTabAndDomainTabAreUntouched();
@@ -294,6 +295,15 @@ void TstCustomAdvPropertyFrame::zoaFunctionWith8021xShowsFiveTabsInOrder()
 {
     OpenDialog open(recordFor(procom::x1, funcom::zoa));
     QCOMPARE(open.tabs(), words("tab_func tab_8021x tab_Zoa tab_Gui tab_domain"));
+}
+
+void TstCustomAdvPropertyFrame::loadingGoesToTheFirstTab()
+{
+    CustomInfo info = recordFor(63, 5);
+    CustomAdvProperty dialog(nullptr);
+    child<QTabWidget>(dialog, "tabWidget")->setCurrentIndex(6);
+    dialog.initalDialog(&info);
+    QCOMPARE(child<QTabWidget>(dialog, "tabWidget")->currentIndex(), 0);
 }
 
 void TstCustomAdvPropertyFrame::okWithoutEditsChangesNothing()

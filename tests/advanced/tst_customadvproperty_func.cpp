@@ -86,6 +86,7 @@ private slots:
     void cancelledEscapeIsOff();
     void escapeUntickedKeepsItsServers();
     void wanControlUntickedBesideEscapeIsStoredAsOff();
+    void okStoresAnUntickedWanControlAsOff();
     void badDnsAddressMovesTheFocusToTheBackup();
     void passwordIsStored();
     void extendedPasswordIsStored();
@@ -563,6 +564,17 @@ void TstCustomAdvPropertyFunc::wanControlUntickedBesideEscapeIsStoredAsOff()
     QVERIFY(!open.isOpen());
     QCOMPARE(open.info.function.wanControl, 0u);
     QCOMPARE(open.info.function.wanControlEscape, 1u);
+}
+
+// Also when no click has written it before.
+void TstCustomAdvPropertyFunc::okStoresAnUntickedWanControlAsOff()
+{
+    OpenDialog open(startWith([](BasicFunctionInfo& function) { function.wanControl = 2; }));
+    open.widget<QAbstractButton>("checkBox_Wancontrol")->setChecked(false);
+    QCOMPARE(open.info.function.wanControl, 2u);
+    open.pressOk();
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.info.function.wanControl, 0u);
 }
 
 void TstCustomAdvPropertyFunc::badDnsAddressMovesTheFocusToTheBackup()

@@ -85,6 +85,7 @@ private slots:
     void radiusAloneForbidsTheCertificate_data();
     void radiusAloneForbidsTheCertificate();
     void radiusTickedAsTheOnlyTypeForbidsTheCertificate();
+    void radiusBesideAnotherTypeLeavesTheCertificate();
     void radiusUntickedFreesTheCertificate();
     void typeTickedFreesTheCertificate();
     void modeListGoesOnListingTheCertificate();
@@ -108,6 +109,7 @@ private slots:
     void typesAreStored();
     void modesAreStored_data();
     void modesAreStored();
+    void untickedTypesAndModesAreStored();
     void retriesAreStored_data();
     void retriesAreStored();
     void refusedOkLeavesTheWorkingDataAlone();
@@ -405,6 +407,17 @@ void TstCustomAdvPropertySslVpn::radiusTickedAsTheOnlyTypeForbidsTheCertificate(
     QCOMPARE(beside.dialog.authModeCount, 3);
 }
 
+void TstCustomAdvPropertySslVpn::radiusBesideAnotherTypeLeavesTheCertificate()
+{
+    OpenDialog open(startWith());
+    open.clickOn("checkBox_Local");
+    open.clickOn("checkBox_LDAP");
+    QCOMPARE(open.dialog.authTypeCount, 2);
+    QVERIFY(open.isOn("checkBox_Cert"));
+    QVERIFY(open.isEnabled("checkBox_Cert"));
+    QCOMPARE(open.dialog.authModeCount, 3);
+}
+
 void TstCustomAdvPropertySslVpn::radiusUntickedFreesTheCertificate()
 {
     OpenDialog open(startWithMasks(8, "RADIUS", 3));
@@ -685,6 +698,19 @@ void TstCustomAdvPropertySslVpn::modesAreStored()
     QVERIFY(!open.isOpen());
     QCOMPARE(open.info.sslvpn.authMode, quint64(mask));
     QCOMPARE(open.info.sslvpn.authDefaultMode, quint64(defaultMode));
+}
+
+void TstCustomAdvPropertySslVpn::untickedTypesAndModesAreStored()
+{
+    OpenDialog open(startWith());
+    open.tick("checkBox_AD", false);
+    open.tick("checkBox_PwdCert", false);
+    open.pressOk();
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(changes(startWith(), open.info), words("sslvpn.authMode sslvpn.ulAuthType sslvpn.authType"));
+    QCOMPARE(open.info.sslvpn.authMode, quint64(5));
+    QCOMPARE(open.info.sslvpn.ulAuthType, quint64(13));
+    QCOMPARE(open.info.sslvpn.authType, QStringLiteral("Local;LDAP;RADIUS"));
 }
 
 void TstCustomAdvPropertySslVpn::retriesAreStored_data()

@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -23,6 +22,7 @@ int programMain(int argc, char** argv);
 
 namespace {
 
+bool s_isProgram = false;
 QByteArray s_play; // not empty: this process is the program, and plays this
 
 void tell(const char* what, const QString& value)
@@ -43,11 +43,10 @@ extern "C" int toldSetrlimit(int resource, const rlimit* limit) __asm__("setrlim
 
 extern "C" int toldSetrlimit(int resource, const rlimit* limit)
 {
-    using Setrlimit = int (*)(int, const rlimit*);
-    static const Setrlimit real = reinterpret_cast<Setrlimit>(dlsym(RTLD_NEXT, "setrlimit"));
-    if (!s_play.isEmpty() && resource == RLIMIT_NOFILE)
+    // The sanitizers call this before any object of this file is built, so it looks at a plain flag first.
+    if (s_isProgram && resource == RLIMIT_NOFILE)
         tell("log when the limit is raised", QDir(installation::path(QStringLiteral("Log"))).exists());
-    return real(resource, limit);
+    return prlimit(0, static_cast<__rlimit_resource>(resource), limit, nullptr);
 }
 
 namespace {
@@ -308,6 +307,7 @@ int main(int argc, char** argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "play") == 0) {
         s_play = argv[2];
+        s_isProgram = !s_play.isEmpty();
         return programMain(argc, argv);
     }
     QCoreApplication application(argc, argv);
