@@ -39,11 +39,13 @@ void tell(const char* what, qint64 value)
 } // namespace
 
 // Stands before the C library's, by another name here, since its header gives the first argument a type of its own.
-extern "C" int toldSetrlimit(int resource, const rlimit* limit) __asm__("setrlimit");
+// The sanitizers call it before they are ready themselves, so it is not instrumented.
+extern "C" __attribute__((no_sanitize_address, no_sanitize_undefined)) int toldSetrlimit(int resource,
+                                                                                         const rlimit* limit)
+    __asm__("setrlimit");
 
 extern "C" int toldSetrlimit(int resource, const rlimit* limit)
 {
-    // The sanitizers call this before any object of this file is built, so it looks at a plain flag first.
     if (s_isProgram && resource == RLIMIT_NOFILE)
         tell("log when the limit is raised", QDir(installation::path(QStringLiteral("Log"))).exists());
     return prlimit(0, static_cast<__rlimit_resource>(resource), limit, nullptr);
