@@ -1,5 +1,6 @@
 #include "app/myapplication.h"
 
+#include "app/DocumentCharacters.h"
 #include "app/WarningBox.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
@@ -39,6 +40,7 @@ QString processDirectoryText()
 CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv)
 {
     logX(4, "HI__________M");
+    installEventFilter(new DocumentCharacterFilter(this));
     setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
     const QString serverName = applicationName();
     m_pTranslator = new QTranslator(this);

@@ -5,6 +5,7 @@
 #include "xml/CustomInfo.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -33,6 +34,7 @@ private slots:
     void remarkHas120CharactersAtMost_data();
     void remarkHas120CharactersAtMost();
     void typedRemarkEndsAt120Characters();
+    void pastedRemarkKeepsToTheCharactersOfADocument();
     void okAnswersTheMaskOfTheBoxes_data();
     void okAnswersTheMaskOfTheBoxes();
     void maskIsAddedToNotAssigned();
@@ -278,6 +280,17 @@ void TstFinishDlg::typedRemarkEndsAt120Characters()
     FinishDlg window(nullptr);
     type(remark(window), QString(119, QLatin1Char('a')) + QStringLiteral("bc"));
     QCOMPARE(remark(window)->text(), QString(119, QLatin1Char('a')) + QLatin1Char('b'));
+}
+
+void TstFinishDlg::pastedRemarkKeepsToTheCharactersOfADocument()
+{
+    CustomInfo info;
+    FinishDlg window(nullptr);
+    window.initalDialog(&info);
+    window.show();
+    QApplication::clipboard()->setText(QStringLiteral("Beijing\u0001\noffice"));
+    remark(window)->paste();
+    QCOMPARE(remark(window)->text(), QStringLiteral("Beijing office"));
 }
 
 void TstFinishDlg::okAnswersTheMaskOfTheBoxes_data()
