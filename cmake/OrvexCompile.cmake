@@ -1,4 +1,5 @@
 # Compiler and linker settings for every target of the project.
+include(CheckLinkerFlag)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -20,7 +21,15 @@ else()
     add_link_options(-Wl,-z,relro -Wl,-z,now)
 endif()
 
+# There are many tests to link, and gold takes a quarter of the time.
+check_linker_flag(CXX -fuse-ld=gold HAVE_GOLD)
+if(HAVE_GOLD)
+    add_link_options(-fuse-ld=gold)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # A precompiled header is taken from the cache only with these; see ccache's manual, "Precompiled headers".
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()
