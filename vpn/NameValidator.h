@@ -4,9 +4,9 @@
 
 /// Takes tunnel and gateway names: at least one character, and only those that the pattern's class lists.
 ///
-/// The bare `]` in the printed pattern closes the class early, QRegExp cannot compile what follows, and a plain
-/// QRegExpValidator would then refuse every key stroke. So the pattern is kept as it is printed, and the answer is
-/// given by the characters that it lists.
+/// The bare `]` in the pattern closes the class early, QRegExp cannot compile what follows, and a plain
+/// QRegExpValidator would then refuse every key stroke. Contract: the pattern stays letter for letter as it is, and the
+/// answer is given by the characters that it lists.
 class NameValidator : public QRegExpValidator
 {
     Q_OBJECT

@@ -75,8 +75,7 @@ void QVPNAdvProperty::setIPsecInit()
         forceEspInTunnel();
     }
 
-    if (ipsec.IPSECPFS == 0)
-        enablePfs(false);
+    enablePfs(false);
     for (int index = 0; index < static_cast<int>(std::size(options::pfsGroups)); ++index) {
         if (ipsec.IPSECPFS == options::pfsGroups[index].value) {
             ui.checkBox_UsePFS->setChecked(true);
@@ -152,7 +151,7 @@ void QVPNAdvProperty::OnUseNATChk()
         ui.comboBox_EncapMode->setEnabled(info->vpn.basecfg.LNSAsIPSECServer == 1);
 }
 
-/// What NAT traversal can carry.
+/// NAT traversal goes with ESP in tunnel mode only: locks protocol and encapsulation there.
 void QVPNAdvProperty::forceEspInTunnel()
 {
     ui.comboBox_IpsecProto->setEnabled(false);

@@ -70,6 +70,8 @@ private slots:
     void natAtOpeningWithoutNamesIsRefusedAtTheLocalName();
     void natReminderComesLastAndTakesBackNothing_data();
     void natReminderComesLastAndTakesBackNothing();
+    void natReminderFollowsTheBoxAlsoWhenTheIpsecPageIsRefused();
+    void ahBoxDecidesAlsoWhenTheIpsecPageIsRefused();
     void natReminderIsSilentWithBothNames();
     void keepAliveIsLoaded_data();
     void keepAliveIsLoaded();
@@ -459,6 +461,7 @@ void TstQVPNAdvPropertyIke::natReminderComesLastAndTakesBackNothing()
         1);
     QCOMPARE(session.complaints, QStringList());
     compareWarning(session.boxes.value(0), "VUI_AdvancedSettings", "VUI_InputLocalPeerName");
+    QVERIFY(!session.focus.contains(QStringLiteral("Name")));
     QCOMPARE(session.result, int(QDialog::Accepted));
     const QStringList expected = {
         QStringLiteral("IPSECUseNatTranversal: 0 -> 1"),
@@ -467,6 +470,38 @@ void TstQVPNAdvPropertyIke::natReminderComesLastAndTakesBackNothing()
         QStringLiteral("IKEPort: 500 -> 501"),
     };
     QCOMPARE(changes(info, session.info), expected);
+}
+
+void TstQVPNAdvPropertyIke::natReminderFollowsTheBoxAlsoWhenTheIpsecPageIsRefused()
+{
+    const Session session = pressOkAfter(
+        CustomInfo(),
+        [](QVPNAdvProperty& dialog) {
+            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+            clickOn(dialog, "checkBox_UseNAT");
+        },
+        2);
+    QCOMPARE(session.complaints, QStringList());
+    compareWarning(session.boxes.value(0), "VUI_AdvancedSettings", "VUI_InputValidPLS");
+    compareWarning(session.boxes.value(1), "VUI_AdvancedSettings", "VUI_InputLocalPeerName");
+    QCOMPARE(session.info.vpn.ipseccfg.IPSECUseNatTranversal, quint64(0));
+    QCOMPARE(changes(CustomInfo(), session.info), QStringList(QStringLiteral("IKEAuthAlgorithm: SHA -> MD5")));
+}
+
+void TstQVPNAdvPropertyIke::ahBoxDecidesAlsoWhenTheIpsecPageIsRefused()
+{
+    CustomInfo info = tellingRecord();
+    info.vpn.ikecfg.IKEAuthAlgorithm = QStringLiteral("MD5");
+    info.vpn.ipseccfg.IPSECAHAuthAlgorithm = QStringLiteral("MD5");
+    const Session session = pressOkAfter(
+        info,
+        [](QVPNAdvProperty& dialog) {
+            choose(dialog, "comboBox_AH_Auth", 1);
+            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+        },
+        1);
+    QCOMPARE(session.complaints, QStringList());
+    QCOMPARE(changes(info, session.info), QStringList(QStringLiteral("IKEAuthAlgorithm: MD5 -> SHA")));
 }
 
 void TstQVPNAdvPropertyIke::natReminderIsSilentWithBothNames()
@@ -728,6 +763,7 @@ void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt_data()
     const QString local = QStringLiteral("IKELocalName: local-a -> new local");
     const QString interval = QStringLiteral("IKESendInterval: 33 -> 101");
     const QString timeOut = QStringLiteral("IKERecvPacketTimeOut: 44 -> 102");
+    const QString algorithm = QStringLiteral("IKEAuthAlgorithm: MD5 -> SHA");
     const QString encryption = QStringLiteral("IKEncryption: 3DES-CBC -> DES-CBC");
     QTest::newRow("lifetime") << QByteArray("lineEdit_ISAKMPSA") << QStringLiteral("1") << QStringList();
     QTest::newRow("peer name") << QByteArray("lineEdit_PeerName") << QString() << QStringList(lifetime);
@@ -736,7 +772,7 @@ void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt_data()
     QTest::newRow("receive time-out") << QByteArray("lineEdit_TimeOut") << QStringLiteral("1")
                                       << QStringList({lifetime, local, interval});
     QTest::newRow("port") << QByteArray("lineEdit_IkePort") << QStringLiteral("70000")
-                          << QStringList({encryption, lifetime, local, interval, timeOut});
+                          << QStringList({encryption, algorithm, lifetime, local, interval, timeOut});
 }
 
 void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt()
@@ -744,8 +780,10 @@ void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt()
     QFETCH(QByteArray, edit);
     QFETCH(QString, typed);
     QFETCH(QStringList, stored);
+    CustomInfo info = tellingRecord();
+    info.vpn.ikecfg.IKEAuthAlgorithm = QStringLiteral("MD5");
     const Session session = pressOkAfter(
-        tellingRecord(),
+        info,
         [&](QVPNAdvProperty& dialog) {
             choose(dialog, "comboBox_IkeEncrypt", 0);
             typeInto(dialog, "lineEdit_ISAKMPSA", QStringLiteral("100"));
@@ -756,7 +794,7 @@ void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt()
         },
         1);
     QCOMPARE(session.complaints, QStringList());
-    QCOMPARE(changes(tellingRecord(), session.info), stored);
+    QCOMPARE(changes(info, session.info), stored);
 }
 
 void TstQVPNAdvPropertyIke::authMethodIsLeftAlone()

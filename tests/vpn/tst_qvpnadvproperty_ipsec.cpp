@@ -377,6 +377,7 @@ void TstQVPNAdvPropertyIpsec::pfsIsLoaded_data()
     QTest::newRow("none") << quint64(0) << false << 0;
     QTest::newRow("dh-group1") << quint64(768) << true << 0;
     QTest::newRow("dh-group2") << quint64(1024) << true << 1;
+    QTest::newRow("a group that is not offered counts as none") << quint64(5) << false << 0;
 }
 
 void TstQVPNAdvPropertyIpsec::pfsIsLoaded()
@@ -393,7 +394,7 @@ void TstQVPNAdvPropertyIpsec::pfsIsLoaded()
         QCOMPARE(indexOf(dialog, "comboBox_PFS"), index);
     });
     QCOMPARE(session.complaints, QStringList());
-    QCOMPARE(session.info.vpn.ipseccfg.IPSECPFS, pfs);
+    QCOMPARE(session.info.vpn.ipseccfg.IPSECPFS, isUsed ? pfs : 0);
 }
 
 void TstQVPNAdvPropertyIpsec::pfsBoxSwitchesItsGroup()
@@ -497,6 +498,7 @@ void TstQVPNAdvPropertyIpsec::refusedLifetimeKeepsTheOtherFields()
             choose(dialog, espEncrypt, 0);
             choose(dialog, ahAuth, 1);
             clickOn(dialog, "checkBox_UsePFS");
+            clickOn(dialog, "checkBox_UseNAT");
         },
         1);
     QCOMPARE(session.complaints, QStringList());

@@ -28,16 +28,18 @@ private slots:
     void portIsComparedAsUnsignedNumber();
     void refusalsShowTheMessageBeforeTheFocus_data();
     void refusalsShowTheMessageBeforeTheFocus();
+    void refusedFieldKeepsTheOnesBehindIt_data();
     void refusedFieldKeepsTheOnesBehindIt();
+    void refusedPasswordDoesNotSwitchTunnelAuthenticationOn();
     void passwordOutlivesSwitchedOffTunnelAuthentication();
     void newPasswordIsStoredWhenTunnelAuthenticationIsSwitchedOn();
     void nameFieldsTakeTheListedCharacters_data();
     void nameFieldsTakeTheListedCharacters();
     void nameValidatorAnswersByTheListedCharacters();
-    void nameValidatorKeepsThePrintedPattern();
+    void nameValidatorKeepsTheStatedPattern();
     void passwordTakesPrintableAscii_data();
     void passwordTakesPrintableAscii();
-    void passwordValidatorHasThePrintedPattern();
+    void passwordValidatorHasTheStatedPattern();
 };
 
 void TstQVPNAdvPropertyL2tp::everyFieldIsLoaded()
@@ -304,22 +306,57 @@ void TstQVPNAdvPropertyL2tp::refusalsShowTheMessageBeforeTheFocus()
     QCOMPARE(session.result, int(QDialog::Accepted));
 }
 
+void TstQVPNAdvPropertyL2tp::refusedFieldKeepsTheOnesBehindIt_data()
+{
+    QTest::addColumn<QByteArray>("edit");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QStringList>("stored");
+    const QString name = QStringLiteral("L2TPTunnelName: tunnel-7 -> changed");
+    const QString hello = QStringLiteral("L2TPHelloInterval: 777 -> 99");
+    QTest::newRow("tunnel name") << QByteArray("lineEdit_TunnelName") << QString() << QStringList();
+    QTest::newRow("hello interval") << QByteArray("lineEdit_HelloInterval") << QStringLiteral("1") << QStringList(name);
+    QTest::newRow("password") << QByteArray("lineEdit_TunnelPwd") << QString() << QStringList({name, hello});
+    QTest::newRow("port") << QByteArray("lineEdit_L2tpPort") << QStringLiteral("70000")
+                          << QStringList({name, QStringLiteral("L2TPAuthMode: CHAP -> PAP"), hello,
+                                          QStringLiteral("L2TPAVPHidden: 1 -> 0"),
+                                          QStringLiteral("L2TPTunnelPwd: secret! -> changed")});
+}
+
 void TstQVPNAdvPropertyL2tp::refusedFieldKeepsTheOnesBehindIt()
 {
+    QFETCH(QByteArray, edit);
+    QFETCH(QString, typed);
+    QFETCH(QStringList, stored);
     const Session session = pressOkAfter(
         tellingRecord(),
-        [](QVPNAdvProperty& dialog) {
+        [&](QVPNAdvProperty& dialog) {
             typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
-            typeInto(dialog, "lineEdit_HelloInterval", QStringLiteral("1"));
+            typeInto(dialog, "lineEdit_HelloInterval", QStringLiteral("99"));
             typeInto(dialog, "lineEdit_TunnelPwd", QStringLiteral("changed"));
             choose(dialog, "comboBox_AuthMode", 0);
             clickOn(dialog, "checkBox_AVPHidden");
             typeInto(dialog, "lineEdit_L2tpPort", QStringLiteral("1"));
+            typeInto(dialog, edit.constData(), typed);
         },
         1);
     QCOMPARE(session.complaints, QStringList());
-    QCOMPARE(changes(tellingRecord(), session.info),
-             QStringList(QStringLiteral("L2TPTunnelName: tunnel-7 -> changed")));
+    QCOMPARE(changes(tellingRecord(), session.info), stored);
+}
+
+void TstQVPNAdvPropertyL2tp::refusedPasswordDoesNotSwitchTunnelAuthenticationOn()
+{
+    const Session session = pressOkAfter(
+        CustomInfo(),
+        [](QVPNAdvProperty& dialog) {
+            typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
+            clickOn(dialog, "checkBox_TunnelAuthOn");
+            typeInto(dialog, "lineEdit_TunnelPwd", QString());
+        },
+        1);
+    QCOMPARE(session.complaints, QStringList());
+    compareWarning(session.boxes.value(0), "VUI_AdvancedSettings", "VUI_InvalidTunnelPwd");
+    QCOMPARE(session.info.vpn.l2tpcfg.L2TPTunnelName, QStringLiteral("changed"));
+    QCOMPARE(session.info.vpn.l2tpcfg.L2TPUseTunnelPwd, quint64(0));
 }
 
 void TstQVPNAdvPropertyL2tp::passwordOutlivesSwitchedOffTunnelAuthentication()
@@ -397,7 +434,7 @@ void TstQVPNAdvPropertyL2tp::nameValidatorAnswersByTheListedCharacters()
     }
 }
 
-void TstQVPNAdvPropertyL2tp::nameValidatorKeepsThePrintedPattern()
+void TstQVPNAdvPropertyL2tp::nameValidatorKeepsTheStatedPattern()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         for (const char* edit : {"lineEdit_TunnelName", "lineEdit_LocalName", "lineEdit_PeerName"}) {
@@ -432,7 +469,7 @@ void TstQVPNAdvPropertyL2tp::passwordTakesPrintableAscii()
     });
 }
 
-void TstQVPNAdvPropertyL2tp::passwordValidatorHasThePrintedPattern()
+void TstQVPNAdvPropertyL2tp::passwordValidatorHasTheStatedPattern()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         const auto* validator =

@@ -233,13 +233,16 @@ void TstQVPNAdvPropertyRoute::fullListAddsNothingAndDisablesAdd()
 void TstQVPNAdvPropertyRoute::cancelledEntryAddsNothing()
 {
     const RouteSession session = run(recordWithRoutes(0), [](ModalScript& script, QVPNAdvProperty& dialog) {
-        script.expect<IpInfo>([](IpInfo& opened) {
+        QObject* parent = nullptr;
+        script.expect<IpInfo>([&](IpInfo& opened) {
+            parent = opened.parent();
             typeText(child<QLineEdit>(opened, "lineEdit_Ip"), QStringLiteral("1.2.3.4"));
             typeText(child<QLineEdit>(opened, "lineEdit_mask"), QStringLiteral("255.0.0.0"));
             QTest::mouseClick(child<QDialogButtonBox>(opened, "buttonBox")->button(QDialogButtonBox::Cancel),
                               Qt::LeftButton);
         });
         clickOn(dialog, addButton);
+        QCOMPARE(parent, static_cast<QObject*>(&dialog));
         QCOMPARE(rowsOf(dialog), QStringList());
         QCOMPARE(buttons(dialog), QStringLiteral("+-"));
     });
