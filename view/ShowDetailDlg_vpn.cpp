@@ -9,6 +9,7 @@ void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
 
     QTreeWidget* tree = ui.treeWidget_SSLIP;
     tree->clear();
+    tree->setTextElideMode(Qt::ElideMiddle); // the mark of the default stands behind the name
     viewrows::setColumns(tree,
                          {parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"),
                           parser.GetKey("SSL_ADDRESS"), parser.GetKey("SSL_PORT")},

@@ -34,6 +34,7 @@ private slots:
     void hasItsSizeAndNoContextHelp();
     void textsComeFromTheirKeys();
     void showsTheDisplayVersion();
+    void versionIsReadInTheLocalEncoding();
     void showsTheApplicationIcon();
     void brandChoosesNameRightsAndLogo_data();
     void brandChoosesNameRightsAndLogo();
@@ -113,6 +114,17 @@ void TstAboutInfoDlg::showsTheDisplayVersion()
 {
     AboutInfoDlg dialog(nullptr);
     QCOMPARE(labelText(dialog, "label_detailVer"), QStringLiteral("Orvex PC 7.2 (E0408)"));
+}
+
+void TstAboutInfoDlg::versionIsReadInTheLocalEncoding()
+{
+    const QString version = QStringLiteral("7.2.0408.版");
+    utl_SetVersionStrings("V7.2-R0408E", version.toLocal8Bit());
+    AboutInfoDlg dialog(nullptr);
+    dialog.show();
+    QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);
+    QVERIFY(labelText(dialog, "label_detailVer").contains(QChar(0x7248)));
+    QCOMPARE(labelText(dialog, "label_detailVer"), QString::fromLocal8Bit(utl_OrvexInterVerDisplay()));
 }
 
 void TstAboutInfoDlg::showsTheApplicationIcon()

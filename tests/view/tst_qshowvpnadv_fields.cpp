@@ -36,6 +36,7 @@ private slots:
     void natTraversalShowsAggressiveAndNameWhateverTheRecordHolds();
     void ikeAuthenticationShowsWhatTheRecordHolds();
     void routesStandInTheirOrder();
+    void filledAnewFromAnotherRecordNothingOfTheFirstStays();
 };
 
 namespace {
@@ -390,6 +391,22 @@ void TstQShowVpnAdvFields::routesStandInTheirOrder()
     // Filled anew, the list does not grow.
     view.dialog.setInital();
     QCOMPARE(rows(), QStringLiteral("192.168.9.0|255.255.255.0 10.0.0.0|abc |"));
+}
+
+void TstQShowVpnAdvFields::filledAnewFromAnotherRecordNothingOfTheFirstStays()
+{
+    CustomInfo info = plainRecord();
+    info.vpn.ipseccfg.IPSECSecurityProto = QStringLiteral("ESP");
+    info.vpn.ipseccfg.IPSECPFS = 768;
+    OpenVpnView view(info);
+    QVERIFY(view.isOn("checkBox_UsePFS"));
+    QCOMPARE(view.enabledOf("lineEdit_AH_Auth"), QString());
+
+    view.holder.info.vpn.ipseccfg.IPSECSecurityProto = QStringLiteral("AH");
+    view.holder.info.vpn.ipseccfg.IPSECPFS = 0;
+    view.dialog.setInital();
+    QVERIFY(!view.isOn("checkBox_UsePFS"));
+    QCOMPARE(view.enabledOf("lineEdit_AH_Auth"), QStringLiteral("lineEdit_AH_Auth"));
 }
 
 int main(int argc, char** argv)

@@ -34,6 +34,8 @@ private slots:
     void reauthTimesTenShowsTheTwoCharacters();
     void gatewaysStandInTheirOrderWithTheDefaultMarked();
     void noGatewayIsMarkedWithoutDefault();
+    void filledAnewTheGatewaysDoNotDouble();
+    void markOfTheDefaultSurvivesANarrowColumn();
     void wholeTextOfAGatewayIsItsToolTip();
 
     void secondLnsIsLeftOutWhenItEqualsTheFirst();
@@ -386,6 +388,22 @@ void TstShowDetailDlgFields::noGatewayIsMarkedWithoutDefault()
     const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     QCOMPARE(tree->topLevelItemCount(), 3);
     QVERIFY(tree->findItems(QStringLiteral("DEFAULTNAME"), Qt::MatchContains, 1).isEmpty());
+}
+
+void TstShowDetailDlgFields::filledAnewTheGatewaysDoNotDouble()
+{
+    OpenDetailView view(fullRecord());
+    const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
+    const int count = tree->topLevelItemCount();
+    QVERIFY(count > 0);
+    view.dialog.initSslVpnPage(CMyApplication::current()->m_LanguageParser);
+    QCOMPARE(tree->topLevelItemCount(), count);
+}
+
+void TstShowDetailDlgFields::markOfTheDefaultSurvivesANarrowColumn()
+{
+    const OpenDetailView view(fullRecord());
+    QCOMPARE(child<QTreeWidget>(view.dialog, "treeWidget_SSLIP")->textElideMode(), Qt::ElideMiddle);
 }
 
 void TstShowDetailDlgFields::wholeTextOfAGatewayIsItsToolTip()

@@ -18,6 +18,7 @@ private slots:
     void showsTheFunction();
     void showsNothingWithoutFunctions();
     void showsTheFunctionsInTheirOrder();
+    void filledAnewTheListDoesNotGrow();
     void longTextsWrap();
 };
 
@@ -185,6 +186,17 @@ void TstShowDetailDlgFunction::showsTheFunctionsInTheirOrder()
     QCOMPARE(heads.join(QLatin1Char(' ')),
              QStringLiteral("[AclOpt [WanControlOpt1 [DrvErrOpt [CUS_FuncName.DynamicpwdVerify [CUS_FuncName.MsgAuth "
                             "[CUS_Uinstall_Password_Enable [CUS_Wancotrol_Escape"));
+}
+
+void TstShowDetailDlgFunction::filledAnewTheListDoesNotGrow()
+{
+    CustomInfo info = fullRecord();
+    ShowDetailDlg dialog(nullptr);
+    dialog.onInitDialog(info);
+    const int count = child<QListWidget>(dialog, "listWidget_func")->count();
+    QVERIFY(count > 0);
+    dialog.onInitDialog(info);
+    QCOMPARE(child<QListWidget>(dialog, "listWidget_func")->count(), count);
 }
 
 void TstShowDetailDlgFunction::longTextsWrap()
