@@ -40,7 +40,8 @@ void selectPosition(QComboBox* combo, quint32 position)
     combo->setCurrentIndex(position < static_cast<quint32>(combo->count()) ? static_cast<int>(position) : -1);
 }
 
-/// With nothing selected the record keeps the position that it brought.
+/// Contract: with nothing selected the record keeps the position that it brought, so that OK gives a position beyond
+/// the list back unchanged.
 void storePosition(const QComboBox* combo, quint32& position)
 {
     if (combo->currentIndex() >= 0)

@@ -131,15 +131,17 @@ void CustomAdvProperty::OnBnClickedEditDomain()
 }
 
 /// Contract: the rule looks at the row, while the entry that moves was found by its description. Unticking the default
-/// of an ordinary row changes nothing.
+/// of an ordinary row changes nothing. The selection follows the entry to the head, for the next Edit or Delete.
 void CustomAdvProperty::applyDefaultOfEdit(int row, int position, bool isDefault)
 {
     const bool wasDefault = domainInfo.domainDefault != 0 && row == 0;
     if (isDefault == wasDefault)
         return;
     domainInfo.domainDefault = isDefault ? 1 : 0;
-    if (isDefault)
+    if (isDefault) {
         domainInfo.domaindetail.move(position, 0);
+        ui.treeWidget_Domain->setCurrentItem(ui.treeWidget_Domain->topLevelItem(0));
+    }
 }
 
 void CustomAdvProperty::rewriteDomainRows()

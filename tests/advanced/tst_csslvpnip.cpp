@@ -197,6 +197,8 @@ void TstCSslVpnIp::opensWithTheFocusOnTheName()
     SSLVPNRemoteInfo info;
     info.ip = QStringLiteral("vpn.example");
     CSslVpnIp dialog(info, 0, nullptr);
+    // Before exec(), which gives the focus to the first field when none has it.
+    QCOMPARE(focusOf(dialog), QStringLiteral("lineEdit_vnsSvr_disname"));
     dialog.exec();
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(focus, QStringLiteral("lineEdit_vnsSvr_disname"));
@@ -375,6 +377,7 @@ void TstCSslVpnIp::wrongEntryIsRefusedAndNothingIsStored_data()
     QTest::newRow("3: port 0") << name << true << ip << QStringLiteral("0") << portWrong << portEdit;
     QTest::newRow("3: port 65536") << name << false << host << QStringLiteral("65536") << portWrong << portEdit;
     QTest::newRow("3: port negative") << name << true << ip << QStringLiteral("-1") << portWrong << portEdit;
+    QTest::newRow("3: port in hexadecimal") << name << true << ip << QStringLiteral("0x50") << portWrong << portEdit;
     QTest::newRow("3: port no number") << name << true << ip << QStringLiteral("https") << portWrong << portEdit;
     QTest::newRow("3: before the duplicates")
         << QStringLiteral("Head office") << true << QStringLiteral("10.0.0.1") << QString() << portWrong << portEdit;

@@ -110,6 +110,12 @@ private slots:
     void editFindsTheFirstEntryWithTheDescription();
     void editedDefaultOfARowMovesTheEntryFound();
     void defaultRuleLooksAtTheRowNotAtTheEntryFound();
+    void editComparesExactly();
+    void editSkipsTheEntryFoundNotTheRow();
+    void editOfARowThatTheListLacksEndsSilently();
+    void selectionFollowsTheEditedDomainToTheHead_data();
+    void selectionFollowsTheEditedDomainToTheHead();
+    void editWithoutAMoveKeepsTheSelection();
     void rowIsDeletedAndTheOthersRenumbered();
     void deletedFirstRowLeavesNoDefault_data();
     void deletedFirstRowLeavesNoDefault();
@@ -572,6 +578,80 @@ void TstCustomAdvPropertyDomain::defaultRuleLooksAtTheRowNotAtTheEntryFound()
     QCOMPARE(open.dialog.domainInfo.domainDefault, quint64(1));
     QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|%1|edited").arg(withDefault("E")),
                                               QStringLiteral("2|d2|two"), QStringLiteral("3|d3|one")}));
+}
+
+void TstCustomAdvPropertyDomain::editComparesExactly()
+{
+    OpenDialog open(startWith(2));
+    editDomain(open, 1, QStringLiteral("D1"), QStringLiteral("ONE"), false);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|d1|one"), QStringLiteral("2|D1|ONE")}));
+    QCOMPARE(listOf(open.dialog.domainInfo), QStringList({QStringLiteral("d1|one"), QStringLiteral("D1|ONE")}));
+}
+
+// The entry of the selected row counts as another one, since the first with its description is the one edited.
+void TstCustomAdvPropertyDomain::editSkipsTheEntryFoundNotTheRow()
+{
+    CustomInfo before = startWith(3);
+    before.domain.domaindetail[2].domainDesp = QStringLiteral("two");
+    OpenDialog open(before);
+    const QStringList rows = open.rowsOf(table);
+    open.selectRow(table, 2);
+    open.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) { press(dialog, QDialogButtonBox::Ok); });
+    open.expectBox();
+    open.clickOn(editButton);
+    QCOMPARE(open.shown(), QStringList(warning("CUS_InputDomainTitle", "CUS_DomainDesExistWarning")));
+    QCOMPARE(open.rowsOf(table), rows);
+    QCOMPARE(listOf(open.dialog.domainInfo), listOf(before.domain));
+}
+
+// Delete takes the first entry with the name of the row, so that the row left over may show another description.
+void TstCustomAdvPropertyDomain::editOfARowThatTheListLacksEndsSilently()
+{
+    CustomInfo before = startWith(3);
+    before.domain.domaindetail[2].domainName = QStringLiteral("d2");
+    OpenDialog open(before);
+    deleteDomain(open, 2);
+    const QStringList rows = {QStringLiteral("1|d1|one"), QStringLiteral("2|d2|two")};
+    const QStringList entries = {QStringLiteral("d1|one"), QStringLiteral("d2|three")};
+    QCOMPARE(open.rowsOf(table), rows);
+    QCOMPARE(listOf(open.dialog.domainInfo), entries);
+    open.selectRow(table, 1);
+    open.clickOn(editButton);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.rowsOf(table), rows);
+    QCOMPARE(listOf(open.dialog.domainInfo), entries);
+}
+
+void TstCustomAdvPropertyDomain::selectionFollowsTheEditedDomainToTheHead_data()
+{
+    QTest::addColumn<int>("domainDefault");
+    QTest::newRow("with a default") << 1;
+    QTest::newRow("without default") << 0;
+}
+
+void TstCustomAdvPropertyDomain::selectionFollowsTheEditedDomainToTheHead()
+{
+    QFETCH(int, domainDefault);
+    OpenDialog open(startWith(3, quint64(domainDefault)));
+    editDomain(open, 2, QStringLiteral("E"), QStringLiteral("edited"), true);
+    const auto* tree = open.widget<QTreeWidget>(table);
+    QCOMPARE(tree->selectedItems(), QList<QTreeWidgetItem*>({tree->topLevelItem(0)}));
+    QCOMPARE(tree->currentItem(), tree->topLevelItem(0));
+    open.clickOn(deleteButton);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.rowsOf(table), QStringList({QStringLiteral("1|d1|one"), QStringLiteral("2|d2|two")}));
+    QCOMPARE(listOf(open.dialog.domainInfo), QStringList({QStringLiteral("d1|one"), QStringLiteral("d2|two")}));
+    QCOMPARE(open.dialog.domainInfo.domainDefault, quint64(0));
+}
+
+void TstCustomAdvPropertyDomain::editWithoutAMoveKeepsTheSelection()
+{
+    OpenDialog open(startWith(3, 1));
+    editDomain(open, 2, QStringLiteral("E"), QStringLiteral("edited"), false);
+    open.clickOn(deleteButton);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(listOf(open.dialog.domainInfo), QStringList({QStringLiteral("d1|one"), QStringLiteral("d2|two")}));
 }
 
 void TstCustomAdvPropertyDomain::rowIsDeletedAndTheOthersRenumbered()

@@ -33,6 +33,18 @@ CustomInfo startWith(int count = 0, quint64 defaultAddress = 0)
     return info;
 }
 
+/// Gateways at these addresses, by "name|address".
+CustomInfo startWithGateways(const char* gateways)
+{
+    const QStringList entries = words(gateways);
+    CustomInfo info = startWith(entries.size());
+    for (int position = 0; position < entries.size(); ++position) {
+        info.sslvpn.remote[position].iPDes = entries.at(position).section(QLatin1Char('|'), 0, 0);
+        info.sslvpn.remote[position].ip = entries.at(position).section(QLatin1Char('|'), 1);
+    }
+    return info;
+}
+
 QString withDefault(const char* name)
 {
     return QLatin1String(name) + langText("SSL_DEFAULTNAME");
@@ -102,6 +114,7 @@ private slots:
     void defaultGatewayIsAdded();
     void cancelledAddChangesNothing();
     void twentyGatewaysDisableAdd();
+    void storedTwentyOneGatewaysKeepAddDisabledUntilNineteenRemain();
     void emptyTableRefusesEdit();
     void deleteWithoutASelectionIsRefused();
     void editOffersTheDefault_data();
@@ -118,6 +131,9 @@ private slots:
     void gatewayAboveTheDefaultIsDeleted();
     void defaultGatewayIsDeleted();
     void gatewayBelowTheDefaultIsDeleted();
+    void editFindsTheFirstGatewayShownSo();
+    void deleteFindsTheFirstGatewayShownSo();
+    void gatewayThatIsNotFoundLeavesTheListAndTheDefault();
     void lastGatewayDeletedDisablesEditAndDelete();
     void smallDialogBelongsToTheDialog();
     void gatewaysAreStored();
@@ -245,6 +261,18 @@ void TstCustomAdvPropertyGateways::twentyGatewaysDisableAdd()
     QCOMPARE(open.enabledOf(buttons()), buttons());
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(open.dialog.gatewayList.size(), 19);
+}
+
+void TstCustomAdvPropertyGateways::storedTwentyOneGatewaysKeepAddDisabledUntilNineteenRemain()
+{
+    OpenDialog open(startWith(21));
+    deleteGateway(open, 20);
+    QCOMPARE(open.rowsOf(table).size(), 20);
+    QCOMPARE(open.enabledOf(buttons()), words("pushButton_Edit pushButton_Delete"));
+    deleteGateway(open, 19);
+    QCOMPARE(open.rowsOf(table).size(), 19);
+    QCOMPARE(open.enabledOf(buttons()), buttons());
+    QCOMPARE(open.shown(), QStringList());
 }
 
 void TstCustomAdvPropertyGateways::emptyTableRefusesEdit()
@@ -471,6 +499,58 @@ void TstCustomAdvPropertyGateways::gatewayBelowTheDefaultIsDeleted()
     deleteGateway(open, 1);
     QCOMPARE(open.dialog.defaultGatewayIndex, 1);
     QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g3|h3|443"));
+}
+
+void TstCustomAdvPropertyGateways::editFindsTheFirstGatewayShownSo()
+{
+    OpenDialog open(startWithGateways("g|h1 g|h2"));
+    QString address;
+    open.selectRow(table, 1);
+    open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
+        address = child<QLineEdit>(dialog, "lineEdit_vnsSvr_DNS")->text();
+        type(dialog, "lineEdit_vnsSvr_disname", QStringLiteral("E"));
+        press(dialog, QDialogButtonBox::Ok);
+    });
+    open.clickOn(editButton);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(address, QStringLiteral("h1"));
+    QCOMPARE(open.rowsOf(table), words("1|g|h1|443 2|E|h1|443"));
+    QCOMPARE(listOf(open.dialog.gatewayList), words("E|h1|443 g|h2|443"));
+}
+
+void TstCustomAdvPropertyGateways::deleteFindsTheFirstGatewayShownSo()
+{
+    OpenDialog open(startWithGateways("g|h1 x|hx g|h2"));
+    deleteGateway(open, 2);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.rowsOf(table), words("1|g|h1|443 2|x|hx|443"));
+    QCOMPARE(listOf(open.dialog.gatewayList), words("x|hx|443 g|h2|443"));
+}
+
+void TstCustomAdvPropertyGateways::gatewayThatIsNotFoundLeavesTheListAndTheDefault()
+{
+    {
+        // The index of the default is 1, but no row shows its mark.
+        OpenDialog open(startWith(2, quint64(0x100000001)));
+        QStringList texts;
+        open.selectRow(table, 0);
+        open.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
+            for (const char* edit : {"lineEdit_vnsSvr_disname", "lineEdit_vnsSvr_IP", "lineEdit_vnsSvr_port"})
+                texts.append(child<QLineEdit>(dialog, edit)->text());
+            fillAndAccept(dialog, QStringLiteral("E"), QStringLiteral("host"), false);
+        });
+        open.clickOn(editButton);
+        QCOMPARE(open.shown(), QStringList());
+        QCOMPARE(texts, QStringList({QString(), QString(), QStringLiteral("443")}));
+        QCOMPARE(open.rowsOf(table), words("1|E|host|443 2|g2|h2|443"));
+        QCOMPARE(listOf(open.dialog.gatewayList), words("g1|h1|443 g2|h2|443"));
+    }
+    OpenDialog open(startWith(3, 3));
+    open.dialog.gatewayList.clear();
+    deleteGateway(open, 0);
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.rowsOf(table).size(), 2);
+    QCOMPARE(open.dialog.defaultGatewayIndex, 3);
 }
 
 void TstCustomAdvPropertyGateways::lastGatewayDeletedDisablesEditAndDelete()

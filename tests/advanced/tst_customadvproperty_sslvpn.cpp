@@ -93,6 +93,7 @@ private slots:
     void untickedDefaultModeGivesWayToTheFirstTicked();
     void okRefusesTheInterval_data();
     void okRefusesTheInterval();
+    void intervalWithALeadingZeroIsDecimal();
     void okRefusesTheCountdown_data();
     void okRefusesTheCountdown();
     void okStoresTheCountdown_data();
@@ -109,6 +110,7 @@ private slots:
     void typesAreStored();
     void modesAreStored_data();
     void modesAreStored();
+    void unmatchedDefaultModeKeepsItsValue();
     void untickedTypesAndModesAreStored();
     void retriesAreStored_data();
     void retriesAreStored();
@@ -482,6 +484,7 @@ void TstCustomAdvPropertySslVpn::okRefusesTheInterval_data()
     QTest::newRow("word") << "abc";
     QTest::newRow("negative") << "-1";
     QTest::newRow("fraction") << "1.5";
+    QTest::newRow("hexadecimal") << "0x1F";
 }
 
 void TstCustomAdvPropertySslVpn::okRefusesTheInterval()
@@ -494,6 +497,15 @@ void TstCustomAdvPropertySslVpn::okRefusesTheInterval()
     QCOMPARE(refusalOf(open), QStringList(sslBox("SSL_RECONNGRAP_ERROR")));
     QVERIFY(open.isOpen());
     QCOMPARE(changes(startWith(), open.info), QStringList());
+}
+
+void TstCustomAdvPropertySslVpn::intervalWithALeadingZeroIsDecimal()
+{
+    OpenDialog open(startWith());
+    open.typeInto("lineEdit_reconnInterval", QStringLiteral("010"));
+    open.pressOk();
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.info.sslvpn.retryInterval, quint64(10));
 }
 
 void TstCustomAdvPropertySslVpn::okRefusesTheCountdown_data()
@@ -522,6 +534,7 @@ void TstCustomAdvPropertySslVpn::okStoresTheCountdown_data()
     QTest::addColumn<int>("stored");
     QTest::newRow("lowest") << "5" << 5;
     QTest::newRow("highest") << "180" << 180;
+    QTest::newRow("leading zero") << "010" << 10;
 }
 
 void TstCustomAdvPropertySslVpn::okStoresTheCountdown()
@@ -700,6 +713,18 @@ void TstCustomAdvPropertySslVpn::modesAreStored()
     QCOMPARE(open.info.sslvpn.authDefaultMode, quint64(defaultMode));
 }
 
+void TstCustomAdvPropertySslVpn::unmatchedDefaultModeKeepsItsValue()
+{
+    OpenDialog open(startWithMasks(15, "AD", 7, 2));
+    auto* combo = open.widget<QComboBox>(modeCombo);
+    combo->setItemText(combo->currentIndex(), QStringLiteral("other"));
+    open.pressOk();
+    QCOMPARE(open.shown(), QStringList());
+    QVERIFY(!open.isOpen());
+    QCOMPARE(open.info.sslvpn.authDefaultMode, quint64(2));
+    QCOMPARE(open.info.sslvpn.authMode, quint64(7));
+}
+
 void TstCustomAdvPropertySslVpn::untickedTypesAndModesAreStored()
 {
     OpenDialog open(startWith());
@@ -721,6 +746,8 @@ void TstCustomAdvPropertySslVpn::retriesAreStored_data()
     QTest::newRow("zero") << "0" << 0;
     QTest::newRow("empty") << "" << 3;
     QTest::newRow("word") << "abc" << 0;
+    QTest::newRow("blank") << " " << 0;
+    QTest::newRow("leading zero") << "010" << 10;
 }
 
 void TstCustomAdvPropertySslVpn::retriesAreStored()
