@@ -79,6 +79,8 @@ void CustomAdvProperty::initL2tpIpsecPage(CustomInfo* info)
     (useLns ? ui.radioButton_useLNS : ui.radioButton_useOtherLNS)->setChecked(true);
     if (!useLns)
         ui.lineEdit_IPSECServerIP->setText(base.otherIPSECServer);
+    // Contract: the other server follows LNSAsIPSECServer alone. With IPsec off its label and edit may stand enabled
+    // while the rest is grey.
     enableOtherServer(!useLns);
     load(ui, flagRows, base);
 }
@@ -119,6 +121,7 @@ void CustomAdvProperty::OnUseOtherLNS()
 
 void CustomAdvProperty::onAuthModeSel(int)
 {
+    // Contract: the current entry of the list counts, not the argument. Without an entry nothing changes.
     const int method = ui.comboBox_authMethod->currentIndex();
     if (method == PreSharedKey || method == Certificate)
         enableKey(method == PreSharedKey);
@@ -179,6 +182,7 @@ void CustomAdvProperty::saveL2tpIpsecCfg()
     store(ui, flagRows, vpn.basecfg);
     if (!storeIpsec(box))
         return;
+    // Contract: the peer names are asked for with IPsec off and without the tab, too.
     if (vpn.ipseccfg.IPSECUseNatTranversal != 0 &&
         (vpn.ikecfg.IKELocalName.isEmpty() || vpn.ikecfg.IKERemoteName.isEmpty())) {
         box.say("VUI_InputLocalPeerName");
@@ -220,6 +224,7 @@ bool CustomAdvProperty::storeIpsec(WarningBox& box)
         ui.lineEdit_IPSECServerIP->setFocus();
         return box.refuse("VUI_InputTooLongIPSECSever");
     }
+    // Contract: an empty field keeps the old address.
     if (!server.isEmpty())
         base.otherIPSECServer = server;
     base.LNSAsIPSECServer = 0;

@@ -79,8 +79,10 @@ void CustomAdvProperty::loadZoa()
     const ZOAOptionsInfo& zoa = record->zoa;
     for (const ZoaRow& row : zoaRows) {
         QLineEdit* edit = ui.*row.text.edit;
+        // Contract: the load raises the ports from the form's 5 characters, too.
         edit->setMaxLength(s_longestZoaText);
         edit->setEnabled(zoa.useZOA != 0);
+        // Contract: with ZOA off the edits keep the form's texts, not those of the record.
         if (zoa.useZOA != 0)
             edit->setText(zoa.*row.text.text);
     }
@@ -100,6 +102,7 @@ bool CustomAdvProperty::storeZoa(WarningBox& box)
     return true;
 }
 
+// Contract: the hidden box keeps its slot, and the slot greys the labels of the first server only.
 void CustomAdvProperty::OnUseZoa()
 {
     const bool useZoa = ui.checkBox_UseZoa->isChecked();
@@ -112,6 +115,10 @@ void CustomAdvProperty::setGuiTexts()
     setTexts(ui, guiRows);
     setTexts(ui, guiFlagRows);
     setTexts(ui, guiCaptions);
+    // The three buttons show the same text; a screen reader tells them apart by what they select.
+    ui.pushButton_mainIcon_locate->setAccessibleName(langText("GUI_SelectMainIcon"));
+    ui.pushButton_deskIconL_locate->setAccessibleName(langText("GUI_SelectLinuxIcon"));
+    ui.pushButton_deskIconM_locate->setAccessibleName(langText("GUI_SelectMacIcon"));
 }
 
 void CustomAdvProperty::loadGui()

@@ -60,8 +60,10 @@ private slots:
     void portTakesMoreThanFiveCharacters();
     void hiddenBoxDisablesTheLabels();
     void guiFieldsAreLoadedAndStored();
+    void guiEditsHaveNeitherValidatorNorLimit();
     void macosRowIsHiddenAndKept();
     void guiFieldsAreStoredUnchecked();
+    void browseButtonsTellApartWhatTheySelect();
     void browseButtonsFillTheirEdits_data();
     void browseButtonsFillTheirEdits();
     void cancelledBrowseLeavesTheEdit();
@@ -203,11 +205,14 @@ void TstCustomAdvPropertyZoa::portsAreChecked_data()
     QTest::newRow("empty") << "" << true;
     QTest::newRow("leading zeros") << "00000009019" << true;
     QTest::newRow("sign") << "+80" << true;
+    QTest::newRow("blanks around") << " 80 " << true;
     QTest::newRow("zero") << "0" << false;
     QTest::newRow("above") << "65536" << false;
     QTest::newRow("negative") << "-1" << false;
     QTest::newRow("beyond an int") << "4294967297" << false;
     QTest::newRow("word") << "port" << false;
+    QTest::newRow("blank") << " " << false;
+    QTest::newRow("blank within") << "8 0" << false;
     QTest::newRow("hexadecimal") << "0x10" << false;
 }
 
@@ -308,8 +313,12 @@ void TstCustomAdvPropertyZoa::hiddenBoxDisablesTheLabels()
     OpenDialog open(start());
     auto* box = open.widget<QAbstractButton>("checkBox_UseZoa");
     const QStringList labels = words("label_ZOAIp label_ZOAport label_standby_ZOAIp label_standby_ZOAport");
+    // Only a click runs the slot, not a tick of the program.
     box->setChecked(true);
     QCOMPARE(open.enabledOf(labels), labels);
+    box->setChecked(false);
+    QCOMPARE(open.enabledOf(labels), labels);
+    box->setChecked(true);
     box->click();
     QCOMPARE(open.enabledOf(labels), words("label_standby_ZOAIp label_standby_ZOAport"));
     QCOMPARE(open.enabledOf(edits()), edits());
@@ -347,10 +356,23 @@ void TstCustomAdvPropertyZoa::guiFieldsAreLoadedAndStored()
     QCOMPARE(open.info.gui.hideCopyRight, false);
 }
 
+void TstCustomAdvPropertyZoa::guiEditsHaveNeitherValidatorNorLimit()
+{
+    OpenDialog open(start(procom::portal, 0));
+    for (const char* name :
+         {"lineEdit_mainIcon_dir", "lineEdit_deskIcon_dir_Linux", "lineEdit_deskIcon_dir_Macos", "lineEdit_cusTitle"}) {
+        const auto* edit = open.widget<QLineEdit>(name);
+        QVERIFY2(!edit->validator(), name);
+        QCOMPARE(edit->inputMask(), QString());
+        QCOMPARE(edit->maxLength(), 32767);
+    }
+}
+
 void TstCustomAdvPropertyZoa::macosRowIsHiddenAndKept()
 {
     CustomInfo before = start(procom::portal, 0);
-    before.gui.macosDeskIconPath = QStringLiteral("/mac.icns");
+    const QString end = QStringLiteral(" & 桌面 图标.icns ");
+    before.gui.macosDeskIconPath = QStringLiteral("/mac ").leftJustified(300 - end.size(), QLatin1Char('x')) + end;
     OpenDialog open(before);
     for (const char* widget : {"label_cusdeskIconM", "lineEdit_deskIcon_dir_Macos", "pushButton_deskIconM_locate"})
         QVERIFY2(open.widget<QWidget>(widget)->isHidden(), widget);
@@ -371,6 +393,23 @@ void TstCustomAdvPropertyZoa::guiFieldsAreStoredUnchecked()
     QVERIFY(!open.isOpen());
     QCOMPARE(open.info.gui.mainIconPath, QStringLiteral("/no/such/file"));
     QCOMPARE(open.info.gui.subTitle, endless.left(32767)); // the limit of every edit
+}
+
+void TstCustomAdvPropertyZoa::browseButtonsTellApartWhatTheySelect()
+{
+    OpenDialog open(start(procom::portal, 0));
+    const struct
+    {
+        const char* button;
+        const char* key;
+    } rows[] = {{"pushButton_mainIcon_locate", "GUI_SelectMainIcon"},
+                {"pushButton_deskIconL_locate", "GUI_SelectLinuxIcon"},
+                {"pushButton_deskIconM_locate", "GUI_SelectMacIcon"}};
+    for (const auto& row : rows) {
+        const auto* button = open.widget<QPushButton>(row.button);
+        QCOMPARE(button->text(), langText("Cus_Browse"));
+        QCOMPARE(button->accessibleName(), langText(row.key));
+    }
 }
 
 void TstCustomAdvPropertyZoa::browseButtonsFillTheirEdits_data()
