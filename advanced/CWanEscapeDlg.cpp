@@ -5,6 +5,7 @@
 #include "common/AddressRules.h"
 
 #include <QIntValidator>
+#include <QLocale>
 #include <QPushButton>
 
 namespace {
@@ -20,6 +21,16 @@ bool isPortTooHigh(const QString& port)
     return static_cast<unsigned int>(port.toInt(nullptr, 10)) > 65535;
 }
 
+/// Takes digits only: the separators that a language writes between thousands would be stored with the text.
+QValidator* portValidator(QObject* parent)
+{
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
+    auto* const validator = new QIntValidator(0, 65535, parent);
+    validator->setLocale(locale);
+    return validator;
+}
+
 } // namespace
 
 CWanEscapeDlg::CWanEscapeDlg(QWidget* parent) : QDialog(parent)
@@ -27,7 +38,7 @@ CWanEscapeDlg::CWanEscapeDlg(QWidget* parent) : QDialog(parent)
     ui.setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowText();
-    ui.lineEdit_pyxPort->setValidator(new QIntValidator(0, 65535, this));
+    ui.lineEdit_pyxPort->setValidator(portValidator(this));
     connect(ui.buttonBox, &QDialogButtonBox::accepted, this, &CWanEscapeDlg::onOk);
     connect(ui.buttonBox, &QDialogButtonBox::rejected, this, &CWanEscapeDlg::close);
 }

@@ -6,6 +6,7 @@
 
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QShowEvent>
 #include <QStyle>
 #include <QTabBar>
@@ -44,6 +45,7 @@ CustomAdvProperty::CustomAdvProperty(QWidget* parent) : QDialog(parent)
     ui.checkBox_UseZoa->hide();
     setWindowText();
     connectControls();
+    keepWheelFromLists();
     ui.checkBox_aclEscape->setVisible(true);
     ui.checkBox_passwd->setVisible(true);
     ui.tabWidget->setCurrentIndex(0);
@@ -89,6 +91,25 @@ void CustomAdvProperty::connectControls()
     connect(ui.comboBox_authMethod, qOverload<int>(&QComboBox::currentIndexChanged), this, &Self::onAuthModeSel);
     connect(ui.checkBox_EnableIpSec, &QCheckBox::clicked, this, &Self::OnIpsecEnable);
     connect(ui.checkBox_UseZoa, &QCheckBox::clicked, this, &Self::OnUseZoa);
+}
+
+// A wheel that scrolls the page must not change the choice of the list that comes under it.
+void CustomAdvProperty::keepWheelFromLists()
+{
+    for (QComboBox* combo : findChildren<QComboBox*>()) {
+        combo->setFocusPolicy(Qt::StrongFocus); // by key or click only
+        combo->installEventFilter(this);
+    }
+}
+
+bool CustomAdvProperty::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* combo = qobject_cast<const QComboBox*>(watched);
+    if (combo && event->type() == QEvent::Wheel && !combo->hasFocus()) {
+        event->ignore(); // passes it on to the page
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void CustomAdvProperty::setWindowText()
@@ -145,7 +166,8 @@ void CustomAdvProperty::initalDialog(CustomInfo* info)
 }
 
 // Each step stores as it goes: after a refusal everything before the failed check stays in the record. The box has no
-// title before the SSL VPN step.
+// parent, and no title before the SSL VPN step.
+// Contract: a refused field on another tab gets the focus while the tab on view stays.
 void CustomAdvProperty::onOk()
 {
     WarningBox box(nullptr);
@@ -194,15 +216,31 @@ void CustomAdvProperty::removeTab(QWidget* page)
     ui.tabWidget->removeTab(ui.tabWidget->indexOf(page));
 }
 
+// The width, in pixels, at which neither the row of tabs nor a page scrolls sideways.
+int CustomAdvProperty::wholeWidth() const
+{
+    const QMargins margins = layout()->contentsMargins();
+    const int tabs = ui.tabWidget->tabBar()->sizeHint().width() + margins.left() + margins.right() +
+                     style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    int contents = 0;
+    for (int index = 0; index < ui.tabWidget->count(); ++index) {
+        QWidget* const page = ui.tabWidget->widget(index)->findChild<QScrollArea*>()->widget();
+        // The layouts of a page that was never on view still hold the widths from before its texts.
+        for (QLayout* inner : page->findChildren<QLayout*>())
+            inner->invalidate();
+        contents = qMax(contents, page->minimumSizeHint().width());
+    }
+    const int around = width() - ui.tabWidget->currentWidget()->width();
+    return qMax(tabs, contents + around + style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this));
+}
+
 // The tabs scroll, so that the buttons stay on a screen that is lower than the form.
 void CustomAdvProperty::showEvent(QShowEvent* event)
 {
     if (!event->spontaneous()) {
         const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-        // With all components the titles of the tabs are wider than the form.
-        const QMargins margins = layout()->contentsMargins();
-        const int tabs = ui.tabWidget->tabBar()->sizeHint().width() + margins.left() + margins.right() + frame;
-        resize(size().expandedTo(QSize(tabs, 0)).boundedTo(screen()->availableSize() - QSize(frame, 2 * frame)));
+        const QSize wanted = size().expandedTo(QSize(wholeWidth(), 0));
+        resize(wanted.boundedTo(screen()->availableSize() - QSize(frame, 2 * frame)));
     }
     QDialog::showEvent(event);
 }

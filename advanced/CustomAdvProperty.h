@@ -102,13 +102,16 @@ public slots:
     void OnLocateDeskIconM();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     void connectControls();
+    void keepWheelFromLists();
     bool hasAccess(quint64 component) const;
     bool hasZoa() const;
     void removeTab(QWidget* page);
+    int wholeWidth() const;
 
     // Functions tab
     void setFunctionTexts();

@@ -62,6 +62,7 @@ void CustomAdvProperty::onClickAclOpt(bool checked)
         ui.checkBox_AclOpt->setChecked(true);
 }
 
+// Contract: the small dialogs start from their own defaults and are not given the stored values.
 void CustomAdvProperty::showWancontrolDlg(bool checked)
 {
     if (!record)

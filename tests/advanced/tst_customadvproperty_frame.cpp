@@ -2,13 +2,18 @@
 
 #include "advanced/CMsgAuthDlg.h"
 #include "advanced/WancontrolDlg.h"
+#include "support/DialogPlay.h"
 
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
+
+#include <memory>
 
 using namespace advplay;
 
@@ -103,6 +108,55 @@ QList<QWidget*> focusOrder(const QDialog& dialog, const QWidget* below)
     return order;
 }
 
+/// A font in which every page is narrower than the form, until the end of the test.
+class SmallFont
+{
+public:
+    SmallFont()
+    {
+        QFont small = m_font;
+        small.setPixelSize(10);
+        QApplication::setFont(small);
+    }
+    ~SmallFont() { QApplication::setFont(m_font); }
+
+private:
+    const QFont m_font = QApplication::font();
+};
+
+/// The dialog of ZOA direct, open on the page of this widget, which is at least that wide.
+struct Page
+{
+    std::unique_ptr<CustomInfo> info;
+    std::unique_ptr<CustomAdvProperty> dialog;
+    QScrollArea* area = nullptr;
+};
+
+Page showPage(const QString& widget, int minimumWidth)
+{
+    Page page;
+    page.info = std::make_unique<CustomInfo>(recordFor(procom::zoaDirect));
+    page.dialog = std::make_unique<CustomAdvProperty>(nullptr);
+    auto* wide = child<QWidget>(*page.dialog, widget.toLatin1().constData());
+    wide->setMinimumWidth(minimumWidth);
+    page.dialog->initalDialog(page.info.get());
+    page.dialog->show();
+    bringToFront(*page.dialog, wide);
+    QCoreApplication::processEvents();
+    page.area = child<QTabWidget>(*page.dialog, "tabWidget")->currentWidget()->findChild<QScrollArea*>();
+    return page;
+}
+
+/// One notch of the wheel over the middle of the widget, as the window system sends it; 120 is away from the user.
+void turnWheel(QWidget* widget, int angle)
+{
+    const QPoint middle = widget->rect().center();
+    QWheelEvent event(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(widget, &event);
+}
+
 /// Every tab stores something on OK.
 void editEveryTab(OpenDialog& open)
 {
@@ -123,6 +177,7 @@ class TstCustomAdvPropertyFrame : public QObject
     Q_OBJECT
 
 private slots:
+    void cleanup();
     void constructionLeavesTheCountersAtZero();
     void formHasItsSizeAndSettings();
     void textsFollowTheLanguage_data();
@@ -133,6 +188,7 @@ private slots:
     void portalAloneShowsThreeTabs();
     void zoaFunctionWith8021xShowsFiveTabsInOrder();
     void loadingGoesToTheFirstTab();
+    void defaultGatewayIsTakenAlsoWithoutItsTab();
     void okWithoutEditsChangesNothing();
     void okWithoutEditsAndWithoutTabsTouchesOnlyTheL2tpFields();
     void absentSslVpnTabAndDomainTabAreUntouched();
@@ -145,7 +201,9 @@ private slots:
     void refusalNeverChangesTheTab();
     void emptyPreSharedKeyIsReportedAndTheDialogCloses();
     void everythingElseIsStoredBeforeTheL2tpMessage();
+    void okWithoutARecordDoesNothing_data();
     void okWithoutARecordDoesNothing();
+    void cancelClosesTheWindow();
     void cancelDropsWhatLivesInTheControls();
     void cancelKeepsWhatTheSmallDialogsWrote();
     void dialogRunsModally_data();
@@ -154,9 +212,19 @@ private slots:
     void childrenReachRecordAndGateways();
     void dialogStaysWithinTheScreen();
     void dialogIsAsWideAsItsTabs();
+    void dialogIsAsWideAsItsPages_data();
+    void dialogIsAsWideAsItsPages();
+    void removedPageDoesNotWidenTheDialog();
+    void wheelLeavesAListWithoutFocusAlone();
+    void wheelTurnsAListWithFocus();
     void focusRunsFromTopToBottom();
     void labelsAreBuddiesOfTheirFields();
 };
+
+void TstCustomAdvPropertyFrame::cleanup()
+{
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
+}
 
 void TstCustomAdvPropertyFrame::constructionLeavesTheCountersAtZero()
 {
@@ -178,6 +246,9 @@ void TstCustomAdvPropertyFrame::formHasItsSizeAndSettings()
     QCOMPARE(buttons->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QCOMPARE(child<QTreeWidget>(dialog, "treeWidget_SSLIP")->indentation(), 0);
     QCOMPARE(child<QTreeWidget>(dialog, "treeWidget_Domain")->indentation(), 0);
+    // A mark behind a long name stays in sight.
+    QCOMPARE(child<QTreeWidget>(dialog, "treeWidget_SSLIP")->textElideMode(), Qt::ElideMiddle);
+    QCOMPARE(child<QTreeWidget>(dialog, "treeWidget_Domain")->textElideMode(), Qt::ElideMiddle);
     QVERIFY(child<QWidget>(dialog, "checkBox_UseZoa")->isHidden());
     QVERIFY(!child<QWidget>(dialog, "checkBox_aclEscape")->isHidden());
     QVERIFY(!child<QWidget>(dialog, "checkBox_passwd")->isHidden());
@@ -190,39 +261,41 @@ void TstCustomAdvPropertyFrame::textsFollowTheLanguage_data()
     QTest::addColumn<QString>("file");
     QTest::newRow("English") << QStringLiteral("Language_en.xml");
     QTest::newRow("Chinese") << QStringLiteral("Language_zh.xml");
+    // Several keys have the same text in both files.
+    QTest::newRow("every key its own text") << QString();
 }
 
 void TstCustomAdvPropertyFrame::textsFollowTheLanguage()
 {
     QFETCH(QString, file);
     CLanguageParser& language = CMyApplication::current()->m_LanguageParser;
-    language.LoadLanguage(languageFile(file.toLatin1().constData()));
-    {
-        OpenDialog open(recordFor(63, 5));
-        QCOMPARE(open.dialog.windowTitle(), langText("adv_title"));
-        const auto* buttons = open.widget<QDialogButtonBox>("buttonBox_adv");
-        QCOMPARE(buttons->button(QDialogButtonBox::Ok)->text(), langText("ok_button"));
-        QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), langText("cancel_button"));
-        const auto* tabWidget = open.widget<QTabWidget>("tabWidget");
-        int index = 0;
-        for (const Text& title : tabTitles) {
-            QCOMPARE(tabWidget->widget(index)->objectName(), QLatin1String(title.widget));
-            QCOMPARE(tabWidget->tabText(index), langText(title.key));
-            ++index;
-        }
-        for (const Text& text : texts) {
-            QVERIFY2(langText(text.key) != QLatin1String("NULL"), text.key);
-            QCOMPARE(textOf(open.widget<QWidget>(text.widget)), langText(text.key));
-        }
-        QCOMPARE(headerOf(open.widget<QTreeWidget>("treeWidget_SSLIP")),
-                 QStringList({langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"), langText("SSL_ADDRESS"),
-                              langText("SSL_PORT")}));
-        QCOMPARE(headerOf(open.widget<QTreeWidget>("treeWidget_Domain")),
-                 QStringList({langText("SCE_DevOrder"), langText("CUS_1xDomain"), langText("CUS_DomainDes")}));
-        for (const QWidget* widget : open.dialog.findChildren<QWidget*>())
-            QVERIFY2(textOf(widget) != QLatin1String("NULL"), qPrintable(widget->objectName()));
+    if (file.isEmpty())
+        dialogplay::showKeysAsTexts();
+    else
+        language.LoadLanguage(languageFile(file.toLatin1().constData()));
+    OpenDialog open(recordFor(63, 5));
+    QCOMPARE(open.dialog.windowTitle(), langText("adv_title"));
+    const auto* buttons = open.widget<QDialogButtonBox>("buttonBox_adv");
+    QCOMPARE(buttons->button(QDialogButtonBox::Ok)->text(), langText("ok_button"));
+    QCOMPARE(buttons->button(QDialogButtonBox::Cancel)->text(), langText("cancel_button"));
+    const auto* tabWidget = open.widget<QTabWidget>("tabWidget");
+    int index = 0;
+    for (const Text& title : tabTitles) {
+        QCOMPARE(tabWidget->widget(index)->objectName(), QLatin1String(title.widget));
+        QCOMPARE(tabWidget->tabText(index), langText(title.key));
+        ++index;
     }
-    language.LoadLanguage(languageFile("Language_en.xml"));
+    for (const Text& text : texts) {
+        QVERIFY2(langText(text.key) != QLatin1String("NULL"), text.key);
+        QCOMPARE(textOf(open.widget<QWidget>(text.widget)), langText(text.key));
+    }
+    QCOMPARE(headerOf(open.widget<QTreeWidget>("treeWidget_SSLIP")),
+             QStringList({langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"), langText("SSL_ADDRESS"),
+                          langText("SSL_PORT")}));
+    QCOMPARE(headerOf(open.widget<QTreeWidget>("treeWidget_Domain")),
+             QStringList({langText("SCE_DevOrder"), langText("CUS_1xDomain"), langText("CUS_DomainDes")}));
+    for (const QWidget* widget : open.dialog.findChildren<QWidget*>())
+        QVERIFY2(textOf(widget) != QLatin1String("NULL"), qPrintable(widget->objectName()));
 }
 
 void TstCustomAdvPropertyFrame::tabsFollowTheComponents_data()
@@ -304,6 +377,15 @@ void TstCustomAdvPropertyFrame::loadingGoesToTheFirstTab()
     child<QTabWidget>(dialog, "tabWidget")->setCurrentIndex(6);
     dialog.initalDialog(&info);
     QCOMPARE(child<QTabWidget>(dialog, "tabWidget")->currentIndex(), 0);
+}
+
+void TstCustomAdvPropertyFrame::defaultGatewayIsTakenAlsoWithoutItsTab()
+{
+    CustomInfo info = recordFor(procom::portal);
+    info.sslvpn.defaultAddress = 2;
+    CustomAdvProperty dialog(nullptr);
+    dialog.initalDialog(&info);
+    QCOMPARE(dialog.defaultGatewayIndex, 2);
 }
 
 void TstCustomAdvPropertyFrame::okWithoutEditsChangesNothing()
@@ -535,10 +617,20 @@ void TstCustomAdvPropertyFrame::everythingElseIsStoredBeforeTheL2tpMessage()
                            "vpn.basecfg.LNSIP zoa.ZOAIP"));
 }
 
+void TstCustomAdvPropertyFrame::okWithoutARecordDoesNothing_data()
+{
+    QTest::addColumn<bool>("isLoaded");
+    QTest::newRow("not loaded") << false;
+    QTest::newRow("loaded from none") << true;
+}
+
 void TstCustomAdvPropertyFrame::okWithoutARecordDoesNothing()
 {
+    QFETCH(bool, isLoaded);
     ModalScript script;
     CustomAdvProperty dialog(nullptr);
+    if (isLoaded)
+        dialog.initalDialog(nullptr);
     dialog.show();
     press(dialog, QDialogButtonBox::Ok);
     for (const char* box :
@@ -550,6 +642,16 @@ void TstCustomAdvPropertyFrame::okWithoutARecordDoesNothing()
     QVERIFY(dialog.isVisible());
     press(dialog, QDialogButtonBox::Cancel);
     QVERIFY(!dialog.isVisible());
+}
+
+void TstCustomAdvPropertyFrame::cancelClosesTheWindow()
+{
+    OpenDialog open(recordFor(procom::portal));
+    dialogplay::CloseEvents closeEvents;
+    open.dialog.installEventFilter(&closeEvents);
+    open.pressCancel();
+    QCOMPARE(closeEvents.count, 1);
+    QVERIFY(!open.isOpen());
 }
 
 void TstCustomAdvPropertyFrame::cancelDropsWhatLivesInTheControls()
@@ -649,6 +751,7 @@ void TstCustomAdvPropertyFrame::childrenReachRecordAndGateways()
 
 void TstCustomAdvPropertyFrame::dialogStaysWithinTheScreen()
 {
+    const SmallFont font;
     OpenDialog open(recordFor(2, 0));
     const QRect screen = open.dialog.screen()->availableGeometry();
     QVERIFY(screen.contains(open.dialog.frameGeometry()));
@@ -669,6 +772,83 @@ void TstCustomAdvPropertyFrame::dialogIsAsWideAsItsTabs()
     QCOMPARE(tabs->count(), 8);
     QVERIFY(open.dialog.width() >= 726);
     QVERIFY(tabs->tabRect(7).right() < tabs->width());
+}
+
+void TstCustomAdvPropertyFrame::dialogIsAsWideAsItsPages_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::newRow("the page on view") << "checkBox_AclOpt";
+    QTest::newRow("a page that was never on view") << "lineEdit_ZOAIp";
+}
+
+void TstCustomAdvPropertyFrame::dialogIsAsWideAsItsPages()
+{
+    QFETCH(QString, widget);
+    const SmallFont font;
+    const int narrow = 500;
+    const int wide = 710;
+    const Page first = showPage(widget, narrow);
+    QCOMPARE(first.dialog->width(), 726);
+    const int around = first.area->widget()->minimumSizeHint().width() - narrow;
+    const Page second = showPage(widget, wide - around);
+    QCOMPARE(second.area->widget()->minimumSizeHint().width(), wide);
+    QVERIFY(second.dialog->width() > 726);
+    QVERIFY(second.dialog->screen()->availableGeometry().contains(second.dialog->frameGeometry()));
+    QCOMPARE(second.area->horizontalScrollBar()->maximum(), 0);
+    // There is room for the other scroll bar, too.
+    second.dialog->resize(second.dialog->width(), 1);
+    QCoreApplication::processEvents();
+    QVERIFY(second.area->verticalScrollBar()->maximum() > 0);
+    QCOMPARE(second.area->horizontalScrollBar()->maximum(), 0);
+}
+
+void TstCustomAdvPropertyFrame::removedPageDoesNotWidenTheDialog()
+{
+    const SmallFont font;
+    CustomInfo info = recordFor(procom::portal);
+    CustomAdvProperty dialog(nullptr);
+    child<QWidget>(dialog, "lineEdit_ZOAIp")->setMinimumWidth(710);
+    dialog.initalDialog(&info);
+    dialog.show();
+    QCOMPARE(dialog.width(), 726);
+}
+
+void TstCustomAdvPropertyFrame::wheelLeavesAListWithoutFocusAlone()
+{
+    OpenDialog open(settledRecord());
+    QVERIFY(QTest::qWaitForWindowActive(&open.dialog));
+    const QList<QComboBox*> combos = open.dialog.findChildren<QComboBox*>();
+    QCOMPARE(combos.size(), 8);
+    for (QComboBox* combo : combos) {
+        bringToFront(open.dialog, combo);
+        const int index = combo->currentIndex();
+        turnWheel(combo, -120);
+        turnWheel(combo, 120);
+        turnWheel(combo, 120);
+        QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
+        QVERIFY2(!combo->hasFocus(), qPrintable(combo->objectName()));
+    }
+    // The page takes the wheel.
+    open.dialog.resize(726, 300);
+    auto* combo = open.widget<QComboBox>("comboBox_defaultType");
+    bringToFront(open.dialog, combo);
+    const QScrollBar* bar = open.widget<QScrollArea>("scrollArea_sslvpn")->verticalScrollBar();
+    const int before = bar->value();
+    QVERIFY(before > 0);
+    turnWheel(combo, 120);
+    QVERIFY(bar->value() < before);
+}
+
+void TstCustomAdvPropertyFrame::wheelTurnsAListWithFocus()
+{
+    OpenDialog open(settledRecord());
+    QVERIFY(QTest::qWaitForWindowActive(&open.dialog));
+    auto* combo = open.widget<QComboBox>("comboBox_RetryTimes");
+    bringToFront(open.dialog, combo);
+    combo->setCurrentIndex(0);
+    combo->setFocus();
+    turnWheel(combo, -120);
+    QCOMPARE(combo->currentIndex(), 1);
 }
 
 void TstCustomAdvPropertyFrame::focusRunsFromTopToBottom()

@@ -34,13 +34,26 @@ CustomInfo startWith(const std::function<void(BasicFunctionInfo&)>& edit)
     return info;
 }
 
-void acceptWanEscape(OpenDialog& open)
+void setEscapeServers(BasicFunctionInfo& function)
 {
-    open.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
-        type(dialog, "lineEdit_pyxIp", QStringLiteral("10.0.0.1"));
-        type(dialog, "lineEdit_pyxPort", QStringLiteral("8080"));
-        type(dialog, "lineEdit_dnsIp", QStringLiteral("10.0.0.2"));
-        type(dialog, "lineEdit_pyxIp_bak", QStringLiteral("10.0.0.3"));
+    function.wanControlEscapePyxIp = QStringLiteral("10.9.9.1");
+    function.wanControlEscapePyxPort = QStringLiteral("9091");
+    function.wanControlEscapeDns = QStringLiteral("10.9.9.2");
+    function.wanControlEscapePyxIpBackup = QStringLiteral("10.9.9.9");
+}
+
+void typeEscapeServers(const CWanEscapeDlg& dialog, const QString& backup)
+{
+    type(dialog, "lineEdit_pyxIp", QStringLiteral("10.0.0.1"));
+    type(dialog, "lineEdit_pyxPort", QStringLiteral("8080"));
+    type(dialog, "lineEdit_dnsIp", QStringLiteral("10.0.0.2"));
+    type(dialog, "lineEdit_pyxIp_bak", backup);
+}
+
+void acceptWanEscape(OpenDialog& open, const QString& backup = QStringLiteral("10.0.0.3"))
+{
+    open.expect<CWanEscapeDlg>([backup](CWanEscapeDlg& dialog) {
+        typeEscapeServers(dialog, backup);
         press(dialog, QDialogButtonBox::Ok);
     });
 }
@@ -83,6 +96,8 @@ private slots:
     void defaultTickedDuringARefusalCounts();
     void escapeStoresItsServersAndTurnsWanControlOn();
     void escapeBesideWanControlOpensOneDialog();
+    void cancelledSecondDialogOfTheEscapePasses();
+    void emptyBackupReplacesTheStoredOne();
     void cancelledEscapeIsOff();
     void escapeUntickedKeepsItsServers();
     void wanControlUntickedBesideEscapeIsStoredAsOff();
@@ -395,15 +410,23 @@ void TstCustomAdvPropertyFunc::messageAuthenticationStoresItsServer()
 
 void TstCustomAdvPropertyFunc::cancelledMessageAuthenticationIsOff()
 {
-    OpenDialog open(start());
+    const CustomInfo before = startWith([](BasicFunctionInfo& function) {
+        function.msgAuthInfo = 3;
+        function.msgAuthServIP = QStringLiteral("10.9.9.1");
+        function.msgAuthServPort = 9091;
+    });
+    OpenDialog open(before);
+    open.info.function.msgAuthOpt = 1; // what Cancel turns off
     open.expect<CMsgAuthDlg>([](CMsgAuthDlg& dialog) {
         type(dialog, "lineEdit_MsgAuthSrv_IP", QStringLiteral("10.0.0.1"));
+        type(dialog, "lineEdit_MsgAuthSrv_Port", QStringLiteral("80"));
         press(dialog, QDialogButtonBox::Cancel);
     });
     open.tick("checkBox_MsgAuth");
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOn("checkBox_MsgAuth"));
-    QCOMPARE(changes(start(), open.info), QStringList());
+    QCOMPARE(open.info.function.msgAuthOpt, 0u);
+    QCOMPARE(changes(before, open.info), QStringList());
 }
 
 void TstCustomAdvPropertyFunc::messageAuthenticationUntickedKeepsItsServer()
@@ -525,23 +548,58 @@ void TstCustomAdvPropertyFunc::escapeBesideWanControlOpensOneDialog()
     QCOMPARE(open.info.function.wanControl, 1u);
 }
 
-void TstCustomAdvPropertyFunc::cancelledEscapeIsOff()
+void TstCustomAdvPropertyFunc::cancelledSecondDialogOfTheEscapePasses()
 {
     OpenDialog open(start());
-    open.expectCancel<CWanEscapeDlg>();
+    acceptWanEscape(open);
+    open.expect<WancontrolDlg>([](WancontrolDlg& dialog) {
+        click(dialog, "radioButton_Deny");
+        press(dialog, QDialogButtonBox::Cancel);
+    });
+    open.tick("checkBox_aclEscape");
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(open.tickedOf(allBoxes()), words("checkBox_AclOpt checkBox_Wancontrol checkBox_aclEscape"));
+    QCOMPARE(open.info.function.wanControl, 2u);
+    QCOMPARE(open.info.function.wanControlEscape, 1u);
+}
+
+void TstCustomAdvPropertyFunc::emptyBackupReplacesTheStoredOne()
+{
+    const CustomInfo before = startWith([](BasicFunctionInfo& function) {
+        function.wanControl = 1;
+        setEscapeServers(function);
+    });
+    OpenDialog open(before);
+    acceptWanEscape(open, QString());
+    open.tick("checkBox_aclEscape");
+    QCOMPARE(open.shown(), QStringList());
+    QCOMPARE(before.function.wanControlEscapePyxIpBackup, QStringLiteral("10.9.9.9"));
+    QCOMPARE(open.info.function.wanControlEscapePyxIpBackup, QString());
+    QCOMPARE(open.info.function.wanControlEscapePyxIp, QStringLiteral("10.0.0.1"));
+}
+
+void TstCustomAdvPropertyFunc::cancelledEscapeIsOff()
+{
+    const CustomInfo before = startWith(setEscapeServers);
+    OpenDialog open(before);
+    open.info.function.wanControlEscape = 1; // what Cancel turns off
+    open.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
+        typeEscapeServers(dialog, QStringLiteral("10.0.0.3"));
+        press(dialog, QDialogButtonBox::Cancel);
+    });
     open.tick("checkBox_aclEscape");
     QTest::qWait(50);
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(open.tickedOf(allBoxes()), QStringList());
-    QCOMPARE(changes(start(), open.info), QStringList());
+    QCOMPARE(open.info.function.wanControlEscape, 0u);
+    QCOMPARE(changes(before, open.info), QStringList());
 }
 
 void TstCustomAdvPropertyFunc::escapeUntickedKeepsItsServers()
 {
     const CustomInfo before = startWith([](BasicFunctionInfo& function) {
         function.wanControlEscape = 1;
-        function.wanControlEscapeDns = QStringLiteral("10.0.0.2");
-        function.wanControlEscapePyxIp = QStringLiteral("10.0.0.1");
+        setEscapeServers(function);
     });
     OpenDialog open(before);
     open.tick("checkBox_aclEscape", false);
@@ -629,13 +687,17 @@ void TstCustomAdvPropertyFunc::extendedPasswordIsStored()
 
 void TstCustomAdvPropertyFunc::cancelledPasswordIsOff()
 {
-    const CustomInfo before =
-        startWith([](BasicFunctionInfo& function) { function.uninstallPassword = QStringLiteral("old"); });
+    const CustomInfo before = startWith([](BasicFunctionInfo& function) {
+        function.uninstallPassword = QStringLiteral("old");
+        function.uninstallPasswordExtend = 2;
+    });
     OpenDialog open(before);
+    open.info.function.passwordProtection = 1; // what Cancel turns off
     open.expectCancel<UninstallPasswd>();
     open.tick("checkBox_passwd");
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOn("checkBox_passwd"));
+    QCOMPARE(open.info.function.passwordProtection, 0u);
     QCOMPARE(changes(before, open.info), QStringList());
 }
 

@@ -3,6 +3,7 @@
 #include "support/ModalScript.h"
 
 #include <QDialogButtonBox>
+#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -43,6 +44,7 @@ private slots:
     void firstFailedCheckIsShownAndNothingIsStored_data();
     void firstFailedCheckIsShownAndNothingIsStored();
     void malformedDnsAddressMovesTheFocusToTheBackupField();
+    void portValidatorRunsFrom0To65535();
     void portFieldRefusesOtherKeys_data();
     void portFieldRefusesOtherKeys();
     void textThatIsNoNumberCountsAsPortZero();
@@ -236,12 +238,23 @@ void TstCWanEscapeDlg::malformedDnsAddressMovesTheFocusToTheBackupField()
     QCOMPARE(told, refusal("SCE_SceneTipsTitle", "CUS_Wancotrol_Escape_DnsIpErr", "lineEdit_pyxIp_bak"));
 }
 
+void TstCWanEscapeDlg::portValidatorRunsFrom0To65535()
+{
+    const CWanEscapeDlg dialog;
+    const auto* validator =
+        qobject_cast<const QIntValidator*>(child<QLineEdit>(dialog, "lineEdit_pyxPort")->validator());
+    QVERIFY(validator);
+    QCOMPARE(validator->bottom(), 0);
+    QCOMPARE(validator->top(), 65535);
+}
+
 void TstCWanEscapeDlg::portFieldRefusesOtherKeys_data()
 {
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QString>("text");
     QTest::newRow("digits") << QStringLiteral("65535") << QStringLiteral("65535");
     QTest::newRow("letters") << QStringLiteral("8a0b") << QStringLiteral("80");
+    QTest::newRow("comma") << QStringLiteral("8,080") << QStringLiteral("8080");
     QTest::newRow("minus") << QStringLiteral("-80") << QStringLiteral("80");
     QTest::newRow("six digits") << QStringLiteral("655360") << QStringLiteral("65536");
 }
