@@ -13,15 +13,16 @@
 #include "view/AboutInfoDlg.h"
 
 #include <QActionGroup>
+#include <QScreen>
 #include <QSettings>
+#include <QStyle>
 #include <QToolBar>
 
 namespace {
 
 // Positions in the menus; null is a separator. refresh() addresses the entries by these positions.
 const char* const fileKeys[] = {"menu_cusclient", "menu_cushistory", nullptr, "menu_exit"};
-const char* const viewKeys[] = {"menu_toolbar", nullptr, "menu_viewClientLoc", "menu_viewUpdLoc",
-                                "menu_viewCusUpdLoc"};
+const char* const viewKeys[] = {"menu_toolbar", nullptr, "menu_viewClientLoc", "menu_viewUpdLoc", "menu_viewCusUpdLoc"};
 const char* const languageKeys[] = {"menu_English", "menu_Chinese"};
 const char* const helpKeys[] = {"menu_about"};
 
@@ -33,6 +34,13 @@ template <size_t count> void retranslate(QMenu* menu, const char* titleKey, cons
         if (keys[i])
             entries.at(i)->setText(langText(keys[i]));
     }
+}
+
+/// The size that the inside of a window may have on its screen.
+QSize roomFor(const QWidget& window)
+{
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    return window.screen()->availableSize() - QSize(0, titleBar);
 }
 
 QIcon icon(const char* file)
@@ -81,6 +89,7 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
     ui.checkBox_keffunc->show();
     m_iSelIndex = -1;
     GetVersion();
+    growForComponents(roomFor(*this));
 }
 
 OrvexManager::~OrvexManager() = default;
@@ -251,6 +260,7 @@ void OrvexManager::changeLanguage(unsigned long code)
     runShellCommand("sync");
     m_ulLanguageCode = code;
     refresh();
+    growForComponents(roomFor(*this));
 }
 
 void OrvexManager::onViewSetup()

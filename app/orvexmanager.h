@@ -26,6 +26,11 @@ public:
     /// The chosen components as fixed words, each with two trailing blanks, SSL VPN before WLAN; not translated.
     QString GetCusCompStr(int procomVal, int funcomVal);
 
+    /// Makes the window as large as it takes to show each component without scrolling, as far as there is room.
+    ///
+    /// @param room  the largest size that the window may have
+    void growForComponents(const QSize& room);
+
     const CustomInfo& record() const { return m_customInfo; }
     const QVector<CUSINFOPOLICY>& history() const { return m_cusPolicyList; }
 
@@ -94,8 +99,8 @@ private:
     QMenu* m_pViewMenu = nullptr;
     QMenu* m_pLanguageMenu = nullptr;
     QMenu* m_pHelpMenu = nullptr;
-    int m_iSelIndex = -1;                      // row of the last clicked history entry, -1 for none
-    unsigned long m_ulLanguageCode = 0;        // 1033 or 2052
-    QString m_strAppDir;                       // directory of the executable, without trailing slash
+    int m_iSelIndex = -1;                       // row of the last clicked history entry, -1 for none
+    unsigned long m_ulLanguageCode = 0;         // 1033 or 2052
+    QString m_strAppDir;                        // directory of the executable, without trailing slash
     QSharedPointer<PackingWait> m_pPackingWait; // null from start to end
 };

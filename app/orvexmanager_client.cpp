@@ -6,21 +6,24 @@
 #include "common/CustomInfoLoad.h"
 #include "common/StorePaths.h"
 
+#include <QLayout>
+
 // The client page: the starting point and the components of a customisation.
 
 namespace {
 
 using Widgets = Ui_OrvexManagerClass;
 
-struct Component {
+struct Component
+{
     QCheckBox* Widgets::*box;
     quint64 value;
 };
 
 const Component accessComponents[] = {
-    {&Widgets::checkBox_8021xPro, procom::x1},     {&Widgets::checkBox_portalPro, procom::portal},
+    {&Widgets::checkBox_8021xPro, procom::x1},           {&Widgets::checkBox_portalPro, procom::portal},
     {&Widgets::checkBox_ipsecvpnPro, procom::l2tpIpsec}, {&Widgets::checkBox_wlanPro, procom::wlan},
-    {&Widgets::checkBox_sslvpnPro, procom::sslVpn}, {&Widgets::checkBox_zoaPro, procom::zoaDirect},
+    {&Widgets::checkBox_sslvpnPro, procom::sslVpn},      {&Widgets::checkBox_zoaPro, procom::zoaDirect},
 };
 const Component functionComponents[] = {
     {&Widgets::checkBox_zoafunc, funcom::zoa},
@@ -43,7 +46,8 @@ template <size_t count> void tick(const Widgets& ui, const Component (&component
         (ui.*component.box)->setChecked((mask & component.value) != 0);
 }
 
-struct Word {
+struct Word
+{
     int value;
     const char* text;
 };
@@ -51,6 +55,27 @@ struct Word {
 const Word accessWords[] = {{1, "802.1X  "},  {2, "Portal  "}, {4, "L2TP IPsec VPN  "},
                             {16, "SSLVPN  "}, {8, "WLAN  "},   {32, "ZOADirect  "}};
 const Word functionWords[] = {{1, "ZOA  "}, {4, "KEF  "}};
+
+/// Makes the layouts around the widget, up to the window's, ask anew for the sizes of what they hold, at once and in a
+/// hidden window too.
+void forgetSizes(QWidget* widget)
+{
+    for (; !widget->isWindow(); widget = widget->parentWidget()) {
+        widget->updateGeometry();
+        QLayout* around = widget->parentWidget()->layout();
+        around->invalidate();
+        if (!widget->parentWidget()->isWindow())
+            around->activate();
+    }
+}
+
+/// A tooltip that shows the text letter for letter, markup included, and wraps it when it is long.
+QString literalToolTip(const QString& text)
+{
+    if (text.isEmpty())
+        return QString();
+    return QStringLiteral("<p style=\"white-space: pre-wrap\">") + text.toHtmlEscaped() + QStringLiteral("</p>");
+}
 
 } // namespace
 
@@ -95,7 +120,11 @@ void OrvexManager::OnRepaintCustomCombo()
 {
     // Clearing and filling run onDefaultCusChg: after a repaint the page and the record hold the defaults.
     QComboBox* combo = ui.comboBox_defaultCus;
-    const auto addEntry = [combo](const QString& text) { combo->insertItem(combo->count(), QIcon(), text, QVariant()); };
+    const auto addEntry = [combo](const QString& text) {
+        const int index = combo->count();
+        combo->insertItem(index, QIcon(), text, QVariant());
+        combo->setItemData(index, literalToolTip(text), Qt::ToolTipRole);
+    };
     combo->clear();
     addEntry(QStringLiteral(""));
     ui.treeWidget_cusHis->clear();
@@ -105,7 +134,7 @@ void OrvexManager::OnRepaintCustomCombo()
         addEntry(row.cusTimeString + gap + summary + gap + row.cusAddInfo);
         QTreeWidgetItem* item = new QTreeWidgetItem({row.cusTimeString, summary, row.cusAddInfo});
         for (int column = 0; column < item->columnCount(); ++column)
-            item->setToolTip(column, item->text(column));
+            item->setToolTip(column, literalToolTip(item->text(column)));
         ui.treeWidget_cusHis->addTopLevelItem(item);
     }
     combo->setCurrentIndex(0);
@@ -119,6 +148,32 @@ void OrvexManager::OnRepaintCustomCombo()
     ui.toolButton_deleteall->setEnabled(true);
 }
 
+void OrvexManager::growForComponents(const QSize& room)
+{
+    const auto sizeToShow = [](const QScrollArea* area) {
+        return area->widget()->sizeHint() + QSize(2 * area->frameWidth(), 2 * area->frameWidth());
+    };
+    QScrollArea* access = ui.scrollArea_proComp;
+    QScrollArea* functions = ui.scrollArea_funcComp;
+    functions->setFixedHeight(sizeToShow(functions).height());
+
+    // A scroll area does not ask for what it holds, so its minimum does, as long as the layouts are asked. Afterwards
+    // the window may be made smaller again.
+    const QSize smallest = access->minimumSize();
+    access->setMinimumSize(sizeToShow(access).expandedTo(QSize(sizeToShow(functions).width(), 0)));
+    forgetSizes(functions);
+    forgetSizes(access);
+    const QLayout* pages = ui.centralWidget->layout();
+    const int width = qMax(this->width(), pages->totalMinimumSize().width());
+    const int bars = layout()->totalSizeHint().height() - pages->totalSizeHint().height();
+    const QSize needed(width, pages->totalHeightForWidth(width) + bars);
+    access->setMinimumSize(smallest);
+    forgetSizes(access);
+
+    if (windowState() == Qt::WindowNoState)
+        resize(size().expandedTo(needed.boundedTo(room)));
+}
+
 void OrvexManager::onDefaultCusChg(int)
 {
     const QString directory = GetSelCusDir(ui.comboBox_defaultCus->currentText());
@@ -128,6 +183,8 @@ void OrvexManager::onDefaultCusChg(int)
     // Set by the program, so the KEF dialog does not open.
     tick(ui, accessComponents, m_customInfo.common.procomVal);
     tick(ui, functionComponents, m_customInfo.common.funcomVal);
+    // The closed box cuts a long text off.
+    ui.comboBox_defaultCus->setToolTip(ui.comboBox_defaultCus->currentData(Qt::ToolTipRole).toString());
 }
 
 quint64 OrvexManager::tickedAccessComponents() const

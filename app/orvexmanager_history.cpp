@@ -140,6 +140,7 @@ void OrvexManager::takeStoredCustom(const QByteArray& directory)
 
 int OrvexManager::GetIndexByStrTime(QString time)
 {
+    // Contract: a deletion finds its row by the exact text; a choice (GetSelCusDir) disregards case.
     for (int i = 0; i < m_cusPolicyList.size(); ++i) {
         if (m_cusPolicyList.at(i).cusTimeString == time)
             return i;
@@ -155,6 +156,7 @@ QString OrvexManager::GetSelCusDir(QString selText)
     }
     // The text of an entry begins with its time string, which finds the row again.
     const QString time = selText.left(19);
+    // Contract: a choice disregards case; a deletion (GetIndexByStrTime) finds its row by the exact text.
     int index = 0;
     while (index < m_cusPolicyList.size() &&
            QString::compare(m_cusPolicyList.at(index).cusTimeString, time, Qt::CaseInsensitive) != 0)
@@ -164,8 +166,7 @@ QString OrvexManager::GetSelCusDir(QString selText)
         return QStringLiteral("");
     }
 
-    const QByteArray directory =
-        historyDirectory() + "/" + QByteArray::number(m_cusPolicyList.at(index).cusTimeStamp);
+    const QByteArray directory = historyDirectory() + "/" + QByteArray::number(m_cusPolicyList.at(index).cusTimeStamp);
     const auto giveUp = [this](const char* line) {
         ui.comboBox_defaultCus->setCurrentIndex(0);
         m_customInfo.reset();
@@ -202,8 +203,7 @@ void OrvexManager::onDetail()
     }
     if (m_iSelIndex < 0 || m_iSelIndex >= m_cusPolicyList.size())
         return;
-    const QByteArray directory =
-        historyDirectory() + "/" + directoryName(m_cusPolicyList.at(m_iSelIndex).cusTimeStamp);
+    const QByteArray directory = historyDirectory() + "/" + directoryName(m_cusPolicyList.at(m_iSelIndex).cusTimeStamp);
     const QByteArray document = documentIn(directory);
     if (!utl_FileExists(document.constData())) {
         box.say("CusIniNotFound");

@@ -10,6 +10,7 @@
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTextDocument>
 
 #include <ctime>
 
@@ -67,9 +68,9 @@ void pressCancel(QWidget& dialog, const char* boxName)
 
 QStringList tickedBoxes(const QWidget& window)
 {
-    const char* const names[] = {"checkBox_8021xPro",    "checkBox_portalPro", "checkBox_sslvpnPro",
-                                 "checkBox_wlanPro",     "checkBox_ipsecvpnPro", "checkBox_zoaPro",
-                                 "checkBox_zoafunc",     "checkBox_keffunc"};
+    const char* const names[] = {"checkBox_8021xPro", "checkBox_portalPro",   "checkBox_sslvpnPro",
+                                 "checkBox_wlanPro",  "checkBox_ipsecvpnPro", "checkBox_zoaPro",
+                                 "checkBox_zoafunc",  "checkBox_keffunc"};
     QStringList ticked;
     for (const char* name : names) {
         if (child<QCheckBox>(window, name)->isChecked())
@@ -150,6 +151,15 @@ void clickRow(const OrvexManager& window, int row)
 bool isEnabled(const OrvexManager& window, const char* buttonName)
 {
     return child<QAbstractButton>(window, buttonName)->isEnabled();
+}
+
+QString readToolTip(const QString& toolTip)
+{
+    if (!Qt::mightBeRichText(toolTip))
+        return toolTip;
+    QTextDocument document;
+    document.setHtml(toolTip);
+    return document.toPlainText();
 }
 
 QString titleOfDetails(const OrvexManager& window)

@@ -4,6 +4,7 @@
 #include "support/Installation.h"
 #include "support/ModalScript.h"
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QTest>
 #include <QTreeWidget>
@@ -12,6 +13,24 @@
 extern time_t frozenTime;
 /// Then each look at it moves that clock on by one second.
 extern bool isFrozenTimeTicking;
+
+/// While it lives, the application's font has this size.
+class ApplicationFont
+{
+public:
+    explicit ApplicationFont(int pointSize) : m_before(QApplication::font())
+    {
+        QFont font = m_before;
+        font.setPointSize(pointSize);
+        QApplication::setFont(font);
+    }
+    ~ApplicationFont() { QApplication::setFont(m_before); }
+    ApplicationFont(const ApplicationFont&) = delete;
+    ApplicationFont& operator=(const ApplicationFont&) = delete;
+
+private:
+    QFont m_before;
+};
 
 /// A fresh store and settings below the test executable, in English, and the brand `tqm`.
 void prepareInstallation();
@@ -33,7 +52,8 @@ void pressCancel(QWidget& dialog, const char* boxName = "buttonBox");
 /// The names of the ticked components, hidden ones too, in the order of the page.
 QStringList tickedBoxes(const QWidget& window);
 
-struct ShownBox {
+struct ShownBox
+{
     const QObject* parent = nullptr;
     QString title;
     QString text;
@@ -61,6 +81,8 @@ int rowOf(const OrvexManager& window, const char* timeString);
 /// Turns to the history page and clicks the row.
 void clickRow(const OrvexManager& window, int row);
 bool isEnabled(const OrvexManager& window, const char* buttonName);
+/// The text that a tooltip shows.
+QString readToolTip(const QString& toolTip);
 /// Presses the button for details and closes what it shows. Empty when anything but a detail view came.
 QString titleOfDetails(const OrvexManager& window);
 

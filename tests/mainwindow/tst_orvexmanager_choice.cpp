@@ -12,6 +12,15 @@ namespace {
 
 const QStringList defaultBoxes = {QStringLiteral("8021xPro"), QStringLiteral("portalPro"), QStringLiteral("zoafunc")};
 
+/// What a failing load of the document logs, a line for each section.
+QStringList unopenedLines(int count)
+{
+    QStringList lines;
+    while (lines.size() < count)
+        lines.append(QStringLiteral("CBasedQtXmlParser::LoadXmlFile:Open XML File[/OrvexCustom.xml]."));
+    return lines;
+}
+
 } // namespace
 
 // How a stored customisation becomes the starting point of a new one.
@@ -24,6 +33,7 @@ private slots:
 
     void anEntryTellsTimeComponentsAndRemark();
     void anEmptyRemarkLeavesTheBlanksOfBothGaps();
+    void tooltipsTellWhatTheClosedBoxCutsOff();
     void eachComponentHasItsBox_data();
     void eachComponentHasItsBox();
     void choosingAnEntryLoadsTheWholeRecord();
@@ -35,19 +45,22 @@ private slots:
     void anEntryWithoutATimeFindsNoRow();
     void theEmptyEntryGoesBackToTheDefaults();
     void eachChoiceOfTheEmptyEntryLogsALineForEachSection();
+    void clearingAndFillingBothLogALineForEachSection();
     void aDocumentThatIsGonePutsTheComboBack();
     void anAlteredDocumentPutsTheComboBack();
 };
 
 void TstOrvexManagerChoice::anEntryTellsTimeComponentsAndRemark()
 {
-    storeCustomisation(installation::root(), storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"),
-                                                          QStringLiteral("北京"), 25, 5));
+    storeCustomisation(installation::root(),
+                       storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("北京"), 25, 5));
     const OrvexManager window(nullptr);
     const QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
     QCOMPARE(combo->count(), 2);
     QCOMPARE(combo->itemText(1), QStringLiteral("2023-11-15 06:13:20    802.1X  SSLVPN  WLAN  ZOA  KEF      北京"));
     QVERIFY(!combo->itemData(1).isValid());
+    for (int entry = 0; entry < 2; ++entry)
+        QVERIFY(combo->itemIcon(entry).isNull());
     QCOMPARE(combo->currentIndex(), 0);
 }
 
@@ -58,6 +71,23 @@ void TstOrvexManagerChoice::anEmptyRemarkLeavesTheBlanksOfBothGaps()
     const OrvexManager window(nullptr);
     QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->itemText(1),
              QStringLiteral("2023-11-15 06:13:20        "));
+}
+
+void TstOrvexManagerChoice::tooltipsTellWhatTheClosedBoxCutsOff()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "<b>Beijing</b> A & B");
+    OrvexManager window(nullptr);
+    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
+    const QString text = QStringLiteral("2023-11-15 06:13:21    802.1X  Portal  ZOA      <b>Beijing</b> A & B");
+    QCOMPARE(combo->itemText(1), text);
+    QCOMPARE(readToolTip(combo->itemData(1, Qt::ToolTipRole).toString()), text);
+    QVERIFY(!combo->itemData(1).isValid());
+    QCOMPARE(combo->itemData(0, Qt::ToolTipRole).toString(), QString());
+    QCOMPARE(combo->toolTip(), QString());
+    combo->setCurrentIndex(1);
+    QCOMPARE(readToolTip(combo->toolTip()), text);
+    combo->setCurrentIndex(0);
+    QCOMPARE(combo->toolTip(), QString());
 }
 
 void TstOrvexManagerChoice::eachComponentHasItsBox_data()
@@ -84,12 +114,13 @@ void TstOrvexManagerChoice::eachComponentHasItsBox()
     storeCustomisation(installation::root(), storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(),
                                                           quint64(procomVal), quint64(funcomVal)));
     OrvexManager window(nullptr);
+    // No dialog comes of a tick that the program sets.
+    ModalScript script;
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QCOMPARE(tickedBoxes(window), box.isEmpty() ? QStringList() : QStringList{box});
 
     // The masks are counted from the boxes anew, so values that no box stands for go.
     const int access = procomVal & 63;
-    ModalScript script;
     if (access == 0)
         child<QCheckBox>(window, "checkBox_wlanPro")->setChecked(true);
     script.expect<CustomAdvProperty>([](CustomAdvProperty& dialog) { pressCancel(dialog, "buttonBox_adv"); });
@@ -164,7 +195,8 @@ void TstOrvexManagerChoice::sectionsThatADocumentLacksStayAtTheDefaults()
                   QStringLiteral("1700000000"));
     OrvexManager window(nullptr);
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
-    CustomInfo expected = storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("bare"), 32, 4);
+    CustomInfo expected =
+        storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("bare"), 32, 4);
     expected.common.areaKey = 1;
     QCOMPARE(differences(window.record(), expected), QStringList());
     QCOMPARE(tickedBoxes(window), (QStringList{QStringLiteral("zoaPro"), QStringLiteral("keffunc")}));
@@ -233,11 +265,22 @@ void TstOrvexManagerChoice::eachChoiceOfTheEmptyEntryLogsALineForEachSection()
     combo->setCurrentIndex(1);
     installation::clearLog();
     combo->setCurrentIndex(0);
-    const QString line = QStringLiteral("CBasedQtXmlParser::LoadXmlFile:Open XML File[/OrvexCustom.xml].");
-    QStringList expected;
-    for (int section = 0; section < 11; ++section)
-        expected.append(line);
-    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), expected);
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), unopenedLines(11));
+}
+
+void TstOrvexManagerChoice::clearingAndFillingBothLogALineForEachSection()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "one");
+    storeRow(1700000002, "2023-11-15 06:13:22", "two");
+    installation::clearLog();
+    OrvexManager window(nullptr);
+    window.show();
+    // The box is empty when it is first cleared.
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), unopenedLines(11));
+    clickRow(window, 0);
+    installation::clearLog();
+    press(window, "toolButton_delete");
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), unopenedLines(22));
 }
 
 void TstOrvexManagerChoice::aDocumentThatIsGonePutsTheComboBack()

@@ -1,5 +1,6 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
+#include "app/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
@@ -18,6 +19,25 @@ void untickAccess(const OrvexManager& window)
     for (const char* box : {"checkBox_8021xPro", "checkBox_portalPro", "checkBox_sslvpnPro", "checkBox_wlanPro",
                             "checkBox_ipsecvpnPro", "checkBox_zoaPro"})
         setTicked(window, box, false);
+}
+
+/// Stores a customisation with all three fields of KEF, whatever the mask says of that component.
+void storeKef(int funcomVal)
+{
+    CustomInfo stored = storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 1, 4);
+    stored.kef.kefIP = QStringLiteral("192.0.2.6");
+    stored.kef.kefPort = QStringLiteral("9030");
+    stored.kef.customize = true;
+    const QByteArray mask = "<funcomVal>" + QByteArray::number(funcomVal) + "</funcomVal>";
+    const QByteArray document = documentOf(stored).replace("<funcomVal>4</funcomVal>", mask);
+    QVERIFY(document.contains(mask));
+    storeDocument(installation::root(), document, QStringLiteral("1700000000"));
+}
+
+bool holdsStoredKef(const OrvexManager& window)
+{
+    const auto& kef = window.record().kef;
+    return kef.kefIP == QLatin1String("192.0.2.6") && kef.kefPort == QLatin1String("9030") && kef.customize;
 }
 
 } // namespace
@@ -39,6 +59,10 @@ private slots:
     void advancedWritesIntoTheRecordInHand();
     void tickingKefAsksAndTakesTheAnswers();
     void cancellingTheKefDialogUnticksTheBox();
+    void cancellingTheKefDialogKeepsTheStoredFields_data();
+    void cancellingTheKefDialogKeepsTheStoredFields();
+    void acceptingTheKefDialogReplacesAllThreeStoredFields();
+    void kefDialogOpensWithItsDefaultsOverAStoredRecord();
     void untickingKefAsksNothingAndKeepsTheFields();
 };
 
@@ -196,6 +220,91 @@ void TstOrvexManagerClient::cancellingTheKefDialogUnticksTheBox()
     QVERIFY(!child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
     QCOMPARE(window.record().kef.kefIP, QString());
     QCOMPARE(window.record().kef.kefPort, QString());
+}
+
+void TstOrvexManagerClient::cancellingTheKefDialogKeepsTheStoredFields_data()
+{
+    QTest::addColumn<int>("funcomVal");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("isRefused");
+    QTest::newRow("with the component") << 4 << QStringLiteral("192.0.2.5") << false;
+    QTest::newRow("without the component") << 0 << QStringLiteral("192.0.2.5") << false;
+    QTest::newRow("after a refused address") << 4 << QStringLiteral("127.0.0.1") << true;
+}
+
+void TstOrvexManagerClient::cancellingTheKefDialogKeepsTheStoredFields()
+{
+    QFETCH(int, funcomVal);
+    QFETCH(QString, address);
+    QFETCH(bool, isRefused);
+    storeKef(funcomVal);
+    OrvexManager window(nullptr);
+    window.show();
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    QVERIFY(holdsStoredKef(window));
+    QCOMPARE(child<QCheckBox>(window, "checkBox_keffunc")->isChecked(), funcomVal == 4);
+    setTicked(window, "checkBox_keffunc", false);
+    ShownBox shown;
+    ModalScript script;
+    script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
+        QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), address);
+        child<QLineEdit>(dialog, "lineEdit_kefPort")->setText(QStringLiteral("9031"));
+        if (isRefused) {
+            script.expect<QMessageBox>(answer(shown));
+            pressOk(dialog);
+        }
+        pressCancel(dialog);
+    });
+    setTicked(window, "checkBox_keffunc", true);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(shown.text, isRefused ? langText("KEF_IpErr") : QString());
+    QVERIFY(!child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
+    QVERIFY(holdsStoredKef(window));
+}
+
+void TstOrvexManagerClient::acceptingTheKefDialogReplacesAllThreeStoredFields()
+{
+    storeKef(4);
+    OrvexManager window(nullptr);
+    window.show();
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    QVERIFY(holdsStoredKef(window));
+    setTicked(window, "checkBox_keffunc", false);
+    ModalScript script;
+    script.expect<KEFCusOpt>([](KEFCusOpt& dialog) {
+        QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), QStringLiteral("192.0.2.5"));
+        pressOk(dialog);
+    });
+    setTicked(window, "checkBox_keffunc", true);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.5"));
+    QCOMPARE(window.record().kef.kefPort, QStringLiteral("9029"));
+    QVERIFY(!window.record().kef.customize);
+}
+
+void TstOrvexManagerClient::kefDialogOpensWithItsDefaultsOverAStoredRecord()
+{
+    storeKef(4);
+    OrvexManager window(nullptr);
+    window.show();
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    QVERIFY(holdsStoredKef(window));
+    setTicked(window, "checkBox_keffunc", false);
+    QString address = QStringLiteral("not read");
+    QString port;
+    bool isTicked = true;
+    ModalScript script;
+    script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
+        address = child<QLineEdit>(dialog, "lineEdit_kefIp")->text();
+        port = child<QLineEdit>(dialog, "lineEdit_kefPort")->text();
+        isTicked = child<QCheckBox>(dialog, "checkBox_disable")->isChecked();
+        pressCancel(dialog);
+    });
+    setTicked(window, "checkBox_keffunc", true);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(address, QString());
+    QCOMPARE(port, QStringLiteral("9029"));
+    QVERIFY(!isTicked);
 }
 
 void TstOrvexManagerClient::untickingKefAsksNothingAndKeepsTheFields()

@@ -47,6 +47,8 @@ private slots:
     void aMissingIconIsNotNoticed();
     void namesWithoutADotStayInTheWorkingDirectory();
     void theRecordIsResetAfterwards();
+    void aCommitEnablesDeleteAllAlone();
+    void valuesThatNoBoxStandsForAreNotCommitted();
     void theBrandByteGoesIntoTheDocument();
     void theReportTellsWhatWasAskedFor_data();
     void theReportTellsWhatWasAskedFor();
@@ -147,7 +149,8 @@ void TstOrvexManagerCommit::directoriesAndCopyAreToldOnTheDebugOutput()
     const QString root = QRegularExpression::escape(installation::root());
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QLatin1Char('^') + QStringLiteral("\"?") + root +
                                                         QStringLiteral("custom\"?\\s*$")));
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("^\"?cp  -Rf .*custom/.*\\*.*UpdateCustom/1700000000/")));
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral("^\"?cp  -Rf .*custom/.*\\*.*UpdateCustom/1700000000/")));
     // Each message that does not come fails the test.
     QCOMPARE(commit(window), QStringList());
 }
@@ -342,8 +345,8 @@ void TstOrvexManagerCommit::iconsAreCopiedInTheirOrder()
     };
     const auto change = [&root](const QByteArray& name) { return "chmod a+r " + root + "custom/" + name; };
     const QByteArrayList expected = {
-        copy("DeskIconLinux.png"),  change("DeskIconLinux.png"), copy("DeskIconMacos.icns"),
-        change("DeskIconMacos.icns"), copy("MainIcon.ico"),      change("MainIcon.ico"),
+        copy("DeskIconLinux.png"),    change("DeskIconLinux.png"), copy("DeskIconMacos.icns"),
+        change("DeskIconMacos.icns"), copy("MainIcon.ico"),        change("MainIcon.ico"),
     };
     QCOMPARE(recorder.commands().mid(1, 6), expected);
 }
@@ -369,9 +372,9 @@ void TstOrvexManagerCommit::namesWithoutADotStayInTheWorkingDirectory()
     OrvexManager window(nullptr);
     window.show();
     QCOMPARE(commit(window), QStringList());
-    QCOMPARE(installation::namesIn(inWorking()), (QStringList{QStringLiteral("OrvexCustom.xml"),
-                                                             QStringLiteral("OrvexCustomXml.vrf"),
-                                                             QStringLiteral("README")}));
+    QCOMPARE(installation::namesIn(inWorking()),
+             (QStringList{QStringLiteral("OrvexCustom.xml"), QStringLiteral("OrvexCustomXml.vrf"),
+                          QStringLiteral("README")}));
     QVERIFY(QFile::exists(inStored(QStringLiteral("README"))));
 }
 
@@ -385,8 +388,36 @@ void TstOrvexManagerCommit::theRecordIsResetAfterwards()
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QCOMPARE(commit(window), QStringList());
     QCOMPARE(differences(window.record(), CustomInfo()), QStringList());
-    QCOMPARE(tickedBoxes(window), (QStringList{QStringLiteral("8021xPro"), QStringLiteral("portalPro"),
-                                               QStringLiteral("zoafunc")}));
+    QCOMPARE(tickedBoxes(window),
+             (QStringList{QStringLiteral("8021xPro"), QStringLiteral("portalPro"), QStringLiteral("zoafunc")}));
+}
+
+void TstOrvexManagerCommit::aCommitEnablesDeleteAllAlone()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    QVERIFY(!isEnabled(window, "toolButton_deleteall"));
+    QCOMPARE(commit(window), QStringList());
+    QVERIFY(isEnabled(window, "toolButton_deleteall"));
+    QVERIFY(!isEnabled(window, "toolButton_detail"));
+    QVERIFY(!isEnabled(window, "toolButton_delete"));
+}
+
+void TstOrvexManagerCommit::valuesThatNoBoxStandsForAreNotCommitted()
+{
+    storeCustomisation(installation::root(),
+                       storedRecord(1600000000, QStringLiteral("2020-09-13 20:26:40"), QString(), 64 + 1, 2 + 1));
+    OrvexManager window(nullptr);
+    window.show();
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    QCOMPARE(window.record().common.procomVal, quint64(65));
+    QCOMPARE(window.record().common.funcomVal, quint64(3));
+    QCOMPARE(commit(window), QStringList());
+    const QByteArray document = installation::readFile(inStored(QStringLiteral("OrvexCustom.xml")));
+    QVERIFY(document.contains("<procomVal>1</procomVal>"));
+    QVERIFY(document.contains("<funcomVal>1</funcomVal>"));
+    QCOMPARE(window.history().first().procomVal, 1U);
+    QCOMPARE(window.history().first().funcomVal, 1U);
 }
 
 void TstOrvexManagerCommit::theBrandByteGoesIntoTheDocument()

@@ -39,6 +39,8 @@ private slots:
     void deleteWithNothingSelectedAsksForARow();
     void buttonsStayEnabledAfterADeletionWhileRowsRemain();
     void twoRowsOfOneTimeAreFoundByTheFirst();
+    void deletionTellsTimesApartByCase();
+    void aRowThatTheHistoryDoesNotKnowDeletesNothing();
     void aDirectoryOfAnotherNameSurvivesTheDeletionOfItsRow();
     void aFailedRemovalTakesTheRowUntilTheNextStart();
     void aVanishedStoreIsLoggedOnDeletion();
@@ -144,6 +146,41 @@ void TstOrvexManagerDeletion::twoRowsOfOneTimeAreFoundByTheFirst()
     QVERIFY(!QDir(inHistory(QString::number(first))).exists());
     QCOMPARE(window.history().size(), 1);
     QVERIFY(window.history().first().cusTimeStamp != first);
+}
+
+void TstOrvexManagerDeletion::deletionTellsTimesApartByCase()
+{
+    storeRow(1700000001, "ON A SUNNY MORNING,", "one");
+    storeRow(1700000002, "on a sunny morning,", "two");
+    OrvexManager window(nullptr);
+    window.show();
+    const quint64 first = window.history().at(0).cusTimeStamp;
+    const quint64 second = window.history().at(1).cusTimeStamp;
+    clickRow(window, 1);
+    press(window, "toolButton_delete");
+    QVERIFY(QDir(inHistory(QString::number(first))).exists());
+    QVERIFY(!QDir(inHistory(QString::number(second))).exists());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(window.history().first().cusTimeStamp, first);
+}
+
+void TstOrvexManagerDeletion::aRowThatTheHistoryDoesNotKnowDeletesNothing()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "one");
+    storeRow(1700000002, "2023-11-15 06:13:22", "two");
+    OrvexManager window(nullptr);
+    window.show();
+    const QStringList times = shownTimes(window);
+    clickRow(window, 0);
+    historyTree(window)->topLevelItem(0)->setText(0, QStringLiteral("2023-11-15 06:13:23"));
+    const CommandRecorder recorder;
+    ModalScript script;
+    press(window, "toolButton_delete");
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(recorder.commands(), QByteArrayList());
+    QCOMPARE(window.history().size(), 2);
+    // Both views are filled anew from the history.
+    QCOMPARE(shownTimes(window), times);
 }
 
 void TstOrvexManagerDeletion::aDirectoryOfAnotherNameSurvivesTheDeletionOfItsRow()

@@ -61,6 +61,7 @@ private slots:
     void theToolBarKeepsTheTitleOfItsFirstMoment();
     void theAboutCommandOpensTheBox();
     void changingTheLanguageWritesTheSettingAndRewritesTheTexts();
+    void theSettingIsNotYetOnDiskWhenSyncRuns();
     void choosingTheTickedLanguageRewritesTheSettingAndReadsTheFileAgain();
     void aSettingsFileThatCannotBeWrittenIsNotNoticed();
     void theTranslatorIsInstalledWhileTheLanguageIsChinese();
@@ -78,6 +79,7 @@ private slots:
 
 void TstOrvexManagerFrame::standsAsTheFormSays()
 {
+    const ApplicationFont font(9); // a larger one makes the window grow
     OrvexManager window(nullptr);
     QCOMPARE(window.objectName(), QStringLiteral("MainWindow"));
     QCOMPARE(window.size(), QSize(694, 551));
@@ -126,8 +128,8 @@ void TstOrvexManagerFrame::menusHoldTheirEntriesInOrder()
         titles.append(action->text());
     QCOMPARE(titles, textsOf({"menu_file", "menu_view", "menu_Language", "menu_help"}));
     QCOMPARE(entries(menu(window, 0)), textsOf({"menu_cusclient", "menu_cushistory", nullptr, "menu_exit"}));
-    QCOMPARE(entries(menu(window, 1)), textsOf({"menu_toolbar", nullptr, "menu_viewClientLoc", "menu_viewUpdLoc",
-                                                "menu_viewCusUpdLoc"}));
+    QCOMPARE(entries(menu(window, 1)),
+             textsOf({"menu_toolbar", nullptr, "menu_viewClientLoc", "menu_viewUpdLoc", "menu_viewCusUpdLoc"}));
     QCOMPARE(entries(menu(window, 2)), textsOf({"menu_English", "menu_Chinese"}));
     QCOMPARE(entries(menu(window, 3)), textsOf({"menu_about"}));
     for (const QAction* entry : menu(window, 0)->actions())
@@ -273,6 +275,21 @@ void TstOrvexManagerFrame::changingTheLanguageWritesTheSettingAndRewritesTheText
     menu(window, 2)->actions().at(0)->trigger();
     QVERIFY(installation::readFile(installation::path(QStringLiteral("config.ini"))).contains("LangCode=1033\n"));
     QCOMPARE(window.windowTitle(), QStringLiteral("Orvex Customisation Manager"));
+}
+
+void TstOrvexManagerFrame::theSettingIsNotYetOnDiskWhenSyncRuns()
+{
+    OrvexManager window(nullptr);
+    const QString settings = installation::path(QStringLiteral("config.ini"));
+    QByteArray duringSync;
+    const CommandRecorder recorder(CommandRecorder::RecordOnly, [&](const QByteArray& command) {
+        if (command == "sync")
+            duringSync = installation::readFile(settings);
+    });
+    window.changZhLanguage();
+    QCOMPARE(recorder.commands(), QByteArrayList{"sync"});
+    QCOMPARE(duringSync, QByteArray("[config]\nArea=tqm\nLangCode=1033\n"));
+    QCOMPARE(installation::readFile(settings), QByteArray("[config]\nArea=tqm\nLangCode=2052\n"));
 }
 
 void TstOrvexManagerFrame::choosingTheTickedLanguageRewritesTheSettingAndReadsTheFileAgain()

@@ -8,6 +8,7 @@
 #include <QFontMetrics>
 #include <QHeaderView>
 #include <QListWidget>
+#include <QTextDocument>
 
 namespace {
 
@@ -28,12 +29,15 @@ private slots:
     void thePageStandsAsDescribed();
     void aLargeFontGivesWayUntilATimeFits();
     void tooltipsTellWhatTheColumnsCutOff();
+    void markupInARemarkIsShownLetterForLetter_data();
+    void markupInARemarkIsShownLetterForLetter();
     void buttonsWaitForAClickOnARow();
     void anItemOfAnotherTreeIsNoRow();
     void detailWithNothingSelectedAsksForARow();
     void detailShowsTheClickedRow();
     void detailShowsTheLastClickedRowWhateverIsSelected();
     void detailTakesTheSelectedRowWhenNoneWasClicked();
+    void detailOfTwoRowsOfOneTimeShowsTheClickedOne();
     void detailOfAMissingDocumentIsRefused();
     void detailOfAnAlteredDocumentIsRefused();
     void detailOfAMissingVerificationIsRefused();
@@ -81,9 +85,32 @@ void TstOrvexManagerHistory::tooltipsTellWhatTheColumnsCutOff()
     storeRow(1700000001, "2023-11-15 06:13:21", remark.toUtf8().constData());
     const OrvexManager window(nullptr);
     const QTreeWidgetItem* item = historyTree(window)->topLevelItem(0);
-    QCOMPARE(item->toolTip(0), QStringLiteral("2023-11-15 06:13:21"));
-    QCOMPARE(item->toolTip(1), QStringLiteral("802.1X  Portal  ZOA  "));
-    QCOMPARE(item->toolTip(2), remark);
+    QCOMPARE(readToolTip(item->toolTip(0)), QStringLiteral("2023-11-15 06:13:21"));
+    QCOMPARE(readToolTip(item->toolTip(1)), QStringLiteral("802.1X  Portal  ZOA  "));
+    QCOMPARE(readToolTip(item->toolTip(2)), remark);
+    // A tooltip wraps its text only when it counts as markup.
+    QVERIFY(Qt::mightBeRichText(item->toolTip(2)));
+    QVERIFY(item->toolTip(2).contains(QLatin1String("white-space: pre-wrap")));
+}
+
+void TstOrvexManagerHistory::markupInARemarkIsShownLetterForLetter_data()
+{
+    QTest::addColumn<QString>("remark");
+    QTest::newRow("tags and an ampersand") << QStringLiteral("<b>Beijing</b> A & B");
+    QTest::newRow("an entity") << QStringLiteral("A &lt; B");
+    QTest::newRow("blanks") << QStringLiteral("A   B");
+    QTest::newRow("nothing") << QString();
+}
+
+void TstOrvexManagerHistory::markupInARemarkIsShownLetterForLetter()
+{
+    QFETCH(QString, remark);
+    storeRow(1700000001, "2023-11-15 06:13:21", remark.toUtf8().constData());
+    const OrvexManager window(nullptr);
+    const QTreeWidgetItem* item = historyTree(window)->topLevelItem(0);
+    QCOMPARE(item->text(2), remark);
+    QCOMPARE(readToolTip(item->toolTip(2)), remark);
+    QCOMPARE(item->toolTip(2).isEmpty(), remark.isEmpty());
 }
 
 void TstOrvexManagerHistory::buttonsWaitForAClickOnARow()
@@ -109,6 +136,12 @@ void TstOrvexManagerHistory::anItemOfAnotherTreeIsNoRow()
     window.onItemClicked(&stranger);
     QVERIFY(!isEnabled(window, "toolButton_detail"));
     QVERIFY(!isEnabled(window, "toolButton_delete"));
+    // Nor does it take the place of the clicked row.
+    window.show();
+    clickRow(window, 0);
+    window.onItemClicked(&stranger);
+    historyTree(window)->clearSelection();
+    QCOMPARE(titleOfDetails(window), detailTitle("2023-11-15 06:13:21"));
 }
 
 void TstOrvexManagerHistory::detailWithNothingSelectedAsksForARow()
@@ -171,6 +204,27 @@ void TstOrvexManagerHistory::detailTakesTheSelectedRowWhenNoneWasClicked()
     // From now on this row counts as the clicked one.
     historyTree(window)->setCurrentItem(historyTree(window)->topLevelItem(0));
     QCOMPARE(titleOfDetails(window), detailTitle(times.at(1).toLatin1().constData()));
+}
+
+void TstOrvexManagerHistory::detailOfTwoRowsOfOneTimeShowsTheClickedOne()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "one");
+    storeRow(1700000002, "2023-11-15 06:13:21", "two");
+    OrvexManager window(nullptr);
+    window.show();
+    const QString second = QString::number(window.history().at(1).cusTimeStamp);
+    QVERIFY(QFile::remove(inHistory(second + QLatin1String("/OrvexCustom.xml"))));
+    clickRow(window, 1);
+    {
+        ShownBox shown;
+        ModalScript script;
+        script.expect<QMessageBox>(answer(shown));
+        press(window, "toolButton_detail");
+        QCOMPARE(script.complaints(), QStringList());
+        QVERIFY(isWarning(shown, window, "CusIniNotFound"));
+    }
+    clickRow(window, 0);
+    QCOMPARE(titleOfDetails(window), detailTitle("2023-11-15 06:13:21"));
 }
 
 void TstOrvexManagerHistory::detailOfAMissingDocumentIsRefused()

@@ -129,6 +129,8 @@ private slots:
     void theDirectoryIsClosedUnlessTheLimitEndsTheScan();
     void aDocumentWithoutCommonSectionListsWithTheDefaults_data();
     void aDocumentWithoutCommonSectionListsWithTheDefaults();
+    void elementsMissingFromACommonSectionReadAsZero_data();
+    void elementsMissingFromACommonSectionReadAsZero();
     void hostileStoresNeverCrashOrHangTheScan_data();
     void hostileStoresNeverCrashOrHangTheScan();
 };
@@ -150,10 +152,10 @@ void TstOrvexManagerScan::verifiedCustomisationsAreListedInReverseOfTheDirectory
     const OrvexManager window(nullptr);
     // What readdir gives: find does not sort either.
     const QStringList order =
-        QString::fromLatin1(installation::run(QStringLiteral("find"), {inHistory(), QStringLiteral("-mindepth"),
-                                                                      QStringLiteral("1"), QStringLiteral("-maxdepth"),
-                                                                      QStringLiteral("1"), QStringLiteral("-printf"),
-                                                                      QStringLiteral("%f\\n")}))
+        QString::fromLatin1(
+            installation::run(QStringLiteral("find"), {inHistory(), QStringLiteral("-mindepth"), QStringLiteral("1"),
+                                                       QStringLiteral("-maxdepth"), QStringLiteral("1"),
+                                                       QStringLiteral("-printf"), QStringLiteral("%f\\n")}))
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QStringList reversed;
     for (quint64 stamp : stamps(window))
@@ -178,8 +180,9 @@ void TstOrvexManagerScan::theListIsNotSorted()
     s_isSorted = true;
     const OrvexManager window(nullptr);
     QCOMPARE(stamps(window), (QList<quint64>{1700000002, 1700000001, 1700000003}));
-    QCOMPARE(shownTimes(window), (QStringList{QStringLiteral("2023-11-15 06:13:22"), QStringLiteral("2023-11-15 06:13:21"),
-                                         QStringLiteral("2023-11-15 06:13:23")}));
+    QCOMPARE(shownTimes(window),
+             (QStringList{QStringLiteral("2023-11-15 06:13:22"), QStringLiteral("2023-11-15 06:13:21"),
+                          QStringLiteral("2023-11-15 06:13:23")}));
 }
 
 void TstOrvexManagerScan::theScanLogsEachStepInOrder()
@@ -383,6 +386,34 @@ void TstOrvexManagerScan::aDocumentWithoutCommonSectionListsWithTheDefaults()
              QStringLiteral("    802.1X  Portal  ZOA      "));
 }
 
+void TstOrvexManagerScan::elementsMissingFromACommonSectionReadAsZero_data()
+{
+    QTest::addColumn<QByteArray>("masks");
+    QTest::addColumn<QString>("summary");
+    QTest::addColumn<QStringList>("boxes");
+    QTest::newRow("no mask") << QByteArray() << QString() << QStringList();
+    QTest::newRow("no access components")
+        << QByteArray("<funcomVal>4</funcomVal>") << QStringLiteral("KEF  ") << QStringList{QStringLiteral("keffunc")};
+    QTest::newRow("no function components") << QByteArray("<procomVal>16</procomVal>") << QStringLiteral("SSLVPN  ")
+                                            << QStringList{QStringLiteral("sslvpnPro")};
+}
+
+void TstOrvexManagerScan::elementsMissingFromACommonSectionReadAsZero()
+{
+    QFETCH(QByteArray, masks);
+    storeDocument(installation::root(),
+                  "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<msg><content><common>"
+                  "<cusTimeStamp>1700000001</cusTimeStamp><cusTimeString>2023-11-15 06:13:21</cusTimeString>" +
+                      masks + "</common></content></msg>\n",
+                  QStringLiteral("1700000001"));
+    const OrvexManager window(nullptr);
+    QCOMPARE(window.history().size(), 1);
+    QTEST(historyTree(window)->topLevelItem(0)->text(1), "summary");
+    QCOMPARE(historyTree(window)->topLevelItem(0)->text(2), QString());
+    child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
+    QTEST(tickedBoxes(window), "boxes");
+}
+
 void TstOrvexManagerScan::hostileStoresNeverCrashOrHangTheScan_data()
 {
     QTest::addColumn<QByteArray>("document");
@@ -397,7 +428,9 @@ void TstOrvexManagerScan::hostileStoresNeverCrashOrHangTheScan_data()
     QTest::newRow("deep nesting") << nested << verification;
     QTest::newRow("oversized") << QByteArray(5000000, 'x') << verification;
     QTest::newRow("NUL bytes") << QByteArray(2000, '\0') << verification;
-    QTest::newRow("foreign") << QByteArray("\x7f""ELF and so on") << verification;
+    QTest::newRow("foreign") << QByteArray("\x7f"
+                                           "ELF and so on")
+                             << verification;
 }
 
 void TstOrvexManagerScan::hostileStoresNeverCrashOrHangTheScan()

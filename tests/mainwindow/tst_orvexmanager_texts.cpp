@@ -8,12 +8,14 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
 
 namespace {
 
-struct Control {
+struct Control
+{
     const char* name;
     const char* key;
     const char* defaultText; // null: not laid down
@@ -61,9 +63,9 @@ void installTellingLanguages()
         QByteArray file = "<texts>\n";
         for (const QByteArray& key : keys)
             file += "<control key=\"" + key + "\">" + language + ' ' + key + "</control>\n";
-        installation::writeFile(installation::path(QStringLiteral("Resources/Language_%1.xml")
-                                                       .arg(QString::fromLatin1(language))),
-                                file + "</texts>\n");
+        installation::writeFile(
+            installation::path(QStringLiteral("Resources/Language_%1.xml").arg(QString::fromLatin1(language))),
+            file + "</texts>\n");
     }
 }
 
@@ -103,10 +105,9 @@ QStringList expectedTexts(const QString& language)
     QStringList texts{QLatin1String("window: ") + mark + QLatin1String("manager_title")};
     for (const Control& control : controls)
         texts.append(QLatin1String(control.name) + QLatin1String(": ") + mark + QLatin1String(control.key));
-    for (const char* key : {"menu_file", "menu_cusclient", "menu_cushistory", "-", "menu_exit",
-                            "menu_view", "menu_toolbar", "-", "menu_viewClientLoc", "menu_viewUpdLoc",
-                            "menu_viewCusUpdLoc", "menu_Language", "menu_English", "menu_Chinese", "menu_help",
-                            "menu_about"})
+    for (const char* key : {"menu_file", "menu_cusclient", "menu_cushistory", "-", "menu_exit", "menu_view",
+                            "menu_toolbar", "-", "menu_viewClientLoc", "menu_viewUpdLoc", "menu_viewCusUpdLoc",
+                            "menu_Language", "menu_English", "menu_Chinese", "menu_help", "menu_about"})
         texts.append(QLatin1String("menu: ") + (*key == '-' ? QString() : mark) + QLatin1String(key));
     for (const char* key : {"cusclient_tooltip", "-", "cusHis_tooltip", "-", "about_tooltip"}) {
         const QString text = *key == '-' ? QString() : mark + QLatin1String(key);
@@ -130,6 +131,19 @@ QImage resource(const char* name)
     return picture(QIcon(QLatin1String(":/OrvexManager/Resources/") + QLatin1String(name)));
 }
 
+constexpr QSize largeScreen(1920, 1200);
+
+/// How far the components can be scrolled, in both areas together.
+QSize scrolledAway(const OrvexManager& window)
+{
+    QSize away(0, 0);
+    for (const char* name : {"scrollArea_proComp", "scrollArea_funcComp"}) {
+        const QScrollArea* area = child<QScrollArea>(window, name);
+        away += QSize(area->horizontalScrollBar()->maximum(), area->verticalScrollBar()->maximum());
+    }
+    return away;
+}
+
 } // namespace
 
 // What the window says, and how its form stands.
@@ -148,6 +162,11 @@ private slots:
     void rowsAndEntriesAreNotTranslated();
     void picturesAreThoseOfTheResources();
     void bothLanguagesLeaveTheWindowItsSize();
+    void everyComponentIsInSightOnALargeScreen_data();
+    void everyComponentIsInSightOnALargeScreen();
+    void theWindowGrowsAsFarAsTheScreenHasRoom();
+    void theWindowCanBeMadeSmallerThanItsComponents();
+    void aMaximisedWindowStaysSo();
 };
 
 void TstOrvexManagerTexts::theFormBearsItsDefaultTexts_data()
@@ -196,8 +215,8 @@ void TstOrvexManagerTexts::theFormStandsAsDescribed()
         QCOMPARE(area->styleSheet(), QStringLiteral("background-color: rgb(255, 255, 255);"));
     for (const QLabel* title : {form.label_cusClientTitle, form.label_cusHisTitle})
         QVERIFY(title->font().bold());
-    for (const QToolButton* button : {form.toolButton_adv, form.toolButton_finish, form.toolButton_detail,
-                                      form.toolButton_delete})
+    for (const QToolButton* button :
+         {form.toolButton_adv, form.toolButton_finish, form.toolButton_detail, form.toolButton_delete})
         QCOMPARE(button->minimumSize(), QSize(75, 23));
     QCOMPARE(form.toolButton_deleteall->minimumHeight(), 23);
 }
@@ -265,12 +284,91 @@ void TstOrvexManagerTexts::picturesAreThoseOfTheResources()
 
 void TstOrvexManagerTexts::bothLanguagesLeaveTheWindowItsSize()
 {
+    const ApplicationFont font(9);
     OrvexManager window(nullptr);
     window.show();
     QCOMPARE(window.size(), QSize(694, 551));
     window.changZhLanguage();
     QCoreApplication::processEvents();
     QCOMPARE(window.size(), QSize(694, 551));
+}
+
+void TstOrvexManagerTexts::everyComponentIsInSightOnALargeScreen_data()
+{
+    QTest::addColumn<int>("pointSize");
+    QTest::addColumn<QByteArray>("language");
+    for (int pointSize : {9, 10, 12, 16}) {
+        QTest::addRow("%d points, English", pointSize) << pointSize << QByteArray("1033");
+        QTest::addRow("%d points, Chinese", pointSize) << pointSize << QByteArray("2052");
+    }
+}
+
+void TstOrvexManagerTexts::everyComponentIsInSightOnALargeScreen()
+{
+    QFETCH(int, pointSize);
+    QFETCH(QByteArray, language);
+    writeSettings("Area=tqm\nLangCode=" + language + "\n");
+    const ApplicationFont font(pointSize);
+    OrvexManager window(nullptr);
+    window.growForComponents(largeScreen);
+    window.show();
+    QCoreApplication::processEvents();
+    QCOMPARE(scrolledAway(window), QSize(0, 0));
+    // The other language, too, while the window is open.
+    if (language == "1033")
+        window.changZhLanguage();
+    else
+        window.changEnLanguage();
+    window.growForComponents(largeScreen);
+    QCoreApplication::processEvents();
+    QCOMPARE(scrolledAway(window), QSize(0, 0));
+    for (const char* name : {"label_proCompDes", "label_funcCompDes", "label_advDes", "label_finishDes"}) {
+        const QLabel* label = child<QLabel>(window, name);
+        QVERIFY2(label->height() >= label->heightForWidth(label->width()), name);
+    }
+}
+
+void TstOrvexManagerTexts::theWindowGrowsAsFarAsTheScreenHasRoom()
+{
+    const ApplicationFont font(16);
+    OrvexManager window(nullptr);
+    window.growForComponents(largeScreen);
+    const QSize needed = window.size();
+    QVERIFY(needed.width() > 695 && needed.height() > 552);
+    for (const QSize& missing : {QSize(1, 0), QSize(0, 1)}) {
+        window.resize(694, 551);
+        window.growForComponents(needed - missing);
+        QCOMPARE(window.size(), needed - missing);
+    }
+    window.resize(694, 551);
+    window.growForComponents(QSize(640, 480));
+    QCOMPARE(window.size(), QSize(694, 551));
+}
+
+void TstOrvexManagerTexts::theWindowCanBeMadeSmallerThanItsComponents()
+{
+    const ApplicationFont font(12);
+    OrvexManager window(nullptr);
+    window.growForComponents(largeScreen);
+    window.show();
+    const int width = window.width();
+    window.resize(width, 551);
+    QCoreApplication::processEvents();
+    QCOMPARE(window.size(), QSize(width, 551));
+    // The components that may be scrolled are those of the network access.
+    QVERIFY(scrolledAway(window).height() > 0);
+    QCOMPARE(child<QScrollArea>(window, "scrollArea_funcComp")->verticalScrollBar()->maximum(), 0);
+}
+
+void TstOrvexManagerTexts::aMaximisedWindowStaysSo()
+{
+    const ApplicationFont font(16);
+    OrvexManager window(nullptr);
+    window.showMaximized();
+    const QSize size = window.size();
+    window.growForComponents(largeScreen);
+    QCOMPARE(window.size(), size);
+    QVERIFY(window.isMaximized());
 }
 
 int main(int argc, char** argv)

@@ -11,29 +11,37 @@ QMutex s_mutex;
 bool s_recording = false;
 CommandRecorder::Mode s_mode = CommandRecorder::Run;
 QByteArrayList s_commands;
+CommandRecorder::Hook s_atCommand;
 
 } // namespace
 
 extern "C" int system(const char* command)
 {
+    CommandRecorder::Hook atCommand;
+    bool isRun = true;
     {
         QMutexLocker lock(&s_mutex);
         if (s_recording) {
             s_commands.append(QByteArray(command));
-            if (s_mode == CommandRecorder::RecordOnly)
-                return 0;
+            atCommand = s_atCommand;
+            isRun = s_mode != CommandRecorder::RecordOnly;
         }
     }
+    if (atCommand)
+        atCommand(QByteArray(command));
+    if (!isRun)
+        return 0;
     using System = int (*)(const char*);
     static const System real = reinterpret_cast<System>(dlsym(RTLD_NEXT, "system"));
     return real(command);
 }
 
-CommandRecorder::CommandRecorder(Mode mode)
+CommandRecorder::CommandRecorder(Mode mode, const Hook& atCommand)
 {
     QMutexLocker lock(&s_mutex);
     s_recording = true;
     s_mode = mode;
+    s_atCommand = atCommand;
     s_commands.clear();
 }
 
@@ -41,6 +49,7 @@ CommandRecorder::~CommandRecorder()
 {
     QMutexLocker lock(&s_mutex);
     s_recording = false;
+    s_atCommand = Hook();
 }
 
 QByteArrayList CommandRecorder::commands() const
