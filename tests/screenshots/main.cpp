@@ -30,6 +30,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -70,14 +74,22 @@ bool isClipped(const QWidget* widget)
 
 void complain(const QString& page, const QWidget* widget, const char* what)
 {
-    s_complaints.append(QStringLiteral("%1: %2 \"%3\" %4")
-                            .arg(page, widget->objectName(), shownText(widget), QLatin1String(what)));
+    s_complaints.append(
+        QStringLiteral("%1: %2 \"%3\" %4").arg(page, widget->objectName(), shownText(widget), QLatin1String(what)));
 }
 
 void inspect(const QString& page, const QWidget* window)
 {
     if (window->windowTitle() == QLatin1String("NULL"))
         complain(page, window, "has no title");
+    // What is scrolled away and would fit on the screen beside the window.
+    const int room = window->screen()->availableSize().width() - window->width() -
+                     window->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    for (const QScrollArea* area : window->findChildren<QScrollArea*>()) {
+        const int hidden = area->horizontalScrollBar()->maximum();
+        if (area->isVisibleTo(window) && hidden > 0 && hidden <= room)
+            complain(page, area, "scrolls sideways");
+    }
     const QList<QWidget*> widgets = window->findChildren<QWidget*>();
     for (const QWidget* widget : widgets) {
         // Parts of a widget, such as the buttons of a tab bar or a header, carry no name of the form.
@@ -88,7 +100,8 @@ void inspect(const QString& page, const QWidget* window)
             complain(page, widget, "has no text");
         if (isClipped(widget))
             complain(page, widget, "is clipped");
-        const QList<QWidget*> siblings = widget->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        const QList<QWidget*> siblings =
+            widget->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
         for (const QWidget* sibling : siblings) {
             if (sibling > widget && sibling->isVisibleTo(window) && !sibling->isWindow() && !widget->isWindow() &&
                 !sibling->objectName().isEmpty() && !sibling->objectName().startsWith(QLatin1String("qt_")) &&
@@ -145,8 +158,9 @@ CustomInfo sampleRecord()
     record.function.wanControlEscapePyxPort = QStringLiteral("9020");
     record.function.wanControlEscapeDns = QStringLiteral("192.0.2.53");
     record.function.wanControlEscapePyxIpBackup = QStringLiteral("192.0.2.31");
-    record.sslvpn.remote = {{0, QStringLiteral("Headquarters"), QStringLiteral("203.0.113.10"), QStringLiteral("443")},
-                            {0, QStringLiteral("北京分部"), QStringLiteral("vpn.branch.example"), QStringLiteral("8443")}};
+    record.sslvpn.remote = {
+        {0, QStringLiteral("Headquarters"), QStringLiteral("203.0.113.10"), QStringLiteral("443")},
+        {0, QStringLiteral("北京分部"), QStringLiteral("vpn.branch.example"), QStringLiteral("8443")}};
     record.sslvpn.defaultAddress = 1;
     record.domain.domaindetail = {{QStringLiteral("staff.example"), QStringLiteral("Staff")},
                                   {QStringLiteral("guest.example"), QStringLiteral("访客")}};
@@ -175,7 +189,8 @@ CustomInfo sampleRecord()
 void shootMainWindow(const QString& language)
 {
     OrvexManager window(nullptr);
-    const CUSINFOPOLICY rows[] = {{1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("北京分部"), 3, 1}};
+    const CUSINFOPOLICY rows[] = {
+        {1700000000, QStringLiteral("2023-11-15 06:13:20"), QStringLiteral("北京分部"), 3, 1}};
     for (const CUSINFOPOLICY& row : rows) {
         window.findChild<QTreeWidget*>()->addTopLevelItem(new QTreeWidgetItem(
             {row.cusTimeString, window.GetCusCompStr(int(row.procomVal), int(row.funcomVal)), row.cusAddInfo}));
@@ -234,6 +249,22 @@ void shootAdvanced(const QString& language)
     shootOne("warning", std::move(static_cast<QWidget&>(box)));
 }
 
+/// The pages of the advanced dialog in the fonts that desktops set.
+void shootAdvancedInOtherFonts(const QString& language)
+{
+    const QFont font = QApplication::font();
+    CustomInfo record = sampleRecord();
+    for (int points : {9, 10, 11, 12}) {
+        QFont other = font;
+        other.setPointSize(points);
+        QApplication::setFont(other);
+        CustomAdvProperty advanced(nullptr);
+        advanced.initalDialog(&record);
+        shootTabs(language + QStringLiteral("/advanced-%1pt").arg(points), &advanced);
+    }
+    QApplication::setFont(font);
+}
+
 void shootViews(const QString& language)
 {
     CustomInfo record = sampleRecord();
@@ -263,7 +294,8 @@ int main(int argc, char** argv)
         return 2;
     }
     s_directory = QString::fromLocal8Bit(argv[1]);
-    const struct {
+    const struct
+    {
         const char* name;
         const char* code;
     } languages[] = {{"en", "1033"}, {"zh", "2052"}};
@@ -274,6 +306,7 @@ int main(int argc, char** argv)
         shootMainWindow(name);
         shootPackWindows(name);
         shootAdvanced(name);
+        shootAdvancedInOtherFonts(name);
         shootViews(name);
     }
     for (const QString& complaint : qAsConst(s_complaints))
