@@ -5,8 +5,9 @@
 #include "common/AddressRules.h"
 
 #include <QIntValidator>
-#include <QLocale>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace {
 
@@ -21,15 +22,21 @@ bool isPortTooHigh(const QString& port)
     return static_cast<unsigned int>(port.toInt(nullptr, 10)) > 65535;
 }
 
-/// Takes digits only: the separators that a language writes between thousands would be stored with the text.
-QValidator* portValidator(QObject* parent)
+/// Takes digits only: signs, and the separators that a language writes between thousands, would be stored with the
+/// text.
+class PortValidator : public QIntValidator
 {
-    QLocale locale = QLocale::c();
-    locale.setNumberOptions(QLocale::RejectGroupSeparator);
-    auto* const validator = new QIntValidator(0, 65535, parent);
-    validator->setLocale(locale);
-    return validator;
-}
+public:
+    explicit PortValidator(QObject* parent) : QIntValidator(0, 65535, parent) {}
+
+    State validate(QString& input, int& position) const override
+    {
+        const bool isDigits = std::all_of(input.cbegin(), input.cend(), [](QChar sign) {
+            return sign >= QLatin1Char('0') && sign <= QLatin1Char('9');
+        });
+        return isDigits ? QIntValidator::validate(input, position) : Invalid;
+    }
+};
 
 } // namespace
 
@@ -38,7 +45,7 @@ CWanEscapeDlg::CWanEscapeDlg(QWidget* parent) : QDialog(parent)
     ui.setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowText();
-    ui.lineEdit_pyxPort->setValidator(portValidator(this));
+    ui.lineEdit_pyxPort->setValidator(new PortValidator(this));
     connect(ui.buttonBox, &QDialogButtonBox::accepted, this, &CWanEscapeDlg::onOk);
     connect(ui.buttonBox, &QDialogButtonBox::rejected, this, &CWanEscapeDlg::close);
 }

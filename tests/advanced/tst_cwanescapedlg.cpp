@@ -256,6 +256,8 @@ void TstCWanEscapeDlg::portFieldRefusesOtherKeys_data()
     QTest::newRow("letters") << QStringLiteral("8a0b") << QStringLiteral("80");
     QTest::newRow("comma") << QStringLiteral("8,080") << QStringLiteral("8080");
     QTest::newRow("minus") << QStringLiteral("-80") << QStringLiteral("80");
+    QTest::newRow("plus") << QStringLiteral("+80") << QStringLiteral("80");
+    QTest::newRow("blank") << QStringLiteral(" 8 0") << QStringLiteral("80");
     QTest::newRow("six digits") << QStringLiteral("655360") << QStringLiteral("65536");
 }
 
