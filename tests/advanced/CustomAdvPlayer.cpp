@@ -8,11 +8,6 @@
 
 namespace advplay {
 
-QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
 void click(const QWidget& window, const char* name)
 {
     QAbstractButton* button = child<QAbstractButton>(window, name);
@@ -64,12 +59,6 @@ void bringToFront(const CustomAdvProperty& dialog, QWidget* widget)
         QCoreApplication::processEvents();
         page->findChild<QScrollArea*>()->ensureWidgetVisible(widget);
     }
-}
-
-QString focusOf(const QWidget& window)
-{
-    const QWidget* focus = window.focusWidget();
-    return focus ? focus->objectName() : QString();
 }
 
 CustomInfo recordFor(quint64 procomVal, quint64 funcomVal)
@@ -229,11 +218,6 @@ QStringList OpenDialog::tabs() const
     for (int index = 0; index < tabWidget->count(); ++index)
         names.append(tabWidget->widget(index)->objectName());
     return names;
-}
-
-QString languageFile(const char* name)
-{
-    return QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") + QLatin1String(name);
 }
 
 } // namespace advplay

@@ -2,8 +2,8 @@
 
 #include "advanced/CustomAdvProperty.h"
 #include "app/LangText.h"
-#include "app/myapplication.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 #include "xml/CustomInfo.h"
 
 #include <QComboBox>
@@ -15,23 +15,14 @@
 #include <QTreeWidget>
 #include <QtTest>
 
-#include <cstdio>
 #include <functional>
 
 /// Plays the advanced dialog and its small dialogs through their widgets.
 namespace advplay {
 
-/// The named child; the test ends at once when there is none.
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
-
-/// Words of test tables, one blank between two.
-QStringList words(const char* text);
+using windowplay::child;
+using windowplay::focusOf;
+using windowplay::words;
 
 /// A mouse click on the indicator of a check box or radio button, or on a push button.
 void click(const QWidget& window, const char* button);
@@ -44,9 +35,6 @@ QString describe(const QMessageBox& box);
 QString warning(const char* titleKey, const char* textKey);
 /// Brings the tab of the widget to the front and scrolls to it.
 void bringToFront(const CustomAdvProperty& dialog, QWidget* widget);
-/// The name of the widget that has, or would have, the focus of the window.
-QString focusOf(const QWidget& window);
-
 /// The defaults, with these components.
 CustomInfo recordFor(quint64 procomVal, quint64 funcomVal = 0);
 /// A record with all components and hardly a default in it, which OK stores back unchanged.
@@ -106,19 +94,10 @@ private:
     QStringList m_boxes;
 };
 
-QString languageFile(const char* name);
-
 /// The body of main(): the application object with the English texts, then the tests.
 template <class Test> int runTest(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        std::fprintf(stderr, "another process holds the instance lock\n");
-        return 1;
-    }
-    app.m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return windowplay::runTest<Test>(argc, argv, [] { windowplay::useLanguage(QStringLiteral("en")); });
 }
 
 } // namespace advplay

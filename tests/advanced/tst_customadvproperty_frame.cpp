@@ -223,7 +223,7 @@ private slots:
 
 void TstCustomAdvPropertyFrame::cleanup()
 {
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(languageFile("Language_en.xml"));
+    windowplay::useLanguage(QStringLiteral("en"));
 }
 
 void TstCustomAdvPropertyFrame::constructionLeavesTheCountersAtZero()
@@ -258,21 +258,20 @@ void TstCustomAdvPropertyFrame::formHasItsSizeAndSettings()
 
 void TstCustomAdvPropertyFrame::textsFollowTheLanguage_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::newRow("English") << QStringLiteral("Language_en.xml");
-    QTest::newRow("Chinese") << QStringLiteral("Language_zh.xml");
+    QTest::addColumn<QString>("language");
+    QTest::newRow("English") << QStringLiteral("en");
+    QTest::newRow("Chinese") << QStringLiteral("zh");
     // Several keys have the same text in both files.
     QTest::newRow("every key its own text") << QString();
 }
 
 void TstCustomAdvPropertyFrame::textsFollowTheLanguage()
 {
-    QFETCH(QString, file);
-    CLanguageParser& language = CMyApplication::current()->m_LanguageParser;
-    if (file.isEmpty())
-        dialogplay::showKeysAsTexts();
+    QFETCH(QString, language);
+    if (language.isEmpty())
+        windowplay::showKeysAsTexts();
     else
-        language.LoadLanguage(languageFile(file.toLatin1().constData()));
+        windowplay::useLanguage(language);
     OpenDialog open(recordFor(63, 5));
     QCOMPARE(open.dialog.windowTitle(), langText("adv_title"));
     const auto* buttons = open.widget<QDialogButtonBox>("buttonBox_adv");

@@ -1,12 +1,13 @@
 #include "app/DocumentCharacters.h"
 #include "app/myapplication.h"
+#include "support/WindowPlay.h"
 
 #include <QClipboard>
 #include <QLineEdit>
 #include <QXmlStreamReader>
 #include <QtTest>
 
-#include <cstdio>
+using windowplay::runTest;
 
 class TstDocumentCharacters : public QObject
 {
@@ -97,13 +98,7 @@ void TstDocumentCharacters::ordinaryTypingCanBeUndone()
 
 int main(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        std::fprintf(stderr, "another process holds the instance lock\n");
-        return 1;
-    }
-    TstDocumentCharacters test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstDocumentCharacters>(argc, argv);
 }
 
 #include "tst_documentcharacters.moc"

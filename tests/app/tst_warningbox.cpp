@@ -3,13 +3,15 @@
 #include "app/myapplication.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QtTest>
 
-#include <cstdio>
+using windowplay::runTest;
+using windowplay::useLanguage;
 
 namespace {
 
@@ -58,8 +60,7 @@ private slots:
 
 void TstWarningBox::initTestCase()
 {
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(
-        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    useLanguage(QStringLiteral("en"));
     for (const char* key : {"manager_title", "CUS_TipsTitle", "OneInstance", "SelProtocolPls"})
         QVERIFY2(langText(key) != QLatin1String(s_missing), key);
 }
@@ -93,11 +94,10 @@ void TstWarningBox::titleComesFromItsKey()
 
 void TstWarningBox::titleFollowsTheLanguage()
 {
-    CLanguageParser& table = CMyApplication::current()->m_LanguageParser;
     const QString english = WarningBox("manager_title").windowTitle();
-    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_zh.xml"));
+    useLanguage(QStringLiteral("zh"));
     const QString chinese = WarningBox("manager_title").windowTitle();
-    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    useLanguage(QStringLiteral("en"));
     QVERIFY(chinese != english);
     QCOMPARE(WarningBox("manager_title").windowTitle(), english);
 }
@@ -239,13 +239,7 @@ void TstWarningBox::refuseWithoutAFieldLeavesTheFocus()
 
 int main(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        fprintf(stderr, "the instance lock is held by another process\n");
-        return 1;
-    }
-    TstWarningBox test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstWarningBox>(argc, argv);
 }
 
 #include "tst_warningbox.moc"

@@ -3,6 +3,7 @@
 #include "app/orvexmanager.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -36,13 +37,7 @@ private:
 void prepareInstallation();
 void writeSettings(const QByteArray& lines);
 
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* found = window.findChild<Widget*>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("no widget %s", name);
-    return found;
-}
+using windowplay::child;
 
 void press(const QWidget& window, const char* buttonName);
 /// Clicks the box when it is not in that state already.
@@ -86,13 +81,9 @@ QString readToolTip(const QString& toolTip);
 /// Presses the button for details and closes what it shows. Empty when anything but a detail view came.
 QString titleOfDetails(const OrvexManager& window);
 
-/// main() of a test: builds the application object and runs the test object.
+/// The body of main(): the installation, the application object, then the tests.
 template <class Test> int playTest(int argc, char** argv)
 {
     prepareInstallation();
-    CMyApplication application(argc, argv);
-    if (application.m_bAlreadyRunning)
-        qFatal("another instance runs on this machine");
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return windowplay::runTest<Test>(argc, argv);
 }

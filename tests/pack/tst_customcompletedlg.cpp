@@ -5,6 +5,7 @@
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 
 #include <QDir>
 #include <QLabel>
@@ -15,10 +16,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
 #include <sys/types.h>
+
+using windowplay::child;
+using windowplay::runTest;
+using windowplay::useLanguage;
 
 namespace {
 
@@ -110,20 +114,6 @@ void addRows()
         QTest::newRow(s_rows[row].directory) << row;
 }
 
-void load(const QString& language)
-{
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(
-        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_%1.xml").arg(language));
-}
-
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no %s", name);
-    return widget;
-}
-
 QString placeText(const QWidget& window, int row)
 {
     return child<QTextEdit>(window, s_rows[row].place)->toPlainText();
@@ -150,7 +140,7 @@ QByteArray executableIn(int length)
 
 void TstCustomCompleteDlg::initTestCase()
 {
-    load(QStringLiteral("en"));
+    useLanguage(QStringLiteral("en"));
     QVERIFY(langText("complete_title") != QLatin1String("NULL"));
     // The log goes here as well while nobody finds the executable.
     QVERIFY(QDir::setCurrent(installation::root()));
@@ -165,7 +155,7 @@ void TstCustomCompleteDlg::init()
 void TstCustomCompleteDlg::cleanup()
 {
     s_isElsewhere = false;
-    load(QStringLiteral("en"));
+    useLanguage(QStringLiteral("en"));
     installation::clear();
 }
 
@@ -245,7 +235,7 @@ void TstCustomCompleteDlg::fixedTextsComeFromTheLanguageTable_data()
 void TstCustomCompleteDlg::fixedTextsComeFromTheLanguageTable()
 {
     QFETCH(const QString, language);
-    load(language);
+    useLanguage(language);
     const CustomCompleteDlg window(nullptr);
     QCOMPARE(window.windowTitle(), langText("complete_title"));
     QCOMPARE(child<QPushButton>(window, "pushButton_exit")->text(), langText("exitBtnTitle"));
@@ -476,13 +466,7 @@ void TstCustomCompleteDlg::exitClosesTheWindow()
 
 int main(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        fprintf(stderr, "the instance lock is held by another process\n");
-        return 1;
-    }
-    TstCustomCompleteDlg test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstCustomCompleteDlg>(argc, argv);
 }
 
 #include "tst_customcompletedlg.moc"

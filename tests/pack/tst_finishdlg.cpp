@@ -2,6 +2,7 @@
 #include "app/myapplication.h"
 #include "pack/FinishDlg.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 #include "xml/CustomInfo.h"
 
 #include <QCheckBox>
@@ -13,7 +14,9 @@
 #include <QPushButton>
 #include <QtTest>
 
-#include <cstdio>
+using windowplay::child;
+using windowplay::runTest;
+using windowplay::useLanguage;
 
 class TstFinishDlg : public QObject
 {
@@ -50,20 +53,6 @@ private slots:
 };
 
 namespace {
-
-void load(const QString& language)
-{
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(
-        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_%1.xml").arg(language));
-}
-
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no %s", name);
-    return widget;
-}
 
 QLineEdit* remark(const QWidget& window)
 {
@@ -120,13 +109,13 @@ void pressOk(FinishDlg& window)
 
 void TstFinishDlg::initTestCase()
 {
-    load(QStringLiteral("en"));
+    useLanguage(QStringLiteral("en"));
     QVERIFY(langText("finish_title") != QLatin1String("NULL"));
 }
 
 void TstFinishDlg::cleanup()
 {
-    load(QStringLiteral("en"));
+    useLanguage(QStringLiteral("en"));
 }
 
 void TstFinishDlg::formHasTheseWidgets_data()
@@ -196,7 +185,7 @@ void TstFinishDlg::textsComeFromTheLanguageTable_data()
 void TstFinishDlg::textsComeFromTheLanguageTable()
 {
     QFETCH(const QString, language);
-    load(language);
+    useLanguage(language);
     const FinishDlg window(nullptr);
     const QVector<QPair<QString, const char*>> texts = {
         {QString(), "finish_title"},
@@ -473,13 +462,7 @@ void TstFinishDlg::focusGoesFromTopToBottom()
 
 int main(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        fprintf(stderr, "the instance lock is held by another process\n");
-        return 1;
-    }
-    TstFinishDlg test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstFinishDlg>(argc, argv);
 }
 
 #include "tst_finishdlg.moc"

@@ -5,6 +5,7 @@
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
+#include "support/WindowPlay.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
@@ -18,11 +19,14 @@
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
-#include <cstdio>
 #include <dlfcn.h>
 #include <mutex>
 #include <pthread.h>
 #include <sys/types.h>
+
+using windowplay::child;
+using windowplay::runTest;
+using windowplay::useLanguage;
 
 namespace {
 
@@ -145,14 +149,6 @@ int workers()
     return (threads() - s_otherThreads).size();
 }
 
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no %s", name);
-    return widget;
-}
-
 QString shownLines(const PackingWait& window)
 {
     return child<QTextEdit>(window, "textEdit")->toPlainText();
@@ -189,8 +185,7 @@ protected:
 
 void TstPackingWait::initTestCase()
 {
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(
-        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    useLanguage(QStringLiteral("en"));
     QVERIFY(langText("gensetupBegin") != QLatin1String("NULL"));
     QVERIFY(QDir::setCurrent(installation::root()));
     utl_SetVersionStrings("V7.2-R0408E", "7.2.0408.115");
@@ -481,14 +476,7 @@ void TstPackingWait::finishEndsThePolling()
 int main(int argc, char** argv)
 {
     s_main = pthread_self();
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        fprintf(stderr, "the instance lock is held by another process\n");
-        return 1;
-    }
-    s_mainIsSet = true;
-    TstPackingWait test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstPackingWait>(argc, argv, [] { s_mainIsSet = true; });
 }
 
 #include "tst_packingwait.moc"

@@ -4,15 +4,18 @@
 #include "pack/WorkThread.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/WindowPlay.h"
 
 #include <QDir>
 #include <QtTest>
 
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <dlfcn.h>
 #include <sys/types.h>
+
+using windowplay::runTest;
+using windowplay::useLanguage;
 
 namespace {
 
@@ -152,8 +155,7 @@ void runWithoutApplication()
 
 void TstWorkThread::initTestCase()
 {
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(
-        QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    useLanguage(QStringLiteral("en"));
     QSet<QString> different;
     for (const char* key : s_keys) {
         QVERIFY2(langText(key) != QLatin1String("NULL"), key);
@@ -336,8 +338,7 @@ void TstWorkThread::signalsComeFromTheThread()
 
 void TstWorkThread::textsFollowTheLanguage()
 {
-    CLanguageParser& table = CMyApplication::current()->m_LanguageParser;
-    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_zh.xml"));
+    useLanguage(QStringLiteral("zh"));
     QStringList lines;
     {
         const CommandRecorder recorder(CommandRecorder::RecordOnly);
@@ -349,7 +350,7 @@ void TstWorkThread::textsFollowTheLanguage()
         QVERIFY(thread.wait(30000));
     }
     const QStringList expected = {langText("gensetupBegin"), langText("gensetupSucc")};
-    table.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_en.xml"));
+    useLanguage(QStringLiteral("en"));
     QCOMPARE(lines, expected);
     QVERIFY(lines.first() != langText("gensetupBegin"));
 }
@@ -378,13 +379,7 @@ void TstWorkThread::threadMayRunTwice()
 int main(int argc, char** argv)
 {
     runWithoutApplication();
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        fprintf(stderr, "the instance lock is held by another process\n");
-        return 1;
-    }
-    TstWorkThread test;
-    return QTest::qExec(&test, argc, argv);
+    return runTest<TstWorkThread>(argc, argv);
 }
 
 #include "tst_workthread.moc"

@@ -1,6 +1,5 @@
 #include "support/DialogPlay.h"
 
-#include "support/Installation.h"
 #include "support/ModalScript.h"
 
 #include <QCheckBox>
@@ -55,12 +54,6 @@ QString cancelText(const QDialog& dialog)
     return buttonOf(dialog, QDialogButtonBox::Cancel)->text();
 }
 
-QString focusOf(const QWidget& window)
-{
-    const QWidget* const focus = window.focusWidget();
-    return focus ? focus->objectName() : QString();
-}
-
 QStringList clickRefusedOk(ModalScript& script, const QDialog& dialog)
 {
     // Shared with the step, which outlives this call when no box comes.
@@ -95,17 +88,6 @@ bool CloseEvents::eventFilter(QObject* watched, QEvent* event)
 {
     count += event->type() == QEvent::Close ? 1 : 0;
     return QObject::eventFilter(watched, event);
-}
-
-void showKeysAsTexts()
-{
-    QByteArray xml = "<language>";
-    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
-    for (const QByteArray& key : keys.simplified().split(' '))
-        xml += "<control key=\"" + key + "\">" + key + "</control>";
-    const QString path = installation::path(QStringLiteral("keys.xml"));
-    installation::writeFile(path, xml + "</language>");
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
 }
 
 } // namespace dialogplay

@@ -3,7 +3,6 @@
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewPlayer.h"
-#include "xml/CustomInfoHolder.h"
 
 #include <QLineEdit>
 
@@ -46,19 +45,6 @@ protected:
     const ShowDetailDlg& view() const override { return dialog; }
 };
 
-/// The opener of the VPN detail view, reduced to the record that it lends.
-class RecordHolder : public QDialog, public CustomInfoHolder
-{
-    Q_OBJECT
-    Q_INTERFACES(CustomInfoHolder)
-
-public:
-    CustomInfo* customInfo() override { return lends ? &info : nullptr; }
-
-    CustomInfo info;
-    bool lends = true;
-};
-
 /// The VPN detail view as its caller opens it.
 class OpenVpnView : public OpenView<QShowVpnAdv>
 {
@@ -70,7 +56,7 @@ public:
         dialog.show();
     }
 
-    RecordHolder holder;
+    windowplay::RecordHolder holder;
     QShowVpnAdv dialog;
 
 protected:

@@ -22,16 +22,6 @@ namespace viewplay {
 
 namespace {
 
-QString sourceFile(const QString& relative)
-{
-    return QStringLiteral(ORVEX_SOURCE_DIR "/") + relative;
-}
-
-CLanguageParser& texts()
-{
-    return CMyApplication::current()->m_LanguageParser;
-}
-
 template <class Widget> QList<Widget*> children(const QDialog& dialog)
 {
     QList<Widget*> all;
@@ -93,20 +83,7 @@ void collectClipped(const QDialog& dialog, QStringList& clipped)
 
 void useKeysAsTexts()
 {
-    QByteArray file = "<language>";
-    for (const QByteArray& key :
-         installation::readFile(sourceFile(QStringLiteral("tests/data/language_keys.txt"))).split('\n')) {
-        if (!key.isEmpty())
-            file += "<control key=\"" + key + "\">[" + key + "]</control>";
-    }
-    const QString path = installation::path(QStringLiteral("keys.xml"));
-    installation::writeFile(path, file + "</language>");
-    texts().LoadLanguage(path);
-}
-
-void useLanguage(const char* code)
-{
-    texts().LoadLanguage(sourceFile(QStringLiteral("Resources/Language_%1.xml").arg(QLatin1String(code))));
+    windowplay::showKeysAsTexts("[", "]");
 }
 
 CustomInfo fullRecord()

@@ -1,32 +1,23 @@
 #pragma once
 
-#include "app/myapplication.h"
+#include "support/WindowPlay.h"
 #include "xml/CustomInfo.h"
 
 #include <QAbstractButton>
 #include <QDialog>
 #include <QtTest>
 
-#include <cstdio>
-
 /// Plays the read-only views through their widgets. What is collected as one text is joined by "; ", and empty when
 /// there is nothing to complain of.
 namespace viewplay {
 
-/// The named child; the test ends at once when there is none.
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
+using windowplay::child;
+using windowplay::RecordHolder;
+using windowplay::useLanguage;
+using windowplay::words;
 
 /// Makes "[key]" the text of every key, so that a test sees which key a window uses.
 void useKeysAsTexts();
-/// "en" or "zh": the texts of the program.
-void useLanguage(const char* code);
-
 /// A record with all components, and ticks and texts everywhere.
 CustomInfo fullRecord();
 /// A record with all components and no flag set.
@@ -61,14 +52,7 @@ QStringList storedFiles();
 /// The body of main(): the application object with the keys as texts, then the tests.
 template <class Test> int runTest(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        std::fprintf(stderr, "another process holds the instance lock\n");
-        return 1;
-    }
-    useKeysAsTexts();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return windowplay::runTest<Test>(argc, argv, useKeysAsTexts);
 }
 
 } // namespace viewplay

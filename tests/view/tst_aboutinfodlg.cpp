@@ -209,7 +209,7 @@ void TstAboutInfoDlg::textsFit()
     QFETCH(QByteArray, language);
     QFETCH(int, areaCode);
     QFETCH(bool, internal);
-    useLanguage(language.constData());
+    useLanguage(QString::fromLatin1(language));
     g_ucAreaCode = static_cast<unsigned char>(areaCode);
     AboutInfoDlg dialog(nullptr);
     if (internal)

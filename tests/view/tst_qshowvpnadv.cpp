@@ -240,7 +240,7 @@ void TstQShowVpnAdv::textsFit_data()
 void TstQShowVpnAdv::textsFit()
 {
     QFETCH(QByteArray, language);
-    useLanguage(language.constData());
+    useLanguage(QString::fromLatin1(language));
     OpenVpnView view(fullRecord());
     QCOMPARE(clippedTexts(view.dialog), QString());
 }

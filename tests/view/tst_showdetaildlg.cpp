@@ -245,7 +245,7 @@ void TstShowDetailDlg::textsFit_data()
 void TstShowDetailDlg::textsFit()
 {
     QFETCH(RecordMaker, record);
-    useLanguage(QByteArray(QTest::currentDataTag()).left(2).constData());
+    useLanguage(QString::fromLatin1(QTest::currentDataTag()).left(2));
     CustomInfo info = record();
     ShowDetailDlg dialog(nullptr);
     dialog.onInitDialog(info);

@@ -201,7 +201,7 @@ void TstShowDetailDlgFunction::filledAnewTheListDoesNotGrow()
 
 void TstShowDetailDlgFunction::longTextsWrap()
 {
-    useLanguage("en");
+    useLanguage(QStringLiteral("en"));
     CustomInfo info = fullRecord();
     ShowDetailDlg dialog(nullptr);
     dialog.onInitDialog(info);

@@ -63,11 +63,6 @@ QStringList expectedTabs(quint64 procomVal, quint64 funcomVal)
     return tabs + rest;
 }
 
-QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(QLatin1Char(' '));
-}
-
 } // namespace
 
 void TstShowDetailDlgTabs::standByTheComponents_data()

@@ -64,12 +64,6 @@ QVector<QPair<QString, QString>> fieldsOf(const CustomInfo& info)
     return fields;
 }
 
-QString focusOf(const QDialog& dialog)
-{
-    const QWidget* widget = dialog.focusWidget();
-    return widget ? widget->objectName() : QString();
-}
-
 Session run(const CustomInfo& info, const Edit& edit, int boxes, QDialogButtonBox::StandardButton end)
 {
     Session session;
@@ -91,7 +85,7 @@ Session run(const CustomInfo& info, const Edit& edit, int boxes, QDialogButtonBo
     }
     session.result = dialog.exec();
     session.complaints = script.complaints();
-    session.focus = focusOf(dialog);
+    session.focus = windowplay::focusOf(dialog);
     session.info = holder.info;
     return session;
 }
@@ -157,7 +151,7 @@ ShownBox shown(const QMessageBox& box, const QDialog& behind)
             box.standardButtons(),
             box.standardButton(box.defaultButton()),
             box.parent() != nullptr,
-            focusOf(behind)};
+            windowplay::focusOf(behind)};
 }
 
 void compareWarning(const ShownBox& box, const char* titleKey, const char* textKey)
@@ -260,12 +254,6 @@ QStringList itemsOf(const QVPNAdvProperty& dialog, const char* name)
     for (int index = 0; index < combo->count(); ++index)
         items.append(combo->itemText(index));
     return items;
-}
-
-void loadLanguage(const char* file)
-{
-    CMyApplication::current()->m_LanguageParser.LoadLanguage(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") +
-                                                             QLatin1String(file));
 }
 
 } // namespace vpnplay

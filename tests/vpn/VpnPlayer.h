@@ -1,9 +1,8 @@
 #pragma once
 
-#include "app/myapplication.h"
+#include "support/WindowPlay.h"
 #include "vpn/QVPNAdvProperty.h"
 #include "xml/CustomInfo.h"
-#include "xml/CustomInfoHolder.h"
 
 #include <QDialog>
 #include <QMessageBox>
@@ -11,24 +10,15 @@
 #include <QVector>
 #include <QtTest>
 
-#include <cstdio>
 #include <functional>
 
 /// Plays the VPN dialogs through their widgets.
 namespace vpnplay {
 
-/// The opener of the dialog, reduced to the record that it lends.
-class RecordHolder : public QDialog, public CustomInfoHolder
-{
-    Q_OBJECT
-    Q_INTERFACES(CustomInfoHolder)
-
-public:
-    CustomInfo* customInfo() override { return lends ? &info : nullptr; }
-
-    CustomInfo info;
-    bool lends = true;
-};
+using windowplay::child;
+using windowplay::RecordHolder;
+using windowplay::useLanguage;
+using windowplay::words;
 
 /// A record whose VPN fields all differ from the defaults and, where the field allows it, from each other. Stored
 /// unchanged, it stays the same.
@@ -36,15 +26,6 @@ CustomInfo tellingRecord();
 
 /// "field: old -> new" for every field that differs, in the order of the record.
 QStringList changes(const CustomInfo& before, const CustomInfo& after);
-
-/// The named child; the test ends at once when there is none.
-template <class Widget> Widget* child(const QWidget& window, const char* name)
-{
-    Widget* widget = window.findChild<Widget*>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
 
 struct ShownBox
 {
@@ -97,26 +78,10 @@ bool isOn(const QVPNAdvProperty& dialog, const char* box);
 QStringList enabledOf(const QVPNAdvProperty& dialog, const QStringList& names);
 QStringList itemsOf(const QVPNAdvProperty& dialog, const char* combo);
 
-/// Puts the texts of a language file of the source tree into the application's table.
-void loadLanguage(const char* file);
-
 /// The body of main(): the application object with the English texts, then the tests.
 template <class Test> int runTest(int argc, char** argv)
 {
-    CMyApplication app(argc, argv);
-    if (app.m_bAlreadyRunning) {
-        std::fprintf(stderr, "another process holds the instance lock\n");
-        return 1;
-    }
-    loadLanguage("Language_en.xml");
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return windowplay::runTest<Test>(argc, argv, [] { windowplay::useLanguage(QStringLiteral("en")); });
 }
 
 } // namespace vpnplay
-
-/// Words of test tables, one blank between two.
-inline QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}

@@ -73,7 +73,7 @@ private slots:
 
 void TstIpInfo::cleanup()
 {
-    loadLanguage("Language_en.xml");
+    useLanguage(QStringLiteral("en"));
 }
 
 void TstIpInfo::textsComeFromTheLanguageTable()
@@ -89,15 +89,15 @@ void TstIpInfo::textsComeFromTheLanguageTable()
 
 void TstIpInfo::nothingIsClippedInEitherLanguage_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("Chinese") << QByteArray("Language_zh.xml");
-    QTest::newRow("English") << QByteArray("Language_en.xml");
+    QTest::addColumn<QString>("language");
+    QTest::newRow("Chinese") << QStringLiteral("zh");
+    QTest::newRow("English") << QStringLiteral("en");
 }
 
 void TstIpInfo::nothingIsClippedInEitherLanguage()
 {
-    QFETCH(QByteArray, file);
-    loadLanguage(file.constData());
+    QFETCH(QString, language);
+    useLanguage(language);
     IpInfo dialog(nullptr);
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));

@@ -57,9 +57,9 @@ const TextOf texts[] = {
 
 void addLanguages()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("English") << QByteArray("Language_en.xml");
-    QTest::newRow("Chinese") << QByteArray("Language_zh.xml");
+    QTest::addColumn<QString>("language");
+    QTest::newRow("English") << QStringLiteral("en");
+    QTest::newRow("Chinese") << QStringLiteral("zh");
 }
 
 /// Everything that the pages may hold before they are loaded: no item, no text, nothing ticked.
@@ -130,7 +130,7 @@ private slots:
 
 void TstQVPNAdvProperty::cleanup()
 {
-    loadLanguage("Language_en.xml");
+    useLanguage(QStringLiteral("en"));
 }
 
 void TstQVPNAdvProperty::opensOnTheFirstTab()
@@ -151,8 +151,8 @@ void TstQVPNAdvProperty::framesTextsComeFromTheLanguageTable_data()
 
 void TstQVPNAdvProperty::framesTextsComeFromTheLanguageTable()
 {
-    QFETCH(QByteArray, file);
-    loadLanguage(file.constData());
+    QFETCH(QString, language);
+    useLanguage(language);
     inspect(CustomInfo(), [](QVPNAdvProperty& dialog) {
         QCOMPARE(dialog.windowTitle(), langText("VUI_AdvancedSettings"));
         const QTabWidget* tabs = child<QTabWidget>(dialog, "tabWidget");
@@ -187,8 +187,8 @@ void TstQVPNAdvProperty::pagesTextsComeFromTheLanguageTable_data()
 
 void TstQVPNAdvProperty::pagesTextsComeFromTheLanguageTable()
 {
-    QFETCH(QByteArray, file);
-    loadLanguage(file.constData());
+    QFETCH(QString, language);
+    useLanguage(language);
     inspect(CustomInfo(), [](QVPNAdvProperty& dialog) {
         for (const TextOf& row : texts) {
             const QString shownText = child<QWidget>(dialog, row.widget)->property("text").toString();
@@ -205,8 +205,8 @@ void TstQVPNAdvProperty::nothingIsClippedInEitherLanguage_data()
 
 void TstQVPNAdvProperty::nothingIsClippedInEitherLanguage()
 {
-    QFETCH(QByteArray, file);
-    loadLanguage(file.constData());
+    QFETCH(QString, language);
+    useLanguage(language);
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         QTabWidget* tabs = child<QTabWidget>(dialog, "tabWidget");
         for (int page = 0; page < tabs->count(); ++page) {

@@ -1,0 +1,39 @@
+#include "support/WindowPlay.h"
+
+#include "support/Installation.h"
+
+namespace windowplay {
+
+QString focusOf(const QWidget& window)
+{
+    const QWidget* const focus = window.focusWidget();
+    return focus ? focus->objectName() : QString();
+}
+
+QStringList words(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QString languageFile(const QString& code)
+{
+    return QStringLiteral(ORVEX_SOURCE_DIR "/Resources/Language_%1.xml").arg(code);
+}
+
+void useLanguage(const QString& code)
+{
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(languageFile(code));
+}
+
+void showKeysAsTexts(const char* before, const char* behind)
+{
+    QByteArray xml = "<language>";
+    const QByteArray keys = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt"));
+    for (const QByteArray& key : keys.simplified().split(' '))
+        xml += "<control key=\"" + key + "\">" + before + key + behind + "</control>";
+    const QString path = installation::path(QStringLiteral("keys.xml"));
+    installation::writeFile(path, xml + "</language>");
+    CMyApplication::current()->m_LanguageParser.LoadLanguage(path);
+}
+
+} // namespace windowplay

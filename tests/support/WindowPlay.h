@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/myapplication.h"
+#include "xml/CustomInfo.h"
+#include "xml/CustomInfoHolder.h"
+
+#include <QDialog>
+#include <QStringList>
+#include <QTest>
+
+#include <cstdio>
+#include <cstdlib>
+
+/// What the tests of all windows need.
+namespace windowplay {
+
+/// The named child; the test ends at once when there is none.
+template <class Widget> Widget* child(const QWidget& window, const char* name)
+{
+    Widget* const widget = window.findChild<Widget*>(QLatin1String(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+/// The name of the widget that has, or would have, the focus of the window.
+QString focusOf(const QWidget& window);
+
+/// Words of test tables, one blank between two.
+QStringList words(const char* text);
+
+/// The program's texts in a language, "en" or "zh".
+QString languageFile(const QString& code);
+/// Fills the application's table with them.
+void useLanguage(const QString& code);
+/// Fills the application's table with the keys themselves as texts, so that no key can pass for another. Each stands
+/// between the two marks.
+void showKeysAsTexts(const char* before = "", const char* behind = "");
+
+/// The opener of a dialog, reduced to the record that it lends.
+class RecordHolder : public QDialog, public CustomInfoHolder
+{
+    Q_OBJECT
+    Q_INTERFACES(CustomInfoHolder)
+
+public:
+    CustomInfo* customInfo() override { return lends ? &info : nullptr; }
+
+    CustomInfo info;
+    bool lends = true;
+};
+
+/// The body of main(): the application object, still without texts, then the tests.
+///
+/// @param prepare  runs between the two
+template <class Test>
+int runTest(
+    int argc, char** argv, void (*prepare)() = [] {})
+{
+    CMyApplication application(argc, argv);
+    if (application.m_bAlreadyRunning) {
+        std::fprintf(stderr, "another process holds the instance lock\n");
+        return EXIT_FAILURE;
+    }
+    prepare();
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace windowplay
