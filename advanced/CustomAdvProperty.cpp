@@ -2,6 +2,7 @@
 
 #include "app/LangText.h"
 #include "app/WarningBox.h"
+#include "app/WheelGuard.h"
 #include "app/myapplication.h"
 
 #include <QPushButton>
@@ -45,7 +46,7 @@ CustomAdvProperty::CustomAdvProperty(QWidget* parent) : QDialog(parent)
     ui.checkBox_UseZoa->hide();
     setWindowText();
     connectControls();
-    keepWheelFromLists();
+    keepWheelFromLists(*this);
     ui.checkBox_aclEscape->setVisible(true);
     ui.checkBox_passwd->setVisible(true);
     ui.tabWidget->setCurrentIndex(0);
@@ -91,25 +92,6 @@ void CustomAdvProperty::connectControls()
     connect(ui.comboBox_authMethod, qOverload<int>(&QComboBox::currentIndexChanged), this, &Self::onAuthModeSel);
     connect(ui.checkBox_EnableIpSec, &QCheckBox::clicked, this, &Self::OnIpsecEnable);
     connect(ui.checkBox_UseZoa, &QCheckBox::clicked, this, &Self::OnUseZoa);
-}
-
-// A wheel that scrolls the page must not change the choice of the list that comes under it.
-void CustomAdvProperty::keepWheelFromLists()
-{
-    for (QComboBox* combo : findChildren<QComboBox*>()) {
-        combo->setFocusPolicy(Qt::StrongFocus); // by key or click only
-        combo->installEventFilter(this);
-    }
-}
-
-bool CustomAdvProperty::eventFilter(QObject* watched, QEvent* event)
-{
-    const auto* combo = qobject_cast<const QComboBox*>(watched);
-    if (combo && event->type() == QEvent::Wheel && !combo->hasFocus()) {
-        event->ignore(); // passes it on to the page
-        return true;
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 void CustomAdvProperty::setWindowText()

@@ -102,12 +102,10 @@ public slots:
     void OnLocateDeskIconM();
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     void connectControls();
-    void keepWheelFromLists();
     bool hasAccess(quint64 component) const;
     bool hasZoa() const;
     void removeTab(QWidget* page);

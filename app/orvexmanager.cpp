@@ -2,6 +2,7 @@
 
 #include "app/LangText.h"
 #include "app/WarningBox.h"
+#include "app/WheelGuard.h"
 #include "common/ProcessPath.h"
 #include "common/ShellCommand.h"
 #include "common/StorePaths.h"
@@ -87,6 +88,7 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
     ui.toolButton_delete->setEnabled(false);
     ui.checkBox_wlanPro->show();
     ui.checkBox_keffunc->show();
+    keepWheelFromLists(*this);
     m_iSelIndex = -1;
     GetVersion();
     growForComponents(roomFor(*this));

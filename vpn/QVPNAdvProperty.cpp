@@ -1,6 +1,7 @@
 #include "vpn/QVPNAdvProperty.h"
 
 #include "app/LangText.h"
+#include "app/WheelGuard.h"
 #include "xml/CustomInfoHolder.h"
 
 #include <QPushButton>
@@ -9,6 +10,7 @@ QVPNAdvProperty::QVPNAdvProperty(QWidget* parent) : QDialog(parent)
 {
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    keepWheelFromLists(*this);
     connectControls();
 }
 

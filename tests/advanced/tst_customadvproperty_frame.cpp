@@ -147,16 +147,6 @@ Page showPage(const QString& widget, int minimumWidth)
     return page;
 }
 
-/// One notch of the wheel over the middle of the widget, as the window system sends it; 120 is away from the user.
-void turnWheel(QWidget* widget, int angle)
-{
-    const QPoint middle = widget->rect().center();
-    QWheelEvent event(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event);
-    qApp->notify(widget, &event);
-}
-
 /// Every tab stores something on OK.
 void editEveryTab(OpenDialog& open)
 {
@@ -821,9 +811,9 @@ void TstCustomAdvPropertyFrame::wheelLeavesAListWithoutFocusAlone()
     for (QComboBox* combo : combos) {
         bringToFront(open.dialog, combo);
         const int index = combo->currentIndex();
-        turnWheel(combo, -120);
-        turnWheel(combo, 120);
-        turnWheel(combo, 120);
+        windowplay::turnWheel(combo, -120);
+        windowplay::turnWheel(combo, 120);
+        windowplay::turnWheel(combo, 120);
         QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
         QVERIFY2(!combo->hasFocus(), qPrintable(combo->objectName()));
     }
@@ -834,7 +824,7 @@ void TstCustomAdvPropertyFrame::wheelLeavesAListWithoutFocusAlone()
     const QScrollBar* bar = open.widget<QScrollArea>("scrollArea_sslvpn")->verticalScrollBar();
     const int before = bar->value();
     QVERIFY(before > 0);
-    turnWheel(combo, 120);
+    windowplay::turnWheel(combo, 120);
     QVERIFY(bar->value() < before);
 }
 
@@ -846,7 +836,7 @@ void TstCustomAdvPropertyFrame::wheelTurnsAListWithFocus()
     bringToFront(open.dialog, combo);
     combo->setCurrentIndex(0);
     combo->setFocus();
-    turnWheel(combo, -120);
+    windowplay::turnWheel(combo, -120);
     QCOMPARE(combo->currentIndex(), 1);
 }
 

@@ -34,6 +34,7 @@ private slots:
     void anEntryTellsTimeComponentsAndRemark();
     void anEmptyRemarkLeavesTheBlanksOfBothGaps();
     void tooltipsTellWhatTheClosedBoxCutsOff();
+    void aWheelInPassingKeepsTheChoiceAndTheRecord();
     void eachComponentHasItsBox_data();
     void eachComponentHasItsBox();
     void choosingAnEntryLoadsTheWholeRecord();
@@ -88,6 +89,23 @@ void TstOrvexManagerChoice::tooltipsTellWhatTheClosedBoxCutsOff()
     QCOMPARE(readToolTip(combo->toolTip()), text);
     combo->setCurrentIndex(0);
     QCOMPARE(combo->toolTip(), QString());
+}
+
+void TstOrvexManagerChoice::aWheelInPassingKeepsTheChoiceAndTheRecord()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "Beijing");
+    OrvexManager window(nullptr);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
+    QVERIFY(!combo->hasFocus());
+    windowplay::turnWheel(combo, -120);
+    QCOMPARE(combo->currentIndex(), 0);
+    QCOMPARE(window.record().common.cusAddInfo, QString());
+    combo->setFocus();
+    windowplay::turnWheel(combo, -120);
+    QCOMPARE(combo->currentIndex(), 1);
+    QCOMPARE(window.record().common.cusAddInfo, QStringLiteral("Beijing"));
 }
 
 void TstOrvexManagerChoice::eachComponentHasItsBox_data()

@@ -2,12 +2,24 @@
 
 #include "support/Installation.h"
 
+#include <QApplication>
+#include <QWheelEvent>
+
 namespace windowplay {
 
 QString focusOf(const QWidget& window)
 {
     const QWidget* const focus = window.focusWidget();
     return focus ? focus->objectName() : QString();
+}
+
+void turnWheel(QWidget* widget, int angle)
+{
+    const QPoint middle = widget->rect().center();
+    QWheelEvent event(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(widget, &event);
 }
 
 QStringList words(const char* text)

@@ -26,6 +26,9 @@ template <class Widget> Widget* child(const QWidget& window, const char* name)
 /// The name of the widget that has, or would have, the focus of the window.
 QString focusOf(const QWidget& window);
 
+/// One notch of the wheel over the middle of the widget, as the window system sends it; 120 is away from the user.
+void turnWheel(QWidget* widget, int angle);
+
 /// Words of test tables, one blank between two.
 QStringList words(const char* text);
 

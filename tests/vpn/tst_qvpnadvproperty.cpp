@@ -115,6 +115,7 @@ private slots:
     void tabsRunFromTopToBottom_data();
     void tabsRunFromTopToBottom();
     void formHasItsSize();
+    void aWheelInPassingChangesNoList();
     void checkBoxesAreHeardOnlyWhenClicked_data();
     void checkBoxesAreHeardOnlyWhenClicked();
     void okWithoutChangeKeepsTheRecord();
@@ -288,6 +289,22 @@ void TstQVPNAdvProperty::formHasItsSize()
     RecordHolder holder;
     const QVPNAdvProperty dialog(&holder);
     QCOMPARE(dialog.size(), QSize(423, 360));
+}
+
+void TstQVPNAdvProperty::aWheelInPassingChangesNoList()
+{
+    inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
+        const QList<QComboBox*> combos = dialog.findChildren<QComboBox*>();
+        QCOMPARE(combos.size(), 12);
+        for (QComboBox* combo : combos) {
+            bringToFront(dialog, combo);
+            const int index = combo->currentIndex();
+            windowplay::turnWheel(combo, -120);
+            QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
+            windowplay::turnWheel(combo, 120);
+            QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
+        }
+    });
 }
 
 void TstQVPNAdvProperty::checkBoxesAreHeardOnlyWhenClicked_data()
