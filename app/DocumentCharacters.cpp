@@ -25,7 +25,8 @@ bool DocumentCharacterFilter::eventFilter(QObject* watched, QEvent* event)
     QLineEdit* edit = event->type() == QEvent::Polish ? qobject_cast<QLineEdit*>(watched) : nullptr;
     if (edit) {
         connect(edit, &QLineEdit::textEdited, this, [edit](const QString& text) {
-            const QString kept = documentCharacters(text);
+            // A hidden text is stored enciphered, and nobody would see that it is not what was pasted.
+            const QString kept = edit->echoMode() == QLineEdit::Normal ? documentCharacters(text) : text;
             if (kept == text)
                 return;
             const int position = documentCharacters(text.left(edit->cursorPosition())).size();

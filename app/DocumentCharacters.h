@@ -7,7 +7,8 @@
 QString documentCharacters(const QString& text);
 
 /// Keeps what users type or paste into line edits to the characters that a document can hold: one pasted control
-/// character would make a document that no client can read. Works as an event filter of the application object.
+/// character would make a document that no client can read. Passwords stay as they are, since they are stored
+/// enciphered. Works as an event filter of the application object.
 class DocumentCharacterFilter : public QObject
 {
     Q_OBJECT

@@ -3,5 +3,6 @@
 class QWidget;
 
 /// Keeps the wheel from changing the choice of a list that only comes under the pointer: the combo boxes of the window
-/// take the wheel when a key or a click has given them the focus, and pass it on to what is behind them before that.
+/// take the wheel while they have a focus that a key or a click gave them, and else pass it on to what is behind them.
+/// A focus that Qt gives them, because the page with the focus was left by a click on a tab, does not count.
 void keepWheelFromLists(QWidget& window);

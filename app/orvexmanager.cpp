@@ -37,11 +37,14 @@ template <size_t count> void retranslate(QMenu* menu, const char* titleKey, cons
     }
 }
 
-/// The size that the inside of a window may have on its screen.
+/// The size that the inside of a window may have on its screen; once it is open, without leaving its place.
 QSize roomFor(const QWidget& window)
 {
+    const QRect screen = window.screen()->availableGeometry();
+    if (window.isVisible())
+        return QRect(window.geometry().topLeft(), screen.bottomRight()).size();
     const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
-    return window.screen()->availableSize() - QSize(0, titleBar);
+    return screen.size() - QSize(0, titleBar);
 }
 
 QIcon icon(const char* file)

@@ -123,7 +123,8 @@ void OrvexManager::OnRepaintCustomCombo()
     const auto addEntry = [combo](const QString& text) {
         const int index = combo->count();
         combo->insertItem(index, QIcon(), text, QVariant());
-        combo->setItemData(index, literalToolTip(text), Qt::ToolTipRole);
+        if (!text.isEmpty())
+            combo->setItemData(index, literalToolTip(text), Qt::ToolTipRole);
     };
     combo->clear();
     addEntry(QStringLiteral(""));
@@ -185,6 +186,7 @@ void OrvexManager::onDefaultCusChg(int)
     tick(ui, functionComponents, m_customInfo.common.funcomVal);
     // The closed box cuts a long text off.
     ui.comboBox_defaultCus->setToolTip(ui.comboBox_defaultCus->currentData(Qt::ToolTipRole).toString());
+    ui.comboBox_defaultCus->setAccessibleDescription(ui.comboBox_defaultCus->currentText());
 }
 
 quint64 OrvexManager::tickedAccessComponents() const

@@ -1,5 +1,4 @@
 # Compiler and linker settings for every target of the project.
-include(CheckLinkerFlag)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
@@ -19,12 +18,6 @@ else()
     add_compile_options(-fstack-protector-strong)
     add_compile_definitions($<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
     add_link_options(-Wl,-z,relro -Wl,-z,now)
-endif()
-
-# There are many tests to link, and gold takes a quarter of the time.
-check_linker_flag(CXX -fuse-ld=gold HAVE_GOLD)
-if(HAVE_GOLD)
-    add_link_options(-fuse-ld=gold)
 endif()
 
 find_program(CCACHE ccache)

@@ -835,7 +835,7 @@ void TstCustomAdvPropertyFrame::wheelTurnsAListWithFocus()
     auto* combo = open.widget<QComboBox>("comboBox_RetryTimes");
     bringToFront(open.dialog, combo);
     combo->setCurrentIndex(0);
-    combo->setFocus();
+    combo->setFocus(Qt::MouseFocusReason);
     windowplay::turnWheel(combo, -120);
     QCOMPARE(combo->currentIndex(), 1);
 }

@@ -19,6 +19,7 @@ private slots:
     void textIsKeptAsFarAsADocumentHoldsIt();
     void pastedTextLosesItsControlCharacters();
     void cursorStaysBehindThePastedText();
+    void hiddenTextStaysAsPasted();
     void ordinaryTypingCanBeUndone();
 };
 
@@ -84,6 +85,17 @@ void TstDocumentCharacters::cursorStaysBehindThePastedText()
     edit.paste();
     QCOMPARE(edit.text(), QStringLiteral("Beijing office"));
     QCOMPARE(edit.cursorPosition(), 8);
+}
+
+void TstDocumentCharacters::hiddenTextStaysAsPasted()
+{
+    QLineEdit edit;
+    edit.setEchoMode(QLineEdit::Password);
+    edit.show();
+    const QString password = QStringLiteral("pa\tss\u0002word");
+    QApplication::clipboard()->setText(password);
+    edit.paste();
+    QCOMPARE(edit.text(), password);
 }
 
 void TstDocumentCharacters::ordinaryTypingCanBeUndone()

@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QScreen>
 #include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -165,6 +166,7 @@ private slots:
     void everyComponentIsInSightOnALargeScreen_data();
     void everyComponentIsInSightOnALargeScreen();
     void theWindowGrowsAsFarAsTheScreenHasRoom();
+    void anotherLanguageDoesNotPushTheWindowOffTheScreen();
     void theWindowCanBeMadeSmallerThanItsComponents();
     void aMaximisedWindowStaysSo();
 };
@@ -343,6 +345,20 @@ void TstOrvexManagerTexts::theWindowGrowsAsFarAsTheScreenHasRoom()
     window.resize(694, 551);
     window.growForComponents(QSize(640, 480));
     QCOMPARE(window.size(), QSize(694, 551));
+}
+
+void TstOrvexManagerTexts::anotherLanguageDoesNotPushTheWindowOffTheScreen()
+{
+    const ApplicationFont font(9);
+    OrvexManager window(nullptr);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const int bottom = window.screen()->availableGeometry().bottom();
+    window.setGeometry(0, bottom - 550, 694, 551);
+    const ApplicationFont larger(12);
+    window.changZhLanguage();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.geometry().bottom(), bottom);
 }
 
 void TstOrvexManagerTexts::theWindowCanBeMadeSmallerThanItsComponents()

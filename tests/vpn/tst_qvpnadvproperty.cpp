@@ -116,6 +116,7 @@ private slots:
     void tabsRunFromTopToBottom();
     void formHasItsSize();
     void aWheelInPassingChangesNoList();
+    void aListThatGotTheFocusFromALeftPageIsNoLessGuarded();
     void checkBoxesAreHeardOnlyWhenClicked_data();
     void checkBoxesAreHeardOnlyWhenClicked();
     void okWithoutChangeKeepsTheRecord();
@@ -304,6 +305,26 @@ void TstQVPNAdvProperty::aWheelInPassingChangesNoList()
             windowplay::turnWheel(combo, 120);
             QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
         }
+    });
+}
+
+void TstQVPNAdvProperty::aListThatGotTheFocusFromALeftPageIsNoLessGuarded()
+{
+    inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
+        QTabBar* tabs = child<QTabWidget>(dialog, "tabWidget")->tabBar();
+        typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("t"));
+        QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(2).center());
+        QComboBox* combo = child<QComboBox>(dialog, "comboBox_IkeNeg");
+        QVERIFY(combo->hasFocus());
+        QCOMPARE(combo->currentIndex(), 1);
+        windowplay::turnWheel(combo, 120);
+        QCOMPARE(combo->currentIndex(), 1);
+        // By the keys the focus is the user's.
+        QTest::keyClick(combo, Qt::Key_Tab);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Backtab);
+        QVERIFY(combo->hasFocus());
+        windowplay::turnWheel(combo, 120);
+        QCOMPARE(combo->currentIndex(), 0);
     });
 }
 
