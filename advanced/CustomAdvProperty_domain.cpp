@@ -1,6 +1,7 @@
 #include "advanced/CInput1XDomainDlg.h"
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
+#include "app/TableColumns.h"
 #include "app/WarningBox.h"
 
 #include <algorithm>
@@ -38,10 +39,8 @@ QTreeWidgetItem* newRow(int number, const QString& shownName, const QString& des
 void CustomAdvProperty::setDomainTexts()
 {
     setTexts(ui, captions);
-    ui.treeWidget_Domain->setHeaderLabels(
-        {langText("SCE_DevOrder"), langText("CUS_1xDomain"), langText("CUS_DomainDes")});
-    ui.treeWidget_Domain->setColumnWidth(NumberColumn, 40);
-    ui.treeWidget_Domain->setColumnWidth(NameColumn, 280);
+    setColumns(ui.treeWidget_Domain, {langText("SCE_DevOrder"), langText("CUS_1xDomain"), langText("CUS_DomainDes")},
+               {40, 280});
 }
 
 void CustomAdvProperty::loadDomains()

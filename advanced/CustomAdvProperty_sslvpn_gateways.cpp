@@ -1,10 +1,10 @@
 #include "advanced/CSslVpnIp.h"
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
+#include "app/TableColumns.h"
 #include "app/WarningBox.h"
 
 #include <algorithm>
-#include <iterator>
 
 using namespace advanced;
 
@@ -18,7 +18,6 @@ enum Column
     PortColumn
 };
 
-constexpr int s_columnWidths[] = {40, 100, 140, 50};
 constexpr int s_mostRows = 20; // from here on the table takes no more by the Add button
 
 // clang-format off
@@ -39,11 +38,10 @@ QString shownGatewayName(const SSLVPNRemoteInfo& gateway, bool isDefault)
 void CustomAdvProperty::setGatewayTexts()
 {
     setTexts(ui, captions);
-    ui.treeWidget_SSLIP->setColumnCount(static_cast<int>(std::size(s_columnWidths)));
-    for (int column = 0; column < ui.treeWidget_SSLIP->columnCount(); ++column)
-        ui.treeWidget_SSLIP->setColumnWidth(column, s_columnWidths[column]);
-    ui.treeWidget_SSLIP->setHeaderLabels(
-        {langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"), langText("SSL_ADDRESS"), langText("SSL_PORT")});
+    setColumns(
+        ui.treeWidget_SSLIP,
+        {langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"), langText("SSL_ADDRESS"), langText("SSL_PORT")},
+        {40, 100, 140, 50});
     ui.treeWidget_SSLIP->setAccessibleName(langText("SSL_SERV_ADDR_TITLE"));
 }
 

@@ -1,5 +1,6 @@
 #include "app/orvexmanager.h"
 
+#include "app/FitToTexts.h"
 #include "app/LangText.h"
 #include "app/WarningBox.h"
 #include "app/WheelGuard.h"
@@ -14,9 +15,7 @@
 #include "view/AboutInfoDlg.h"
 
 #include <QActionGroup>
-#include <QScreen>
 #include <QSettings>
-#include <QStyle>
 #include <QToolBar>
 
 namespace {
@@ -35,16 +34,6 @@ template <size_t count> void retranslate(QMenu* menu, const char* titleKey, cons
         if (keys[i])
             entries.at(i)->setText(langText(keys[i]));
     }
-}
-
-/// The size that the inside of a window may have on its screen; once it is open, without leaving its place.
-QSize roomFor(const QWidget& window)
-{
-    const QRect screen = window.screen()->availableGeometry();
-    if (window.isVisible())
-        return QRect(window.geometry().topLeft(), screen.bottomRight()).size();
-    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
-    return screen.size() - QSize(0, titleBar);
 }
 
 QIcon icon(const char* file)

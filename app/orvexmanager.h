@@ -26,7 +26,8 @@ public:
     /// The chosen components as fixed words, each with two trailing blanks, SSL VPN before WLAN; not translated.
     QString GetCusCompStr(int procomVal, int funcomVal);
 
-    /// Makes the window as large as it takes to show each component without scrolling, as far as there is room.
+    /// Makes the window as large as it takes to show each component without scrolling, and lets it be made smaller as
+    /// long as scrolling up and down shows them all; both as far as there is room.
     ///
     /// @param room  the largest size that the window may have
     void growForComponents(const QSize& room);

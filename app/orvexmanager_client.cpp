@@ -1,12 +1,15 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
+#include "app/FitToTexts.h"
 #include "app/LangText.h"
 #include "app/WarningBox.h"
 #include "app/orvexmanager.h"
 #include "common/CustomInfoLoad.h"
 #include "common/StorePaths.h"
 
+#include <QAbstractItemView>
 #include <QLayout>
+#include <QStyle>
 
 // The client page: the starting point and the components of a customisation.
 
@@ -55,19 +58,6 @@ struct Word
 const Word accessWords[] = {{1, "802.1X  "},  {2, "Portal  "}, {4, "L2TP IPsec VPN  "},
                             {16, "SSLVPN  "}, {8, "WLAN  "},   {32, "ZOADirect  "}};
 const Word functionWords[] = {{1, "ZOA  "}, {4, "KEF  "}};
-
-/// Makes the layouts around the widget, up to the window's, ask anew for the sizes of what they hold, at once and in a
-/// hidden window too.
-void forgetSizes(QWidget* widget)
-{
-    for (; !widget->isWindow(); widget = widget->parentWidget()) {
-        widget->updateGeometry();
-        QLayout* around = widget->parentWidget()->layout();
-        around->invalidate();
-        if (!widget->parentWidget()->isWindow())
-            around->activate();
-    }
-}
 
 /// A tooltip that shows the text letter for letter, markup included, and wraps it when it is long.
 QString literalToolTip(const QString& text)
@@ -120,6 +110,7 @@ void OrvexManager::OnRepaintCustomCombo()
 {
     // Clearing and filling run onDefaultCusChg: after a repaint the page and the record hold the defaults.
     QComboBox* combo = ui.comboBox_defaultCus;
+    combo->view()->setTextElideMode(Qt::ElideRight); // the remark may be cut off, the components not
     const auto addEntry = [combo](const QString& text) {
         const int index = combo->count();
         combo->insertItem(index, QIcon(), text, QVariant());
@@ -158,21 +149,30 @@ void OrvexManager::growForComponents(const QSize& room)
     QScrollArea* functions = ui.scrollArea_funcComp;
     functions->setFixedHeight(sizeToShow(functions).height());
 
-    // A scroll area does not ask for what it holds, so its minimum does, as long as the layouts are asked. Afterwards
-    // the window may be made smaller again.
-    const QSize smallest = access->minimumSize();
-    access->setMinimumSize(sizeToShow(access).expandedTo(QSize(sizeToShow(functions).width(), 0)));
-    forgetSizes(functions);
-    forgetSizes(access);
+    // A scroll area does not ask for what it holds, so it is fixed to that as long as the layouts are asked.
     const QLayout* pages = ui.centralWidget->layout();
-    const int width = qMax(this->width(), pages->totalMinimumSize().width());
     const int bars = layout()->totalSizeHint().height() - pages->totalSizeHint().height();
-    const QSize needed(width, pages->totalHeightForWidth(width) + bars);
-    access->setMinimumSize(smallest);
+    const auto sizeWith = [&](const QSize& sizeOfAccess, int leastWidth) {
+        access->setMinimumWidth(qMax(sizeOfAccess.width(), sizeToShow(functions).width()));
+        access->setFixedHeight(sizeOfAccess.height());
+        forgetSizes(functions);
+        forgetSizes(access);
+        const int width = qMax(leastWidth, pages->totalMinimumSize().width());
+        return QSize(width, pages->totalHeightForWidth(width) + bars);
+    };
+    const int leastHeight = access->minimumHeight();
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, access);
+    const QSize needed = sizeWith(sizeToShow(access), width());
+    const QSize smallest = sizeWith(QSize(sizeToShow(access).width() + scrollBar, leastHeight), 0);
+    access->setMinimumSize(0, leastHeight);
+    access->setMaximumHeight(QWIDGETSIZE_MAX);
     forgetSizes(access);
 
-    if (windowState() == Qt::WindowNoState)
-        resize(size().expandedTo(needed.boundedTo(room)));
+    if (windowState() != Qt::WindowNoState)
+        return;
+    // A main window's own minimum does not count on wrapped texts.
+    setMinimumSize(smallest.boundedTo(room));
+    resize(size().expandedTo(needed.boundedTo(room)));
 }
 
 void OrvexManager::onDefaultCusChg(int)

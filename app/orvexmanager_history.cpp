@@ -1,4 +1,5 @@
 #include "app/LangText.h"
+#include "app/TableColumns.h"
 #include "app/WarningBox.h"
 #include "app/orvexmanager.h"
 #include "common/CustomInfoLoad.h"
@@ -66,10 +67,8 @@ void OrvexManager::refreshCusHis()
     ui.toolButton_delete->setText(langText("DeleteCustomBtn"));
 
     QTreeWidget* tree = ui.treeWidget_cusHis;
-    tree->setColumnCount(3);
-    tree->setHeaderLabels({langText("CusTime"), langText("CusComponents"), langText("CusAddInfo")});
-    tree->setColumnWidth(0, s_timeColumnWidth);
-    tree->setColumnWidth(1, 160);
+    setColumns(tree, {langText("CusTime"), langText("CusComponents"), langText("CusAddInfo")},
+               {s_timeColumnWidth, 160});
     tree->setFont(fontForTimes(font()));
     tree->setSortingEnabled(false);
 }

@@ -15,19 +15,20 @@ namespace {
 
 /// By the package mask.
 const char* const successKeys[] = {
-    "CusCfgOnlySuccHint",           // nothing
-    "CusSuccHint",                  // setup
-    "GenUpdateSuccHint",            // update
-    "GenUpdateAndSetupSuccHint",    // setup, update
-    "GenCusUpdSuccHint",            // customised update
-    "GenSetupAndCusUpdSuccHint",    // setup, customised update
-    "GenCusUpdAndUpdateSuccHint",   // update, customised update
+    "CusCfgOnlySuccHint",         // nothing
+    "CusSuccHint",                // setup
+    "GenUpdateSuccHint",          // update
+    "GenUpdateAndSetupSuccHint",  // setup, update
+    "GenCusUpdSuccHint",          // customised update
+    "GenSetupAndCusUpdSuccHint",  // setup, customised update
+    "GenCusUpdAndUpdateSuccHint", // update, customised update
     "GenCusUpdAndSetupAndUpdateSuccHint",
 };
 
 using Widgets = Ui_CustomCompleteDlg;
 
-struct PackageRow {
+struct PackageRow
+{
     int bit;
     QWidget* Widgets::*widget;
     QLabel* Widgets::*hint;
@@ -80,6 +81,14 @@ void CustomCompleteDlg::initalDialog(int mask, bool showSuccessLine)
     ui.label_customSuccHint->setText(langText(successKeys[mask & (PackageSetup | PackageUpdate | PackageCusUpd)]));
     if (!showSuccessLine)
         ui.label_customSuccHint->hide();
+    // On a low screen the places scroll, so that the button stays in sight.
+    layout()->activate();
+    if (layout()->totalHeightForWidth(width()) > roomFor(*this).height()) {
+        for (const PackageRow& row : packageRows) {
+            (ui.*row.place)->setFixedHeight((ui.*row.place)->minimumHeight());
+            forgetSizes(ui.*row.place);
+        }
+    }
     fitToTexts(*this);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/LangText.h"
 #include "app/OptionLists.h"
+#include "app/TableColumns.h"
 #include "view/ViewRows.h"
 #include "xml/CustomInfoHolder.h"
 

@@ -1,4 +1,5 @@
 #include "app/CLanguageParser.h"
+#include "app/TableColumns.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewRows.h"
@@ -10,10 +11,10 @@ void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
     QTreeWidget* tree = ui.treeWidget_SSLIP;
     tree->clear();
     tree->setTextElideMode(Qt::ElideMiddle); // the mark of the default stands behind the name
-    viewrows::setColumns(tree,
-                         {parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"),
-                          parser.GetKey("SSL_ADDRESS"), parser.GetKey("SSL_PORT")},
-                         {50, 100, 140, 60});
+    setColumns(tree,
+               {parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"), parser.GetKey("SSL_ADDRESS"),
+                parser.GetKey("SSL_PORT")},
+               {50, 100, 140, 60});
 
     quint64 number = 0;
     for (const SSLVPNRemoteInfo& gateway : m_customInfo.sslvpn.remote) {

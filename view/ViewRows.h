@@ -4,12 +4,10 @@
 #include "xml/CustomInfo.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTextDocument>
 #include <QTreeWidget>
-#include <QVector>
 
 #include <type_traits>
 
@@ -70,18 +68,6 @@ inline void showText(QLineEdit* field, const QString& text)
 {
     field->setText(text);
     field->setCursorPosition(0);
-}
-
-/// Sets the titles and widths of the columns. A title that does not fit its column ends in dots and has itself as tool
-/// tip.
-inline void setColumns(QTreeWidget* tree, const QStringList& titles, const QVector<int>& widths)
-{
-    tree->setHeaderLabels(titles);
-    tree->header()->setTextElideMode(Qt::ElideRight);
-    for (int column = 0; column < widths.size(); ++column) {
-        tree->setColumnWidth(column, widths.at(column));
-        tree->headerItem()->setToolTip(column, titles.at(column));
-    }
 }
 
 /// Adds a row. Each cell has its whole text as tool tip, for the columns are narrow.

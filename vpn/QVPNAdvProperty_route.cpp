@@ -1,6 +1,7 @@
 #include "vpn/QVPNAdvProperty.h"
 
 #include "app/LangText.h"
+#include "app/TableColumns.h"
 #include "app/WarningBox.h"
 #include "vpn/IpInfo.h"
 #include "xml/CustomInfo.h"
@@ -9,7 +10,6 @@ namespace {
 
 constexpr int destinationColumn = 0;
 constexpr int maskColumn = 1;
-constexpr int columnWidth = 170;
 constexpr int maxRoutes = 10;
 
 } // namespace
@@ -17,9 +17,7 @@ constexpr int maxRoutes = 10;
 void QVPNAdvProperty::setRouteText()
 {
     ui.label_RouteDes->setText(langText("VUI_AddRoutePrincple"));
-    ui.treeWidget_RouteList->setHeaderLabels({langText("VUI_IP"), langText("VUI_Mask")});
-    ui.treeWidget_RouteList->setColumnWidth(destinationColumn, columnWidth);
-    ui.treeWidget_RouteList->setColumnWidth(maskColumn, columnWidth);
+    setColumns(ui.treeWidget_RouteList, {langText("VUI_IP"), langText("VUI_Mask")}, {170, 170});
     ui.treeWidget_RouteList->setAccessibleName(langText("VUI_RouteSetting"));
     ui.pushButton_Add->setText(langText("VUI_Add"));
     ui.pushButton_Delete->setText(langText("VUI_Delete"));

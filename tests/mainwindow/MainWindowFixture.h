@@ -5,7 +5,6 @@
 #include "support/ModalScript.h"
 #include "support/WindowPlay.h"
 
-#include <QApplication>
 #include <QMessageBox>
 #include <QTest>
 #include <QTreeWidget>
@@ -15,28 +14,11 @@ extern time_t frozenTime;
 /// Then each look at it moves that clock on by one second.
 extern bool isFrozenTimeTicking;
 
-/// While it lives, the application's font has this size.
-class ApplicationFont
-{
-public:
-    explicit ApplicationFont(int pointSize) : m_before(QApplication::font())
-    {
-        QFont font = m_before;
-        font.setPointSize(pointSize);
-        QApplication::setFont(font);
-    }
-    ~ApplicationFont() { QApplication::setFont(m_before); }
-    ApplicationFont(const ApplicationFont&) = delete;
-    ApplicationFont& operator=(const ApplicationFont&) = delete;
-
-private:
-    QFont m_before;
-};
-
 /// A fresh store and settings below the test executable, in English, and the brand `tqm`.
 void prepareInstallation();
 void writeSettings(const QByteArray& lines);
 
+using windowplay::ApplicationFont;
 using windowplay::child;
 
 void press(const QWidget& window, const char* buttonName);

@@ -5,6 +5,7 @@
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
@@ -82,6 +83,7 @@ void TstOrvexManagerChoice::tooltipsTellWhatTheClosedBoxCutsOff()
     QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
     const QString text = QStringLiteral("2023-11-15 06:13:21    802.1X  Portal  ZOA      <b>Beijing</b> A & B");
     QCOMPARE(combo->itemText(1), text);
+    QCOMPARE(combo->view()->textElideMode(), Qt::ElideRight);
     QCOMPARE(readToolTip(combo->itemData(1, Qt::ToolTipRole).toString()), text);
     QVERIFY(!combo->itemData(1).isValid());
     QVERIFY(!combo->itemData(0, Qt::ToolTipRole).isValid());

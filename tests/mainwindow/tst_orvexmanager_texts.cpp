@@ -7,8 +7,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMenuBar>
-#include <QScrollArea>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -167,7 +167,8 @@ private slots:
     void everyComponentIsInSightOnALargeScreen();
     void theWindowGrowsAsFarAsTheScreenHasRoom();
     void anotherLanguageDoesNotPushTheWindowOffTheScreen();
-    void theWindowCanBeMadeSmallerThanItsComponents();
+    void theSmallestWindowStillShowsAllByScrolling_data();
+    void theSmallestWindowStillShowsAllByScrolling();
     void aMaximisedWindowStaysSo();
 };
 
@@ -337,14 +338,19 @@ void TstOrvexManagerTexts::theWindowGrowsAsFarAsTheScreenHasRoom()
     window.growForComponents(largeScreen);
     const QSize needed = window.size();
     QVERIFY(needed.width() > 695 && needed.height() > 552);
-    for (const QSize& missing : {QSize(1, 0), QSize(0, 1)}) {
+    const auto shrink = [&window] {
+        window.setMinimumSize(0, 0);
         window.resize(694, 551);
+    };
+    for (const QSize& missing : {QSize(1, 0), QSize(0, 1)}) {
+        shrink();
         window.growForComponents(needed - missing);
         QCOMPARE(window.size(), needed - missing);
     }
-    window.resize(694, 551);
+    shrink();
     window.growForComponents(QSize(640, 480));
     QCOMPARE(window.size(), QSize(694, 551));
+    QCOMPARE(window.minimumSize(), QSize(640, 480));
 }
 
 void TstOrvexManagerTexts::anotherLanguageDoesNotPushTheWindowOffTheScreen()
@@ -361,19 +367,32 @@ void TstOrvexManagerTexts::anotherLanguageDoesNotPushTheWindowOffTheScreen()
     QCOMPARE(window.geometry().bottom(), bottom);
 }
 
-void TstOrvexManagerTexts::theWindowCanBeMadeSmallerThanItsComponents()
+void TstOrvexManagerTexts::theSmallestWindowStillShowsAllByScrolling_data()
 {
-    const ApplicationFont font(12);
+    everyComponentIsInSightOnALargeScreen_data();
+}
+
+void TstOrvexManagerTexts::theSmallestWindowStillShowsAllByScrolling()
+{
+    QFETCH(int, pointSize);
+    QFETCH(QByteArray, language);
+    writeSettings("Area=tqm\nLangCode=" + language + "\n");
+    const ApplicationFont font(pointSize);
     OrvexManager window(nullptr);
     window.growForComponents(largeScreen);
+    const QSize needed = window.size();
     window.show();
-    const int width = window.width();
-    window.resize(width, 551);
+    window.resize(1, 1);
     QCoreApplication::processEvents();
-    QCOMPARE(window.size(), QSize(width, 551));
-    // The components that may be scrolled are those of the network access.
-    QVERIFY(scrolledAway(window).height() > 0);
-    QCOMPARE(child<QScrollArea>(window, "scrollArea_funcComp")->verticalScrollBar()->maximum(), 0);
+    QVERIFY(window.width() <= needed.width() && window.height() < needed.height());
+    // The components that may be scrolled, up and down, are those of the network access.
+    const QScrollArea* access = child<QScrollArea>(window, "scrollArea_proComp");
+    QCOMPARE(scrolledAway(window), QSize(0, access->verticalScrollBar()->maximum()));
+    for (const char* name : {"scrollArea_proComp", "scrollArea_funcComp", "label_proCompDes", "label_funcCompDes"}) {
+        const QWidget* widget = child<QWidget>(window, name);
+        QVERIFY2(widget->parentWidget()->rect().contains(widget->geometry()), name);
+        QVERIFY2(widget->height() >= widget->heightForWidth(widget->width()), name);
+    }
 }
 
 void TstOrvexManagerTexts::aMaximisedWindowStaysSo()

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QtTest>
@@ -77,6 +78,8 @@ private slots:
     void buttonOpensItsDirectory_data();
     void buttonOpensItsDirectory();
     void directoryIsQuotedAsItsBytes();
+    void buttonStaysOnALowScreen_data();
+    void buttonStaysOnALowScreen();
     void dialogStaysOpenBehindTheFileManager();
     void lostDirectoryIsTold_data();
     void lostDirectoryIsTold();
@@ -351,6 +354,35 @@ void TstCustomCompleteDlg::directoryIsQuotedAsItsBytes()
     QCOMPARE(recorder.commands(), QByteArrayList({"nautilus \"/opt/\xb6\xa8\xd6\xc6 a  b/OrvexSetup\" &",
                                                   "nautilus \"/opt/\xb6\xa8\xd6\xc6 a  b/OrvexUpdate\" &",
                                                   "nautilus \"/opt/\xb6\xa8\xd6\xc6 a  b/OrvexCusUpd\" &"}));
+}
+
+void TstCustomCompleteDlg::buttonStaysOnALowScreen_data()
+{
+    QTest::addColumn<int>("mask");
+    QTest::addColumn<int>("placeHeight");
+    QTest::newRow("one package") << 1 << 96;
+    QTest::newRow("three packages, of which the places scroll") << 7 << 48;
+}
+
+void TstCustomCompleteDlg::buttonStaysOnALowScreen()
+{
+    QFETCH(int, mask);
+    QFETCH(int, placeHeight);
+    const windowplay::ApplicationFont font(9);
+    CustomCompleteDlg window(nullptr);
+    QCOMPARE(window.screen()->availableSize(), QSize(800, 600));
+    window.initalDialog(mask, true);
+    window.show();
+    QCoreApplication::processEvents();
+    QVERIFY(window.height() < 580);
+    QVERIFY(window.rect().contains(child<QPushButton>(window, "pushButton_exit")->geometry()));
+    for (int row = 0; row < 3; ++row) {
+        const QLabel* hint = child<QLabel>(window, s_rows[row].hint);
+        if (!hint->isVisible())
+            continue;
+        QVERIFY(hint->height() >= hint->heightForWidth(hint->width()));
+        QCOMPARE(child<QTextEdit>(window, s_rows[row].place)->height(), placeHeight);
+    }
 }
 
 void TstCustomCompleteDlg::dialogStaysOpenBehindTheFileManager()

@@ -4,6 +4,7 @@
 #include "xml/CustomInfo.h"
 #include "xml/CustomInfoHolder.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QStringList>
 #include <QTest>
@@ -39,6 +40,24 @@ void useLanguage(const QString& code);
 /// Fills the application's table with the keys themselves as texts, so that no key can pass for another. Each stands
 /// between the two marks.
 void showKeysAsTexts(const char* before = "", const char* behind = "");
+
+/// While it lives, the application's font has this size.
+class ApplicationFont
+{
+public:
+    explicit ApplicationFont(int pointSize) : m_before(QApplication::font())
+    {
+        QFont font = m_before;
+        font.setPointSize(pointSize);
+        QApplication::setFont(font);
+    }
+    ~ApplicationFont() { QApplication::setFont(m_before); }
+    ApplicationFont(const ApplicationFont&) = delete;
+    ApplicationFont& operator=(const ApplicationFont&) = delete;
+
+private:
+    QFont m_before;
+};
 
 /// The opener of a dialog, reduced to the record that it lends.
 class RecordHolder : public QDialog, public CustomInfoHolder
