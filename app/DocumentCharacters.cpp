@@ -3,15 +3,27 @@
 #include <QEvent>
 #include <QLineEdit>
 
+namespace {
+
+bool isLineBreak(QChar unit)
+{
+    return unit == QLatin1Char('\n') || unit == QLatin1Char('\r');
+}
+
+} // namespace
+
 QString documentCharacters(const QString& text)
 {
+    int size = text.size();
+    while (size > 0 && isLineBreak(text.at(size - 1)))
+        --size;
     QString kept;
-    kept.reserve(text.size());
-    for (int i = 0; i < text.size(); ++i) {
+    kept.reserve(size);
+    for (int i = 0; i < size; ++i) {
         const QChar unit = text.at(i);
-        if (unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
+        if (unit.isHighSurrogate() && i + 1 < size && text.at(i + 1).isLowSurrogate())
             kept += text.midRef(i++, 2);
-        else if (unit == QLatin1Char('\t') || unit == QLatin1Char('\n') || unit == QLatin1Char('\r'))
+        else if (unit == QLatin1Char('\t') || isLineBreak(unit))
             kept += QLatin1Char(' ');
         else if (unit.unicode() >= 0x20 && !unit.isSurrogate() && unit.unicode() < 0xFFFE)
             kept += unit;
@@ -25,13 +37,12 @@ bool DocumentCharacterFilter::eventFilter(QObject* watched, QEvent* event)
     QLineEdit* edit = event->type() == QEvent::Polish ? qobject_cast<QLineEdit*>(watched) : nullptr;
     if (edit) {
         connect(edit, &QLineEdit::textEdited, this, [edit](const QString& text) {
-            // A hidden text is stored enciphered, and nobody would see that it is not what was pasted.
-            const QString kept = edit->echoMode() == QLineEdit::Normal ? documentCharacters(text) : text;
+            const QString kept = documentCharacters(text);
             if (kept == text)
                 return;
-            const int position = documentCharacters(text.left(edit->cursorPosition())).size();
+            const int behind = documentCharacters(text.mid(edit->cursorPosition())).size();
             edit->setText(kept);
-            edit->setCursorPosition(position);
+            edit->setCursorPosition(kept.size() - behind);
         });
     }
     return QObject::eventFilter(watched, event);
