@@ -1,7 +1,7 @@
 #include "advanced/CSslVpnIp.h"
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
-#include "app/TableColumns.h"
+#include "app/Tables.h"
 #include "app/WarningBox.h"
 
 #include <algorithm>

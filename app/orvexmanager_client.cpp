@@ -2,6 +2,7 @@
 #include "advanced/KEFCusOpt.h"
 #include "app/FitToTexts.h"
 #include "app/LangText.h"
+#include "app/Tables.h"
 #include "app/WarningBox.h"
 #include "app/orvexmanager.h"
 #include "common/CustomInfoLoad.h"
@@ -58,14 +59,6 @@ struct Word
 const Word accessWords[] = {{1, "802.1X  "},  {2, "Portal  "}, {4, "L2TP IPsec VPN  "},
                             {16, "SSLVPN  "}, {8, "WLAN  "},   {32, "ZOADirect  "}};
 const Word functionWords[] = {{1, "ZOA  "}, {4, "KEF  "}};
-
-/// A tooltip that shows the text letter for letter, markup included, and wraps it when it is long.
-QString literalToolTip(const QString& text)
-{
-    if (text.isEmpty())
-        return QString();
-    return QStringLiteral("<p style=\"white-space: pre-wrap\">") + text.toHtmlEscaped() + QStringLiteral("</p>");
-}
 
 } // namespace
 
@@ -124,10 +117,7 @@ void OrvexManager::OnRepaintCustomCombo()
         const QString summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));
         const QString gap = QStringLiteral("    ");
         addEntry(row.cusTimeString + gap + summary + gap + row.cusAddInfo);
-        QTreeWidgetItem* item = new QTreeWidgetItem({row.cusTimeString, summary, row.cusAddInfo});
-        for (int column = 0; column < item->columnCount(); ++column)
-            item->setToolTip(column, literalToolTip(item->text(column)));
-        ui.treeWidget_cusHis->addTopLevelItem(item);
+        addRow(ui.treeWidget_cusHis, {row.cusTimeString, summary, row.cusAddInfo});
     }
     combo->setCurrentIndex(0);
 

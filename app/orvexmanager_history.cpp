@@ -1,5 +1,5 @@
 #include "app/LangText.h"
-#include "app/TableColumns.h"
+#include "app/Tables.h"
 #include "app/WarningBox.h"
 #include "app/orvexmanager.h"
 #include "common/CustomInfoLoad.h"

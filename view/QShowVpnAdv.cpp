@@ -2,7 +2,7 @@
 
 #include "app/LangText.h"
 #include "app/OptionLists.h"
-#include "app/TableColumns.h"
+#include "app/Tables.h"
 #include "view/ViewRows.h"
 #include "xml/CustomInfoHolder.h"
 
@@ -243,5 +243,5 @@ void QShowVpnAdv::setRouteInit()
         return;
     ui.treeWidget_RouteList->clear();
     for (const VPN_RouteInfo& route : info->vpnRoutes)
-        addTreeRow(ui.treeWidget_RouteList, {route.ip, route.mask});
+        addRow(ui.treeWidget_RouteList, {route.ip, route.mask});
 }

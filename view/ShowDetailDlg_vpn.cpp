@@ -1,5 +1,5 @@
 #include "app/CLanguageParser.h"
-#include "app/TableColumns.h"
+#include "app/Tables.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewRows.h"
@@ -21,7 +21,7 @@ void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
         ++number;
         const bool isDefault = number == m_customInfo.sslvpn.defaultAddress;
         const QString name = isDefault ? gateway.iPDes + parser.GetKey("SSL_DEFAULTNAME") : gateway.iPDes;
-        viewrows::addTreeRow(tree, {QString::number(number), name, gateway.ip, gateway.port});
+        addRow(tree, {QString::number(number), name, gateway.ip, gateway.port});
     }
 }
 

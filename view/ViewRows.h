@@ -6,8 +6,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTextDocument>
-#include <QTreeWidget>
 
 #include <type_traits>
 
@@ -68,16 +66,6 @@ inline void showText(QLineEdit* field, const QString& text)
 {
     field->setText(text);
     field->setCursorPosition(0);
-}
-
-/// Adds a row. Each cell has its whole text as tool tip, for the columns are narrow.
-inline void addTreeRow(QTreeWidget* tree, const QStringList& cells)
-{
-    auto* row = new QTreeWidgetItem(tree, cells);
-    for (int column = 0; column < cells.size(); ++column) {
-        if (!cells.at(column).isEmpty())
-            row->setToolTip(column, Qt::convertFromPlainText(cells.at(column)));
-    }
 }
 
 template <class Form, class Rows> void setBoxTexts(const Form& ui, const Rows& rows)

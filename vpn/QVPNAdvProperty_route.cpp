@@ -1,7 +1,7 @@
 #include "vpn/QVPNAdvProperty.h"
 
 #include "app/LangText.h"
-#include "app/TableColumns.h"
+#include "app/Tables.h"
 #include "app/WarningBox.h"
 #include "vpn/IpInfo.h"
 #include "xml/CustomInfo.h"

@@ -99,6 +99,15 @@ bool isWarning(const ShownBox& shown, const OrvexManager& window, const char* te
            shown.buttons == QMessageBox::Ok && shown.defaultButton == QMessageBox::Ok;
 }
 
+bool pressWarns(const OrvexManager& window, const char* buttonName, const char* textKey)
+{
+    ShownBox shown;
+    ModalScript script;
+    script.expect<QMessageBox>(answer(shown));
+    press(window, buttonName);
+    return script.complaints().isEmpty() && isWarning(shown, window, textKey);
+}
+
 CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal,
                         quint64 funcomVal)
 {

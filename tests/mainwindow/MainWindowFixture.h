@@ -42,6 +42,8 @@ struct ShownBox
 std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button = QMessageBox::Ok);
 /// Whether it is the main window's warning with this text: a child of the window, one Ok button, also the default.
 bool isWarning(const ShownBox& shown, const OrvexManager& window, const char* textKey);
+/// Presses the button; whether that warning, and nothing else, came. It is answered by Ok.
+bool pressWarns(const OrvexManager& window, const char* buttonName, const char* textKey);
 
 /// A record with telling values in the fields that the history shows.
 CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal = 3,

@@ -98,12 +98,7 @@ void TstOrvexManagerDeletion::deleteWithNothingSelectedAsksForARow()
     clickRow(window, 0);
     historyTree(window)->clearSelection();
     const CommandRecorder recorder;
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_delete");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "SelCus"));
+    QVERIFY(pressWarns(window, "toolButton_delete", "SelCus"));
     QCOMPARE(recorder.commands(), QByteArrayList());
     QCOMPARE(window.history().size(), 1);
 }

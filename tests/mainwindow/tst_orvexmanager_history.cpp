@@ -153,12 +153,7 @@ void TstOrvexManagerHistory::detailWithNothingSelectedAsksForARow()
     clickRow(window, 0);
     press(window, "toolButton_delete");
     QVERIFY(isEnabled(window, "toolButton_detail"));
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_detail");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "SelCus"));
+    QVERIFY(pressWarns(window, "toolButton_detail", "SelCus"));
 }
 
 void TstOrvexManagerHistory::detailShowsTheClickedRow()
@@ -215,14 +210,7 @@ void TstOrvexManagerHistory::detailOfTwoRowsOfOneTimeShowsTheClickedOne()
     const QString second = QString::number(window.history().at(1).cusTimeStamp);
     QVERIFY(QFile::remove(inHistory(second + QLatin1String("/OrvexCustom.xml"))));
     clickRow(window, 1);
-    {
-        ShownBox shown;
-        ModalScript script;
-        script.expect<QMessageBox>(answer(shown));
-        press(window, "toolButton_detail");
-        QCOMPARE(script.complaints(), QStringList());
-        QVERIFY(isWarning(shown, window, "CusIniNotFound"));
-    }
+    QVERIFY(pressWarns(window, "toolButton_detail", "CusIniNotFound"));
     clickRow(window, 0);
     QCOMPARE(titleOfDetails(window), detailTitle("2023-11-15 06:13:21"));
 }
@@ -234,12 +222,7 @@ void TstOrvexManagerHistory::detailOfAMissingDocumentIsRefused()
     window.show();
     clickRow(window, 0);
     QVERIFY(QFile::remove(inHistory(QStringLiteral("1700000001/OrvexCustom.xml"))));
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_detail");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "CusIniNotFound"));
+    QVERIFY(pressWarns(window, "toolButton_detail", "CusIniNotFound"));
     QCOMPARE(window.history().size(), 1);
 }
 
@@ -250,12 +233,7 @@ void TstOrvexManagerHistory::detailOfAnAlteredDocumentIsRefused()
     window.show();
     clickRow(window, 0);
     installation::writeFile(inHistory(QStringLiteral("1700000001/OrvexCustom.xml")), "<msg/>");
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_detail");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "VerifyFail"));
+    QVERIFY(pressWarns(window, "toolButton_detail", "VerifyFail"));
     QCOMPARE(window.history().size(), 1);
     QCOMPARE(shownTimes(window).size(), 1);
 }
@@ -267,12 +245,7 @@ void TstOrvexManagerHistory::detailOfAMissingVerificationIsRefused()
     window.show();
     clickRow(window, 0);
     QVERIFY(QFile::remove(inHistory(QStringLiteral("1700000001/OrvexCustomXml.vrf"))));
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_detail");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "VerifyFail"));
+    QVERIFY(pressWarns(window, "toolButton_detail", "VerifyFail"));
 }
 
 void TstOrvexManagerHistory::detailChangesNothing()
@@ -298,12 +271,7 @@ void TstOrvexManagerHistory::detailTakesTheStampOfTheDocumentForTheDirectory()
     OrvexManager window(nullptr);
     window.show();
     clickRow(window, 0);
-    ShownBox shown;
-    ModalScript script;
-    script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_detail");
-    QCOMPARE(script.complaints(), QStringList());
-    QVERIFY(isWarning(shown, window, "CusIniNotFound"));
+    QVERIFY(pressWarns(window, "toolButton_detail", "CusIniNotFound"));
 }
 
 int main(int argc, char** argv)
