@@ -1,6 +1,6 @@
 #include "advanced/CDynamicPwdDlg.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 
 #include <QPushButton>
 

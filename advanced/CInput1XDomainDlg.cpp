@@ -1,7 +1,7 @@
 #include "advanced/CInput1XDomainDlg.h"
 
-#include "app/LangText.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "xml/CustomInfo.h"
 
 #include <QPushButton>

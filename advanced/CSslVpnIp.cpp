@@ -1,8 +1,8 @@
 #include "advanced/CSslVpnIp.h"
 
 #include "advanced/GatewayListHolder.h"
-#include "app/LangText.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
 
 #include <QPushButton>

@@ -1,9 +1,8 @@
 #include "advanced/CustomAdvProperty.h"
 
-#include "app/LangText.h"
-#include "app/WarningBox.h"
-#include "app/WheelGuard.h"
-#include "app/myapplication.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
+#include "app/widgets/WheelGuard.h"
 
 #include <QPushButton>
 #include <QScreen>
@@ -132,7 +131,7 @@ void CustomAdvProperty::initalDialog(CustomInfo* info)
     else
         removeTab(ui.tab_l2tp);
     if (hasAccess(procom::sslVpn))
-        initSslVpnPage(CMyApplication::current()->m_LanguageParser);
+        initSslVpnPage(*languageTable());
     else
         removeTab(ui.tab_sslvpn);
     if (hasAccess(procom::portal))

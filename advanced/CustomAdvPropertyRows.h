@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 
 #include "ui_CustomAdvProperty.h"
 

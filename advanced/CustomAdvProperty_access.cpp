@@ -1,6 +1,6 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
-#include "app/OptionLists.h"
+#include "app/widgets/OptionLists.h"
 
 using namespace advanced;
 

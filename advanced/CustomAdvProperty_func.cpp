@@ -5,7 +5,7 @@
 #include "advanced/CustomAdvPropertyRows.h"
 #include "advanced/UninstallPasswd.h"
 #include "advanced/WancontrolDlg.h"
-#include "app/WarningBox.h"
+#include "app/widgets/WarningBox.h"
 
 using namespace advanced;
 

@@ -1,8 +1,8 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
-#include "app/CLanguageParser.h"
-#include "app/OptionLists.h"
-#include "app/WarningBox.h"
+#include "app/language/CLanguageParser.h"
+#include "app/widgets/OptionLists.h"
+#include "app/widgets/WarningBox.h"
 
 #include <iterator>
 

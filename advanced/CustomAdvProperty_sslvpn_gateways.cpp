@@ -1,8 +1,8 @@
 #include "advanced/CSslVpnIp.h"
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
-#include "app/Tables.h"
-#include "app/WarningBox.h"
+#include "app/widgets/Tables.h"
+#include "app/widgets/WarningBox.h"
 
 #include <algorithm>
 

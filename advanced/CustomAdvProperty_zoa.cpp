@@ -1,6 +1,6 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/CustomAdvPropertyRows.h"
-#include "app/WarningBox.h"
+#include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
 
 #include <QFileDialog>

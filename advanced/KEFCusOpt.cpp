@@ -1,7 +1,7 @@
 #include "advanced/KEFCusOpt.h"
 
-#include "app/LangText.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
 
 #include <QPushButton>

@@ -1,5 +1,5 @@
 #include "app/myapplication.h"
-#include "app/orvexmanager.h"
+#include "app/mainwindow/orvexmanager.h"
 #include "common/Log.h"
 
 #include <QDesktopWidget>

@@ -1,7 +1,8 @@
 #include "app/myapplication.h"
 
-#include "app/DocumentCharacters.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/DocumentCharacters.h"
+#include "app/widgets/WarningBox.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
 #include "common/UtilityFunc.h"
@@ -11,18 +12,13 @@
 #include <QIcon>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QSettings>
 #include <QTranslator>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-unsigned char g_ucAreaCode = 0;
 
 namespace {
 
@@ -39,6 +35,7 @@ QString processDirectoryText()
 
 CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv)
 {
+    setLanguageTable(&m_LanguageParser);
     logX(4, "HI__________M");
     installEventFilter(new DocumentCharacterFilter(this));
     setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
@@ -56,6 +53,7 @@ CMyApplication::~CMyApplication()
 {
     delete m_pLocalServer;
     m_pLocalServer = nullptr;
+    setLanguageTable(nullptr);
 }
 
 CMyApplication* CMyApplication::current()
@@ -139,47 +137,7 @@ bool CMyApplication::GetCurrentLanguageCode(unsigned long& code)
 {
     const QString path = processDirectoryText() + QLatin1String("/config.ini");
     qDebug() << "config file =" << path;
-    QSettings settings(path, QSettings::IniFormat);
-    settings.beginGroup(QStringLiteral("config"));
-    const QString language = settings.value(QStringLiteral("LangCode"), QVariant()).toString();
-    const QString area = settings.value(QStringLiteral("Area"), QVariant()).toString();
-    logX(4, "GetCurrentLanguageCode LangCode: %s, area is %s", language.toLocal8Bit().constData(),
-         area.toLocal8Bit().constData());
-
-    bool known = false;
-    if (code == 0) {
-        if (language == QLatin1String("1033")) {
-            code = LANGUAGE_ENGLISH;
-            known = true;
-        } else if (language == QLatin1String("2052")) {
-            code = LANGUAGE_CHINESE;
-            known = true;
-        }
-    }
-    if (area == QLatin1String("wy")) {
-        // Contract: this brand has no Chinese, whatever LangCode says.
-        g_ucAreaCode = 1;
-        code = LANGUAGE_ENGLISH;
-        return known;
-    }
-    if (area == QLatin1String("tqm"))
-        g_ucAreaCode = 0;
-    if (code != 0)
-        return known;
-
-    logX(4, "GetCurrentLanguageCode:there is no information about current language, keep it same as the OS.");
-    const char* environment = getenv("LANG");
-    if (!environment) {
-        code = LANGUAGE_ENGLISH;
-        logX(4, "GetCurrentLanguageCode:getenv LANG is NULL,so set code = 1033.");
-        return known;
-    }
-    logX(4, "GetCurrentLanguageCode getenv LANG is %s", environment);
-    // Contract: these two spellings, and no others, mean Chinese.
-    const bool isChinese =
-        strcasecmp(environment, "Zn_CN.UTF-8") == 0 || strcasecmp(environment, "zh_CN.UTF-8") == 0;
-    code = isChinese ? LANGUAGE_CHINESE : LANGUAGE_ENGLISH;
-    return known;
+    return chooseLanguage(path, code);
 }
 
 void CMyApplication::newLocalSocketConnection()

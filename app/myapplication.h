@@ -1,18 +1,12 @@
 #pragma once
 
-#include "app/CLanguageParser.h"
+#include "app/language/CLanguageParser.h"
+#include "app/language/LanguageChoice.h"
 
 #include <QApplication>
 
 class QLocalServer;
 class QTranslator;
-
-/// Brand of the installation: 0 `tqm`, 1 `wy`. 0 when the process starts.
-extern unsigned char g_ucAreaCode;
-
-/// Language codes of the settings.
-constexpr unsigned long LANGUAGE_ENGLISH = 1033;
-constexpr unsigned long LANGUAGE_CHINESE = 2052;
 
 /// The application object. Its constructor decides whether this process is the one instance of the machine or a
 /// second one, which tells its user, nudges the first and is to leave.

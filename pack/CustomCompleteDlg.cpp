@@ -1,8 +1,8 @@
 #include "pack/CustomCompleteDlg.h"
 
-#include "app/FitToTexts.h"
-#include "app/LangText.h"
-#include "app/WarningBox.h"
+#include "app/widgets/FitToTexts.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
 #include "common/ShellCommand.h"

@@ -1,7 +1,7 @@
 #include "pack/FinishDlg.h"
 
-#include "app/FitToTexts.h"
-#include "app/LangText.h"
+#include "app/widgets/FitToTexts.h"
+#include "app/language/LangText.h"
 #include "pack/WorkThread.h"
 #include "xml/CustomInfo.h"
 

@@ -1,6 +1,6 @@
 #include "pack/PackingWait.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "pack/WorkThread.h"
 
 PackingWait::PackingWait(unsigned long mask, unsigned long timeStamp, QWidget* parent) : QDialog(parent)

@@ -1,7 +1,6 @@
 #include "pack/WorkThread.h"
 
-#include "app/LangText.h"
-#include "app/myapplication.h"
+#include "app/language/LangText.h"
 #include "common/Log.h"
 #include "common/PackageGenerators.h"
 #include "common/TimeText.h"
@@ -11,7 +10,7 @@ WorkThread::WorkThread(unsigned long mask, unsigned long timeStamp) : m_ulGenMas
 // The thread may outlive its window and, while the program ends, the application that holds the texts.
 void WorkThread::tell(const char* key)
 {
-    if (CMyApplication::current())
+    if (languageTable())
         emit stepInfo(langText(key));
 }
 

@@ -1,7 +1,7 @@
 #include "view/AboutInfoDlg.h"
 
-#include "app/LangText.h"
-#include "app/myapplication.h"
+#include "app/language/LangText.h"
+#include "app/language/LanguageChoice.h"
 #include "common/Version.h"
 
 #include <QKeyEvent>

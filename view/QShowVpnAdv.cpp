@@ -1,8 +1,8 @@
 #include "view/QShowVpnAdv.h"
 
-#include "app/LangText.h"
-#include "app/OptionLists.h"
-#include "app/Tables.h"
+#include "app/language/LangText.h"
+#include "app/widgets/OptionLists.h"
+#include "app/widgets/Tables.h"
 #include "view/ViewRows.h"
 #include "xml/CustomInfoHolder.h"
 

@@ -1,8 +1,7 @@
 #include "view/ShowDetailDlg.h"
 
-#include "app/LangText.h"
-#include "app/OptionLists.h"
-#include "app/myapplication.h"
+#include "app/language/LangText.h"
+#include "app/widgets/OptionLists.h"
 
 #include <QPixmap>
 
@@ -115,7 +114,7 @@ void ShowDetailDlg::removeOrFillTabs()
         ui.tabWidget->removeTab(4);
 
     if (hasAccess(procom::sslVpn))
-        initSslVpnPage(CMyApplication::current()->m_LanguageParser);
+        initSslVpnPage(*languageTable());
     else
         ui.tabWidget->removeTab(3);
 

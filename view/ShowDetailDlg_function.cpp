@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "view/ShowDetailDlg.h"
 
 namespace {

@@ -1,5 +1,5 @@
-#include "app/LangText.h"
-#include "app/OptionLists.h"
+#include "app/language/LangText.h"
+#include "app/widgets/OptionLists.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewRows.h"
 

@@ -1,5 +1,5 @@
-#include "app/CLanguageParser.h"
-#include "app/Tables.h"
+#include "app/language/CLanguageParser.h"
+#include "app/widgets/Tables.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewRows.h"

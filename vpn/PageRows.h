@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "ui_QVPNAdvProperty.h"
 
 /// The rows of which the tables of the VPN pages are made, and the loops over them. `Section` is the part of the record

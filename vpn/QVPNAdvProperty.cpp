@@ -1,7 +1,7 @@
 #include "vpn/QVPNAdvProperty.h"
 
-#include "app/LangText.h"
-#include "app/WheelGuard.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WheelGuard.h"
 #include "xml/CustomInfoHolder.h"
 
 #include <QPushButton>

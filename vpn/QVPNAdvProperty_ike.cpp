@@ -1,6 +1,6 @@
 #include "vpn/QVPNAdvProperty.h"
 
-#include "app/WarningBox.h"
+#include "app/widgets/WarningBox.h"
 #include "vpn/ComboItems.h"
 #include "vpn/NameValidator.h"
 #include "vpn/PageRows.h"

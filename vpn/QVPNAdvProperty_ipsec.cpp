@@ -1,7 +1,7 @@
 #include "vpn/QVPNAdvProperty.h"
 
-#include "app/OptionLists.h"
-#include "app/WarningBox.h"
+#include "app/widgets/OptionLists.h"
+#include "app/widgets/WarningBox.h"
 #include "vpn/ComboItems.h"
 #include "vpn/PageRows.h"
 #include "xml/CustomInfo.h"

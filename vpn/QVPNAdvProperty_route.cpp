@@ -1,8 +1,8 @@
 #include "vpn/QVPNAdvProperty.h"
 
-#include "app/LangText.h"
-#include "app/Tables.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/Tables.h"
+#include "app/widgets/WarningBox.h"
 #include "vpn/IpInfo.h"
 #include "xml/CustomInfo.h"
 

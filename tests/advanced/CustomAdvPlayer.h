@@ -1,7 +1,7 @@
 #pragma once
 
 #include "advanced/CustomAdvProperty.h"
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "support/ModalScript.h"
 #include "support/WindowPlay.h"
 #include "xml/CustomInfo.h"

@@ -1,4 +1,4 @@
-#include "app/DocumentCharacters.h"
+#include "app/widgets/DocumentCharacters.h"
 #include "app/myapplication.h"
 #include "support/WindowPlay.h"
 

@@ -1,4 +1,4 @@
-#include "app/CLanguageParser.h"
+#include "app/language/CLanguageParser.h"
 #include "common/Version.h"
 #include "support/Installation.h"
 
@@ -253,7 +253,8 @@ void TstLanguageKeys::initTestCase()
     s_listed =
         QString::fromUtf8(installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt")))
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const char* folder : {"app", "pack", "advanced", "vpn", "view"}) {
+    for (const char* folder :
+         {"app", "app/language", "app/widgets", "app/mainwindow", "pack", "advanced", "vpn", "view"}) {
         const QDir directory(QStringLiteral(ORVEX_SOURCE_DIR "/") + QLatin1String(folder));
         const QStringList names =
             directory.entryList({QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files, QDir::Name);

@@ -1,4 +1,4 @@
-#include "app/CLanguageParser.h"
+#include "app/language/CLanguageParser.h"
 #include "support/Installation.h"
 
 #include <QDir>

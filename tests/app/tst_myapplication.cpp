@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "app/myapplication.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"

@@ -1,4 +1,4 @@
-#include "app/Tables.h"
+#include "app/widgets/Tables.h"
 
 #include <QHeaderView>
 #include <QTest>

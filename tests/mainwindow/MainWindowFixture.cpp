@@ -1,6 +1,6 @@
 #include "mainwindow/MainWindowFixture.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "support/StoredCustomisation.h"
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfo.h"

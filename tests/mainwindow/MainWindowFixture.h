@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/orvexmanager.h"
+#include "app/mainwindow/orvexmanager.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
 #include "support/WindowPlay.h"

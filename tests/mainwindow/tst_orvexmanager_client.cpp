@@ -1,6 +1,6 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"

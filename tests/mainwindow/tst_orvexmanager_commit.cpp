@@ -1,5 +1,5 @@
-#include "app/LangText.h"
-#include "common/CustomInfoLoad.h"
+#include "app/language/LangText.h"
+#include "xml/CustomInfoLoad.h"
 #include "common/CustomInfoVerify.h"
 #include "mainwindow/CommitPlay.h"
 #include "pack/CustomCompleteDlg.h"

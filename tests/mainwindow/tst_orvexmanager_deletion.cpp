@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"

@@ -1,6 +1,6 @@
 #include "mainwindow/MainWindowFixture.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
 #include "view/QShowVpnAdv.h"

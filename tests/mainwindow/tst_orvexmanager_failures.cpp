@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "common/CustomInfoVerify.h"
 #include "common/ProcessPath.h"
 #include "mainwindow/CommitPlay.h"

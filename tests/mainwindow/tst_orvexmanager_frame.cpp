@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "common/Version.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "pack/CustomCompleteDlg.h"

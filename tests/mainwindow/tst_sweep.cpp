@@ -1,5 +1,5 @@
 #include "advanced/CustomAdvProperty.h"
-#include "common/CustomInfoLoad.h"
+#include "xml/CustomInfoLoad.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "mainwindow/tst_sweep_rows.h"
 #include "pack/CustomCompleteDlg.h"

@@ -8,7 +8,7 @@
 #include "advanced/KEFCusOpt.h"
 #include "advanced/UninstallPasswd.h"
 #include "advanced/WancontrolDlg.h"
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "vpn/IpInfo.h"
 

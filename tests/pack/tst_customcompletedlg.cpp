@@ -1,5 +1,5 @@
-#include "app/LangText.h"
-#include "app/WarningBox.h"
+#include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "app/myapplication.h"
 #include "pack/CustomCompleteDlg.h"
 #include "support/CommandRecorder.h"

@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "app/myapplication.h"
 #include "common/Version.h"
 #include "pack/PackingWait.h"

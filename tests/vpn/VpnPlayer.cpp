@@ -1,6 +1,6 @@
 #include "vpn/VpnPlayer.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "support/ModalScript.h"
 
 #include <QAbstractButton>

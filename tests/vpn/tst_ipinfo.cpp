@@ -1,4 +1,4 @@
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 #include "support/ModalScript.h"
 #include "vpn/IpInfo.h"
 #include "vpn/VpnPlayer.h"

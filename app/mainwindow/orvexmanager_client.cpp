@@ -1,11 +1,11 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
-#include "app/FitToTexts.h"
-#include "app/LangText.h"
-#include "app/Tables.h"
-#include "app/WarningBox.h"
-#include "app/orvexmanager.h"
-#include "common/CustomInfoLoad.h"
+#include "app/widgets/FitToTexts.h"
+#include "app/language/LangText.h"
+#include "app/widgets/Tables.h"
+#include "app/widgets/WarningBox.h"
+#include "app/mainwindow/orvexmanager.h"
+#include "xml/CustomInfoLoad.h"
 #include "common/StorePaths.h"
 
 #include <QAbstractItemView>

@@ -1,4 +1,4 @@
-#include "common/CustomInfoLoad.h"
+#include "xml/CustomInfoLoad.h"
 #include "common/CustomInfoVerify.h"
 #include "common/Log.h"
 #include "support/DistinctRecord.h"

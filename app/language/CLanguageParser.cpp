@@ -1,4 +1,4 @@
-#include "app/CLanguageParser.h"
+#include "app/language/CLanguageParser.h"
 
 #include "common/Log.h"
 

@@ -1,4 +1,4 @@
-#include "app/FitToTexts.h"
+#include "app/widgets/FitToTexts.h"
 
 #include <QLayout>
 #include <QScreen>

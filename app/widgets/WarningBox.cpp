@@ -1,6 +1,6 @@
-#include "app/WarningBox.h"
+#include "app/widgets/WarningBox.h"
 
-#include "app/LangText.h"
+#include "app/language/LangText.h"
 
 #include <QAbstractButton>
 

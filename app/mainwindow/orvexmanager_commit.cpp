@@ -1,5 +1,5 @@
-#include "app/WarningBox.h"
-#include "app/orvexmanager.h"
+#include "app/widgets/WarningBox.h"
+#include "app/mainwindow/orvexmanager.h"
 #include "common/CustomInfoVerify.h"
 #include "common/ShellCommand.h"
 #include "common/StorePaths.h"

@@ -1,4 +1,4 @@
-#include "app/WheelGuard.h"
+#include "app/widgets/WheelGuard.h"
 
 #include <QComboBox>
 #include <QFocusEvent>

@@ -1,4 +1,4 @@
-#include "common/CustomInfoLoad.h"
+#include "xml/CustomInfoLoad.h"
 
 #include "xml/CustomXmlParser.h"
 

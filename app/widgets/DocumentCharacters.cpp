@@ -1,4 +1,4 @@
-#include "app/DocumentCharacters.h"
+#include "app/widgets/DocumentCharacters.h"
 
 #include <QEvent>
 #include <QLineEdit>
