@@ -1,5 +1,5 @@
-#include "app/myapplication.h"
 #include "app/mainwindow/orvexmanager.h"
+#include "app/myapplication.h"
 #include "common/Log.h"
 
 #include <QDesktopWidget>

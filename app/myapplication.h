@@ -34,11 +34,11 @@ public:
     /// Brings the main window back from any state.
     void showMainWindow();
 
-    CLanguageParser m_LanguageParser;         // every window reads its texts here
-    bool m_bAlreadyRunning = false;           // this process found another instance and must leave
-    QWidget* m_pMainWindow = nullptr;         // not owned
-    QTranslator* m_pTranslator = nullptr;     // installed while the language is Chinese
-    QLocalServer* m_pLocalServer = nullptr;   // listener of the first instance
+    CLanguageParser m_LanguageParser;       // every window reads its texts here
+    bool m_bAlreadyRunning = false;         // this process found another instance and must leave
+    QWidget* m_pMainWindow = nullptr;       // not owned
+    QTranslator* m_pTranslator = nullptr;   // installed while the language is Chinese
+    QLocalServer* m_pLocalServer = nullptr; // listener of the first instance
 
 public slots:
     /// A second instance has connected: the bare connection is its whole message.

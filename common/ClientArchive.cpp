@@ -14,7 +14,8 @@
 
 namespace {
 
-struct Kind {
+struct Kind
+{
     const char* directory;
     const char* prefix;
     bool withVersion;

@@ -1,7 +1,8 @@
 #pragma once
 
 /// Kinds of package for genFilePack.
-enum PackKind {
+enum PackKind
+{
     PackSetup = 0,  // into OrvexSetup/, version in the name, then the script that makes the Debian package
     PackUpdate = 1, // into OrvexUpdate/ with the prefix "Dot1X_", then the script for the upgrade package
     PackCusUpd = 2  // into OrvexCusUpd/ with the prefix "Dot1X_", no script

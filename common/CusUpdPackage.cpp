@@ -29,8 +29,8 @@ bool genCusPack()
     const QByteArray process = processDirectory(true, &found);
     if (!found)
         return false;
-    const QByteArray name = process + store::cusUpdate + "/" + packing::updatePrefix + packing::cusUpdArchive +
-                            packing::tarEnding;
+    const QByteArray name =
+        process + store::cusUpdate + "/" + packing::updatePrefix + packing::cusUpdArchive + packing::tarEnding;
     // Contract: the name `custom` is relative, tar resolves it against the directory the program was started in.
     const QByteArray pack = "tar zcvf \"" + name + "\" \"" + store::custom + "\"";
     runShellCommand(pack);

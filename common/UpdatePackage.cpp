@@ -48,7 +48,8 @@ QByteArray commentText(const char* timeString, const char* timeStamp, const char
 }
 
 /// What differs between the systems, the words of the log lines included.
-struct UpdateNames {
+struct UpdateNames
+{
     const char* client;
     int os;
     const char* commentFailed;
@@ -136,8 +137,8 @@ bool ZipUpdFiles(int type, int os, bool withVersion)
     // Contract: the name carries its quotes, so no such file exists; an earlier ZIP stays and is updated in place.
     utl_DeleteFile(zip.constData());
 
-    const QByteArray command = "cd \"" + directory + "\";\"" + process + store::archiver + "\" a " + zip + " " +
-                               store::comment + " " + member;
+    const QByteArray command =
+        "cd \"" + directory + "\";\"" + process + store::archiver + "\" a " + zip + " " + store::comment + " " + member;
     runShellCommand(command);
     logX(4, isUpdate ? "ZipUpdFiles update zip cmd: %s" : "ZipUpdFiles cusupd zip cmd: %s", command.constData());
     utl_DeleteFile((directory + "/" + member).constData());

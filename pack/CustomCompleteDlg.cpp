@@ -1,7 +1,7 @@
 #include "pack/CustomCompleteDlg.h"
 
-#include "app/widgets/FitToTexts.h"
 #include "app/language/LangText.h"
+#include "app/widgets/FitToTexts.h"
 #include "app/widgets/WarningBox.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"

@@ -1,7 +1,7 @@
 #include "pack/FinishDlg.h"
 
-#include "app/widgets/FitToTexts.h"
 #include "app/language/LangText.h"
+#include "app/widgets/FitToTexts.h"
 #include "pack/WorkThread.h"
 #include "xml/CustomInfo.h"
 

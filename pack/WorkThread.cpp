@@ -5,7 +5,9 @@
 #include "common/PackageGenerators.h"
 #include "common/TimeText.h"
 
-WorkThread::WorkThread(unsigned long mask, unsigned long timeStamp) : m_ulGenMask(mask), m_ulTimeStamp(timeStamp) {}
+WorkThread::WorkThread(unsigned long mask, unsigned long timeStamp) : m_ulGenMask(mask), m_ulTimeStamp(timeStamp)
+{
+}
 
 // The thread may outlive its window and, while the program ends, the application that holds the texts.
 void WorkThread::tell(const char* key)

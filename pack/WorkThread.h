@@ -3,7 +3,8 @@
 #include <QThread>
 
 /// Bits of the package mask.
-enum PackageMask : unsigned long {
+enum PackageMask : unsigned long
+{
     PackageSetup = 1,
     PackageUpdate = 2,
     PackageCusUpd = 4

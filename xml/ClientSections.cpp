@@ -36,9 +36,10 @@ void readPassword(CBasedQtXmlParser& parser, const char* element, BasicFunctionI
 }
 
 // The document only says whether an icon exists; its file lies beside the document. The reader is GetXMLGUIInfo.
-struct Icon {
+struct Icon
+{
     const char* element;
-    QString GUIOptionsInfo::* path;
+    QString GUIOptionsInfo::*path;
     const char* file;
 };
 const Icon icons[] = {

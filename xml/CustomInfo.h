@@ -24,7 +24,8 @@ constexpr quint64 zoa = 1;
 constexpr quint64 kef = 4;
 } // namespace funcom
 
-struct CommonInfo {
+struct CommonInfo
+{
     quint64 cusTimeStamp = 0; // seconds since the epoch; the key of the customisation in the history
     QString cusTimeString;    // the same moment in local time, "YYYY-MM-DD HH:MM:SS"
     QString cusAddInfo;       // the administrator's remark
@@ -33,7 +34,8 @@ struct CommonInfo {
     quint32 areaKey = 0; // brand byte of the program that made the customisation
 };
 
-struct PortalOptionsInfo {
+struct PortalOptionsInfo
+{
     quint32 keepConnPasswd = 1;
     quint32 autoAuth = 0;
     quint32 upVer = 1;
@@ -42,7 +44,8 @@ struct PortalOptionsInfo {
     quint32 advancedAuthType = 0; // 0 MAC, 1 certificate; means something only with advancedAuth
 };
 
-struct X1OptionsInfo {
+struct X1OptionsInfo
+{
     quint32 keepConnPasswd = 1;
     quint32 autoAuth = 0;
     quint32 upVer = 1;
@@ -58,7 +61,8 @@ struct X1OptionsInfo {
     quint32 advancedAuthType = 0; // as for the portal
 };
 
-struct BasicFunctionInfo {
+struct BasicFunctionInfo
+{
     quint32 wanControl = 0; // 0 off, 1 deny while offline, 2 pass while offline
     quint32 acl = 0;
     quint32 drvErr = 0;
@@ -78,14 +82,16 @@ struct BasicFunctionInfo {
     QString wanControlEscapePyxIpBackup;
 };
 
-struct SSLVPNRemoteInfo {
+struct SSLVPNRemoteInfo
+{
     quint64 remoteSlot = 0; // copied along, not stored in the document
     QString iPDes;          // display name
     QString ip;             // IPv4 address or domain name
     QString port = QStringLiteral("443");
 };
 
-struct SSLVPNOptionsInfo {
+struct SSLVPNOptionsInfo
+{
     QVector<SSLVPNRemoteInfo> remote;
     quint64 defaultAddress = 0; // position of the default gateway, counted from 1; 0 is none
     quint64 retries = 3;
@@ -101,12 +107,14 @@ struct SSLVPNOptionsInfo {
     bool edcode = false;
 };
 
-struct DomainDetail {
+struct DomainDetail
+{
     QString domainName;
     QString domainDesp; // description
 };
 
-struct SUIDomainInfo {
+struct SUIDomainInfo
+{
     QList<DomainDetail> domaindetail; // entry 0 is the default domain when domainDefault is set
     quint64 domainSlot = 0;           // copied along, not stored in the document
     quint64 domainForce = 0;
@@ -114,7 +122,8 @@ struct SUIDomainInfo {
 };
 
 /// The icon paths are source paths before a commit and, after a load, the copies beside the document.
-struct GUIOptionsInfo {
+struct GUIOptionsInfo
+{
     QString linuxDeskIconPath;
     QString macosDeskIconPath;
     QString mainIconPath;
@@ -125,7 +134,8 @@ struct GUIOptionsInfo {
     bool hideCopyRight = false;
 };
 
-struct IPSECVPNBASECFG {
+struct IPSECVPNBASECFG
+{
     QString LNSIP;
     QString LNSIPSecond;
     quint64 useIPSEC = 0;
@@ -139,7 +149,8 @@ struct IPSECVPNBASECFG {
     quint64 resumConn = 0;
 };
 
-struct L2TPCFG {
+struct L2TPCFG
+{
     QString L2TPTunnelName = QStringLiteral("vpn");
     QString L2TPAuthMode = QStringLiteral("PAP");
     QString L2TPHelloInterval = QStringLiteral("60"); // seconds
@@ -149,7 +160,8 @@ struct L2TPCFG {
     quint64 L2TPPort = 1701;
 };
 
-struct IPSECCFG {
+struct IPSECCFG
+{
     QString IPSECEncapsulationMode = QStringLiteral("Tunnel");
     QString IPSECSALifetime = QStringLiteral("3600"); // seconds
     QString IPSECSecurityProto = QStringLiteral("ESP");
@@ -160,7 +172,8 @@ struct IPSECCFG {
     quint64 IPSECPFS = 0; // 0 none, 768 dh-group1, 1024 dh-group2
 };
 
-struct IKECFG {
+struct IKECFG
+{
     QString IKENegotiationMode = QStringLiteral("Main");
     QString IKEIDType = QStringLiteral("ip");
     QString IKEAuthMethod = QStringLiteral("PRE-SHARE");
@@ -177,7 +190,8 @@ struct IKECFG {
     quint64 IKEPort = 500;
 };
 
-struct L2TP_IPSEC_VPN_OptionInfo {
+struct L2TP_IPSEC_VPN_OptionInfo
+{
     quint64 autoAuth = 0;
     IPSECVPNBASECFG basecfg;
     L2TPCFG l2tpcfg;
@@ -185,12 +199,14 @@ struct L2TP_IPSEC_VPN_OptionInfo {
     IKECFG ikecfg;
 };
 
-struct VPN_RouteInfo {
+struct VPN_RouteInfo
+{
     QString ip;
     QString mask;
 };
 
-struct ZOAOptionsInfo {
+struct ZOAOptionsInfo
+{
     quint64 useZOA = 1;
     QString ZOAIP;
     QString ZOAPORT = QStringLiteral("9019");
@@ -198,13 +214,15 @@ struct ZOAOptionsInfo {
     QString standbyZOAPORT = QStringLiteral("9019");
 };
 
-struct KEFOptionsInfo {
+struct KEFOptionsInfo
+{
     QString kefIP;
     QString kefPort;
     bool customize = false;
 };
 
-struct CustomInfo {
+struct CustomInfo
+{
     CommonInfo common;
     PortalOptionsInfo portal;
     X1OptionsInfo x1;
@@ -225,7 +243,8 @@ struct CustomInfo {
 };
 
 /// One row of the history.
-struct CUSINFOPOLICY {
+struct CUSINFOPOLICY
+{
     quint64 cusTimeStamp = 0;
     QString cusTimeString;
     QString cusAddInfo;

@@ -10,7 +10,8 @@
 // elements in the file.
 
 /// How a field stands in the document.
-enum class Form {
+enum class Form
+{
     Number,         // decimal digits, cut to 32 bits and signed; a bool is 0 or 1, and any value but 0 reads as true
     NumberReadWide, // the same on writing; on reading all 64 bits are taken
     BoolText,       // "true" or "false"; other text keeps the record's value on reading
@@ -20,16 +21,18 @@ enum class Form {
 };
 
 /// A field that needs code of its own, such as enciphered text.
-template <class S> struct ByHand {
+template <class S> struct ByHand
+{
     void (*write)(CBasedQtXmlParser& parser, const char* element, const S& section);
     void (*read)(CBasedQtXmlParser& parser, const char* element, S& section);
 };
 
-template <class S> struct Row {
+template <class S> struct Row
+{
     const char* element;
     Form form;
     std::variant<quint32 S::*, quint64 S::*, bool S::*, QString S::*, ByHand<S>> field;
-    quint32 S::* gate = nullptr; // written and read only while this flag, a row before, is not 0
+    quint32 S::*gate = nullptr; // written and read only while this flag, a row before, is not 0
 };
 
 /// Writes one row; every number goes through the overload for unsigned int.
@@ -41,19 +44,19 @@ public:
     {
     }
 
-    void operator()(quint32 S::* field) const { m_parser.AddItem(m_row.element, m_section.*field); }
-    void operator()(quint64 S::* field) const
+    void operator()(quint32 S::*field) const { m_parser.AddItem(m_row.element, m_section.*field); }
+    void operator()(quint64 S::*field) const
     {
         m_parser.AddItem(m_row.element, static_cast<unsigned int>(m_section.*field));
     }
-    void operator()(bool S::* field) const
+    void operator()(bool S::*field) const
     {
         if (m_row.form == Form::BoolText)
             m_parser.AddItem(m_row.element, m_section.*field);
         else
             m_parser.AddItem(m_row.element, static_cast<unsigned int>(m_section.*field ? 1 : 0));
     }
-    void operator()(QString S::* field) const
+    void operator()(QString S::*field) const
     {
         if (m_row.form == Form::Utf8Text)
             m_parser.AddUtf8Item(m_row.element, m_section.*field);
@@ -77,22 +80,22 @@ public:
     {
     }
 
-    void operator()(quint32 S::* field) const { m_parser.GetNodeValue(m_row.element, m_section.*field); }
-    void operator()(quint64 S::* field) const
+    void operator()(quint32 S::*field) const { m_parser.GetNodeValue(m_row.element, m_section.*field); }
+    void operator()(quint64 S::*field) const
     {
         if (m_row.form == Form::NumberReadWide)
             m_parser.GetNodeValue(m_row.element, m_section.*field);
         else
             m_section.*field = number();
     }
-    void operator()(bool S::* field) const
+    void operator()(bool S::*field) const
     {
         if (m_row.form == Form::BoolText)
             m_parser.GetNodeValue(m_row.element, m_section.*field);
         else
             m_section.*field = number() != 0;
     }
-    void operator()(QString S::* field) const
+    void operator()(QString S::*field) const
     {
         if (m_row.form == Form::Utf8Text)
             m_parser.GetUtf8NodeValue(m_row.element, m_section.*field);

@@ -43,13 +43,12 @@ const ByHand<IPSECVPNBASECFG> preSharedKey = {
         readSecret(parser, element, base.preSharedKey);
     }};
 
-const ByHand<L2TPCFG> tunnelPassword = {
-    [](CBasedQtXmlParser& parser, const char* element, const L2TPCFG& l2tp) {
-        writeSecret<64, 128>(parser, element, l2tp.L2TPTunnelPwd);
-    },
-    [](CBasedQtXmlParser& parser, const char* element, L2TPCFG& l2tp) {
-        readSecret(parser, element, l2tp.L2TPTunnelPwd);
-    }};
+const ByHand<L2TPCFG> tunnelPassword = {[](CBasedQtXmlParser& parser, const char* element, const L2TPCFG& l2tp) {
+                                            writeSecret<64, 128>(parser, element, l2tp.L2TPTunnelPwd);
+                                        },
+                                        [](CBasedQtXmlParser& parser, const char* element, L2TPCFG& l2tp) {
+                                            readSecret(parser, element, l2tp.L2TPTunnelPwd);
+                                        }};
 
 // clang-format off
 const Row<SSLVPNRemoteInfo> remoteRows[] = {

@@ -48,8 +48,7 @@ bool chooseLanguage(const QString& settingsPath, unsigned long& code)
     }
     logX(4, "GetCurrentLanguageCode getenv LANG is %s", environment);
     // Contract: these two spellings, and no others, mean Chinese.
-    const bool isChinese =
-        strcasecmp(environment, "Zn_CN.UTF-8") == 0 || strcasecmp(environment, "zh_CN.UTF-8") == 0;
+    const bool isChinese = strcasecmp(environment, "Zn_CN.UTF-8") == 0 || strcasecmp(environment, "zh_CN.UTF-8") == 0;
     code = isChinese ? LANGUAGE_CHINESE : LANGUAGE_ENGLISH;
     return known;
 }

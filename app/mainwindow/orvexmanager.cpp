@@ -1,7 +1,7 @@
 #include "app/mainwindow/orvexmanager.h"
 
-#include "app/widgets/FitToTexts.h"
 #include "app/language/LangText.h"
+#include "app/widgets/FitToTexts.h"
 #include "app/widgets/WarningBox.h"
 #include "app/widgets/WheelGuard.h"
 #include "common/ProcessPath.h"

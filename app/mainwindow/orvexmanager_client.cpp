@@ -1,12 +1,12 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
-#include "app/widgets/FitToTexts.h"
 #include "app/language/LangText.h"
+#include "app/mainwindow/orvexmanager.h"
+#include "app/widgets/FitToTexts.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
-#include "app/mainwindow/orvexmanager.h"
-#include "xml/CustomInfoLoad.h"
 #include "common/StorePaths.h"
+#include "xml/CustomInfoLoad.h"
 
 #include <QAbstractItemView>
 #include <QLayout>

@@ -1,5 +1,5 @@
-#include "app/widgets/WarningBox.h"
 #include "app/mainwindow/orvexmanager.h"
+#include "app/widgets/WarningBox.h"
 #include "common/CustomInfoVerify.h"
 #include "common/ShellCommand.h"
 #include "common/StorePaths.h"
@@ -18,7 +18,8 @@
 
 namespace {
 
-struct IconFile {
+struct IconFile
+{
     QString GUIOptionsInfo::*source;
     const char* name;
 };

@@ -1,14 +1,14 @@
 #include "app/language/LangText.h"
+#include "app/mainwindow/orvexmanager.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
-#include "app/mainwindow/orvexmanager.h"
-#include "xml/CustomInfoLoad.h"
 #include "common/CustomInfoVerify.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
 #include "common/StorePaths.h"
 #include "common/UtilityFunc.h"
 #include "view/ShowDetailDlg.h"
+#include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
 
 #include <QFontMetrics>

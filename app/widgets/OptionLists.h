@@ -24,7 +24,8 @@ constexpr const char* sslModeKeys[] = {"SSL_CodeAuth", "SSL_CodeCertAuth", "SSL_
 constexpr const char* tlsVersions[] = {"TLS1.2", "TLS1.0"};
 
 /// Shown texts with the values of IPSECCFG::IPSECPFS.
-struct PfsGroup {
+struct PfsGroup
+{
     quint64 value;
     const char* text;
 };

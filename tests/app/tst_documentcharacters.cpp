@@ -1,5 +1,5 @@
-#include "app/widgets/DocumentCharacters.h"
 #include "app/myapplication.h"
+#include "app/widgets/DocumentCharacters.h"
 #include "support/WindowPlay.h"
 
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "app/language/LangText.h"
-#include "app/widgets/WarningBox.h"
 #include "app/myapplication.h"
+#include "app/widgets/WarningBox.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
 #include "support/WindowPlay.h"

@@ -40,9 +40,8 @@ void tell(const char* what, qint64 value)
 
 // Stands before the C library's, by another name here, since its header gives the first argument a type of its own.
 // The sanitizers call it before they are ready themselves, so it is not instrumented.
-extern "C" __attribute__((no_sanitize_address, no_sanitize_undefined)) int toldSetrlimit(int resource,
-                                                                                         const rlimit* limit)
-    __asm__("setrlimit");
+extern "C" __attribute__((no_sanitize_address, no_sanitize_undefined)) int
+toldSetrlimit(int resource, const rlimit* limit) __asm__("setrlimit");
 
 extern "C" int toldSetrlimit(int resource, const rlimit* limit)
 {

@@ -1,9 +1,9 @@
 #include "advanced/CustomAdvProperty.h"
-#include "xml/CustomInfoLoad.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "xml/CustomInfoLoad.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>

@@ -1,5 +1,4 @@
 #include "app/language/LangText.h"
-#include "xml/CustomInfoLoad.h"
 #include "common/CustomInfoVerify.h"
 #include "mainwindow/CommitPlay.h"
 #include "pack/CustomCompleteDlg.h"
@@ -9,6 +8,7 @@
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "xml/CustomInfoLoad.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -36,7 +36,8 @@ void TstOrvexManagerStamp::twoCommitsInOneSecondShareTheirDirectory()
     QCOMPARE(commit(window, QStringLiteral("second")), QStringList());
     QCOMPARE(window.history().size(), 2);
     QCOMPARE(window.history().at(0).cusTimeStamp, window.history().at(1).cusTimeStamp);
-    QVERIFY(installation::readFile(inStored(QStringLiteral("OrvexCustom.xml"))).contains("<cusAddInfo>second</cusAddInfo>"));
+    QVERIFY(installation::readFile(inStored(QStringLiteral("OrvexCustom.xml")))
+                .contains("<cusAddInfo>second</cusAddInfo>"));
     QCOMPARE(installation::readFile(inStored(QStringLiteral("OrvexCustomXml.vrf"))).left(240), random);
     QVERIFY(utl_CusXmlVerify(inStored().chopped(1).toLocal8Bit().constData()));
 }
@@ -55,10 +56,10 @@ void TstOrvexManagerStamp::theWorkerGetsThePackagesAndTheStamp()
     QCOMPARE(begins, QStringList{QStringLiteral("utl_GenCusUpd begin.")});
     const QStringList packages = installation::namesIn(installation::path(QStringLiteral("OrvexCusUpd")));
     QCOMPARE(packages.size(), 1);
-    const QByteArray comment = installation::run(
-        installation::path(QStringLiteral("7za")),
-        {QStringLiteral("e"), QStringLiteral("-so"), installation::path(QLatin1String("OrvexCusUpd/") + packages.first()),
-         QStringLiteral("comment.txt")});
+    const QByteArray comment = installation::run(installation::path(QStringLiteral("7za")),
+                                                 {QStringLiteral("e"), QStringLiteral("-so"),
+                                                  installation::path(QLatin1String("OrvexCusUpd/") + packages.first()),
+                                                  QStringLiteral("comment.txt")});
     QVERIFY(comment.contains("@time: 1700000000\r\n"));
     QVERIFY(comment.contains("@timeFmt: 2023-11-15 06:13:20\r\n"));
 }
@@ -76,8 +77,7 @@ void TstOrvexManagerStamp::theClockIsReadOnce()
     const QString stamp = QString::number(row.cusTimeStamp);
     QCOMPARE(installation::namesIn(inHistory()), QStringList{stamp});
     const time_t seconds = time_t(row.cusTimeStamp);
-    QCOMPARE(row.cusTimeString,
-             QDateTime::fromSecsSinceEpoch(seconds).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    QCOMPARE(row.cusTimeString, QDateTime::fromSecsSinceEpoch(seconds).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
     const QByteArray document = installation::readFile(inHistory(stamp + QLatin1String("/OrvexCustom.xml")));
     QVERIFY(document.contains("<cusTimeStamp>" + stamp.toLatin1() + "</cusTimeStamp>"));
     QVERIFY(document.contains("<cusTimeString>" + row.cusTimeString.toLatin1() + "</cusTimeString>"));

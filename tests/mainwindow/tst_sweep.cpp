@@ -1,5 +1,4 @@
 #include "advanced/CustomAdvProperty.h"
-#include "xml/CustomInfoLoad.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "mainwindow/tst_sweep_rows.h"
 #include "pack/CustomCompleteDlg.h"
@@ -8,6 +7,7 @@
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
 #include "vpn/QVPNAdvProperty.h"
+#include "xml/CustomInfoLoad.h"
 
 #include <QComboBox>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "app/language/LangText.h"
-#include "app/widgets/WarningBox.h"
 #include "app/myapplication.h"
+#include "app/widgets/WarningBox.h"
 #include "pack/CustomCompleteDlg.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"

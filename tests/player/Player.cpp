@@ -20,7 +20,9 @@ constexpr qint64 s_patienceMs = 180000;
 
 bool Player::s_bHolding = false;
 
-Player::Player(QObject* parent) : QObject(parent) {}
+Player::Player(QObject* parent) : QObject(parent)
+{
+}
 
 void Player::step(const QString& title, std::function<bool()> ready, std::function<void()> act)
 {

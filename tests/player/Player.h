@@ -42,7 +42,8 @@ public:
     [[noreturn]] static void fail(const QString& reason);
 
 private:
-    struct Step {
+    struct Step
+    {
         QString title;
         std::function<bool()> ready;
         std::function<void()> act;

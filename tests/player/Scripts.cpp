@@ -72,10 +72,12 @@ void chooseFromMenu(Player& player, const QString& title, int menuIndex, int ent
         QMenuBar* bar = Player::child<QMenuBar>(mainWindow, "menuBar");
         QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->actionGeometry(menu()->menuAction()).center());
     });
-    player.step(QString(), [menu] { return menu() && menu()->isVisible(); }, [menu, entryIndex] {
-        QTest::mouseClick(menu(), Qt::LeftButton, Qt::NoModifier,
-                          menu()->actionGeometry(menu()->actions().at(entryIndex)).center());
-    });
+    player.step(
+        QString(), [menu] { return menu() && menu()->isVisible(); },
+        [menu, entryIndex] {
+            QTest::mouseClick(menu(), Qt::LeftButton, Qt::NoModifier,
+                              menu()->actionGeometry(menu()->actions().at(entryIndex)).center());
+        });
 }
 
 void leave(Player& player)
@@ -106,16 +108,16 @@ void finish(Player& player, const QString& remark)
         Player::shoot(QStringLiteral("finish"));
         pressOk(dialog, "buttonBox");
     });
-    player.step(text("the packages are being made"),
-                [] {
-                    const QTextEdit* lines = Player::child<QTextEdit>("PackingWait", "textEdit");
-                    return lines && !lines->toPlainText().isEmpty();
-                },
-                [] { Player::shoot(QStringLiteral("packing")); });
+    player.step(
+        text("the packages are being made"),
+        [] {
+            const QTextEdit* lines = Player::child<QTextEdit>("PackingWait", "textEdit");
+            return lines && !lines->toPlainText().isEmpty();
+        },
+        [] { Player::shoot(QStringLiteral("packing")); });
     player.step(text("the packages are made"), shown("CustomCompleteDlg"), [] {
         Player::shoot(QStringLiteral("complete"));
-        Player::say(QStringLiteral("  ") +
-                    Player::child<QLabel>("CustomCompleteDlg", "label_customSuccHint")->text());
+        Player::say(QStringLiteral("  ") + Player::child<QLabel>("CustomCompleteDlg", "label_customSuccHint")->text());
         Player::click(Player::child<QPushButton>("CustomCompleteDlg", "pushButton_exit"));
     });
 }
@@ -207,12 +209,13 @@ void addFirst(Player& player)
         Player::window(mainWindow)->showMinimized();
         Player::say(QStringLiteral("  minimised"));
     });
-    player.step(text("the window is back"),
-                [] {
-                    const QWidget* window = Player::window(mainWindow);
-                    return window && !window->isMinimized();
-                },
-                [] {});
+    player.step(
+        text("the window is back"),
+        [] {
+            const QWidget* window = Player::window(mainWindow);
+            return window && !window->isMinimized();
+        },
+        [] {});
     leave(player);
 }
 
@@ -249,12 +252,13 @@ void addImpatient(Player& player)
 
 bool addScript(Player& player, const QString& name)
 {
-    const struct {
+    const struct
+    {
         const char* name;
         void (*add)(Player&);
     } scripts[] = {
-        {"first", addFirst},   {"impatient", addImpatient}, {"languages", addLanguages}, {"leave", leave},
-        {"reuse", addReuse},   {"road", addRoad},           {"second", addSecond},
+        {"first", addFirst}, {"impatient", addImpatient}, {"languages", addLanguages}, {"leave", leave},
+        {"reuse", addReuse}, {"road", addRoad},           {"second", addSecond},
     };
     for (const auto& script : scripts) {
         if (name == QLatin1String(script.name)) {

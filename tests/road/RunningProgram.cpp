@@ -10,9 +10,9 @@
 VirtualDisplay::VirtualDisplay()
 {
     m_server.setProcessChannelMode(QProcess::SeparateChannels);
-    m_server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                                            QStringLiteral("0"), QStringLiteral("1280x1024x24"),
-                                            QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
+                    QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     if (m_server.waitForStarted() && m_server.waitForReadyRead(30000))
         m_name = QLatin1Char(':') + QString::fromLatin1(m_server.readLine().trimmed());
 }
@@ -49,8 +49,8 @@ RunningProgram::RunningProgram(const VirtualDisplay& display, const QString& ins
     m_process.setWorkingDirectory(options.workingDirectory.isEmpty() ? installation : options.workingDirectory);
     const QString command = QStringLiteral("%1exec \"$0\" 3>>\"$1\"")
                                 .arg(options.lowDescriptorLimit ? QStringLiteral("ulimit -Sn 1024; ") : QString());
-    m_process.start(QStringLiteral("bash"), {QStringLiteral("-c"), command, installation + QLatin1String("OrvexManager"),
-                                             m_told});
+    m_process.start(QStringLiteral("bash"),
+                    {QStringLiteral("-c"), command, installation + QLatin1String("OrvexManager"), m_told});
     m_process.waitForStarted();
 }
 
@@ -102,8 +102,9 @@ QStringList RunningProgram::warnings()
 {
     m_output += m_process.readAll();
     // Without a window manager the server may refuse the focus to a window that is just going (error 8, BadMatch).
-    static const QRegularExpression amiss(QStringLiteral(
-        "^(Q[A-Z][A-Za-z]*(::|:)|Qt |qt\\.(?!qpa\\.xcb: QXcbConnection: XCB error: 8 )|Could not|Cannot|ASSERT)|runtime error|AddressSanitizer|Sanitizer"));
+    static const QRegularExpression amiss(
+        QStringLiteral("^(Q[A-Z][A-Za-z]*(::|:)|Qt |qt\\.(?!qpa\\.xcb: QXcbConnection: XCB error: 8 )|Could "
+                       "not|Cannot|ASSERT)|runtime error|AddressSanitizer|Sanitizer"));
     QStringList found;
     for (const QString& line : QString::fromLocal8Bit(m_output).split(QLatin1Char('\n'))) {
         if (amiss.match(line).hasMatch())

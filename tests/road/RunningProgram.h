@@ -22,12 +22,13 @@ private:
 class RunningProgram
 {
 public:
-    struct Options {
-        QString workingDirectory;       // the installation when empty
+    struct Options
+    {
+        QString workingDirectory; // the installation when empty
         QString remark;
-        QString icons;                  // directory with client.png and client.ico
-        QString shots;                  // directory for screenshots
-        QStringList environment;        // further NAME=value
+        QString icons;                   // directory with client.png and client.ico
+        QString shots;                   // directory for screenshots
+        QStringList environment;         // further NAME=value
         bool lowDescriptorLimit = false; // starts with a soft limit of 1024
     };
 

@@ -93,7 +93,8 @@ QString TstRoad::makeInstallation(const QString& name, bool bigTemplate)
         installation::run(QStringLiteral(ORVEX_SOURCE_DIR "/scripts/make-sample-template.sh"),
                           {root + QLatin1String("template")});
     else
-        installation::run(QStringLiteral("cp"), {QStringLiteral("-r"), m_smallTemplate, root + QLatin1String("template")});
+        installation::run(QStringLiteral("cp"),
+                          {QStringLiteral("-r"), m_smallTemplate, root + QLatin1String("template")});
     return root;
 }
 
@@ -133,17 +134,21 @@ void TstRoad::threePackagesContainTheStoredCustomisation()
     names.sort();
     QCOMPARE(names, (QStringList{QStringLiteral("DeskIconLinux.png"), QStringLiteral("MainIcon.ico"),
                                  QStringLiteral("OrvexCustom.xml"), QStringLiteral("OrvexCustomXml.vrf")}));
-    QCOMPARE(readFile(stored + QLatin1String("/DeskIconLinux.png")), readFile(played.icons + QLatin1String("/client.png")));
+    QCOMPARE(readFile(stored + QLatin1String("/DeskIconLinux.png")),
+             readFile(played.icons + QLatin1String("/client.png")));
     QCOMPARE(readFile(stored + QLatin1String("/MainIcon.ico")), readFile(played.icons + QLatin1String("/client.ico")));
     for (const QString& name : names)
         QCOMPARE(readFile(root + QLatin1String("custom/") + name), readFile(stored + QLatin1Char('/') + name));
 
     const QString document = QString::fromUtf8(readFile(stored + QLatin1String("/OrvexCustom.xml")));
-    const QStringList expected = {
-        QStringLiteral("<cusAddInfo>%1</cusAddInfo>").arg(remark()), QStringLiteral("<procomVal>19</procomVal>"),
-        QStringLiteral("<funcomVal>1</funcomVal>"),                  QStringLiteral("<ZOAIP>192.0.2.10</ZOAIP>"),
-        QStringLiteral("<subTitle>示例客户端</subTitle>"),           QStringLiteral("<linuxDeskIcon>true</linuxDeskIcon>"),
-        QStringLiteral("<macosDeskIcon>false</macosDeskIcon>"),      QStringLiteral("<mainIcon>true</mainIcon>")};
+    const QStringList expected = {QStringLiteral("<cusAddInfo>%1</cusAddInfo>").arg(remark()),
+                                  QStringLiteral("<procomVal>19</procomVal>"),
+                                  QStringLiteral("<funcomVal>1</funcomVal>"),
+                                  QStringLiteral("<ZOAIP>192.0.2.10</ZOAIP>"),
+                                  QStringLiteral("<subTitle>示例客户端</subTitle>"),
+                                  QStringLiteral("<linuxDeskIcon>true</linuxDeskIcon>"),
+                                  QStringLiteral("<macosDeskIcon>false</macosDeskIcon>"),
+                                  QStringLiteral("<mainIcon>true</mainIcon>")};
     for (const QString& element : expected)
         QVERIFY2(document.contains(element), qPrintable(element));
 
@@ -154,31 +159,34 @@ void TstRoad::threePackagesContainTheStoredCustomisation()
                                 .section(QStringLiteral("</cusTimeString>"), 0, 0)
                                 .toLatin1();
     const auto comment = [&](const char* zip) {
-        return installation::run(root + QLatin1String("7za"),
-                                 {QStringLiteral("e"), QStringLiteral("-so"), root + QLatin1String(zip),
-                                  QStringLiteral("comment.txt")});
+        return installation::run(
+            root + QLatin1String("7za"),
+            {QStringLiteral("e"), QStringLiteral("-so"), root + QLatin1String(zip), QStringLiteral("comment.txt")});
     };
     QCOMPARE(comment("OrvexUpdate/OrvexUpdate7.2 (E0408)_64.zip"),
              head + "Setup=\"Dot1X_OrvexClient_Linux64.tar.gz\"\r\n" + middle + "cusTimeStamp:" + stamp + "\r\n");
-    QCOMPARE(comment("OrvexCusUpd/OrvexCusUpd7.2 (E0408)_64.zip"),
-             head + "Setup=\"Dot1X_OrvexCusUpd.tar.gz\"\r\n" + middle + "@time: " + stamp + "\r\n@timeFmt: " + time +
-                 "\r\n");
+    QCOMPARE(comment("OrvexCusUpd/OrvexCusUpd7.2 (E0408)_64.zip"), head + "Setup=\"Dot1X_OrvexCusUpd.tar.gz\"\r\n" +
+                                                                       middle + "@time: " + stamp +
+                                                                       "\r\n@timeFmt: " + time + "\r\n");
 
     // The setup package is the template with custom/ in it, and nothing else has changed.
     const QString before = m_work->filePath(QStringLiteral("before"));
     const QString after = m_work->filePath(QStringLiteral("after"));
     QDir().mkpath(before);
     QDir().mkpath(after);
-    installation::run(QStringLiteral("tar"), {QStringLiteral("-xzf"), root + QLatin1String("template/OrvexClient_Linux64.tar.gz"),
-                                              QStringLiteral("-C"), before});
     installation::run(QStringLiteral("tar"),
-                      {QStringLiteral("-xzf"), root + QLatin1String("OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz"),
-                       QStringLiteral("-C"), after});
+                      {QStringLiteral("-xzf"), root + QLatin1String("template/OrvexClient_Linux64.tar.gz"),
+                       QStringLiteral("-C"), before});
+    installation::run(QStringLiteral("tar"), {QStringLiteral("-xzf"),
+                                              root + QLatin1String("OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz"),
+                                              QStringLiteral("-C"), after});
     installation::run(QStringLiteral("diff"), {QStringLiteral("-r"), QStringLiteral("--no-dereference"),
                                                QStringLiteral("--exclude=custom"), before, after});
     QCOMPARE(program.lines().filter(QStringLiteral("history:")).size(), 1);
-    QVERIFY(program.lines().filter(QStringLiteral("history:")).first().endsWith(
-        QStringLiteral("| 802.1X  Portal  SSLVPN  ZOA | ") + remark()));
+    QVERIFY(program.lines()
+                .filter(QStringLiteral("history:"))
+                .first()
+                .endsWith(QStringLiteral("| 802.1X  Portal  SSLVPN  ZOA | ") + remark()));
 }
 
 void TstRoad::aPathWithBlanksAndChineseCharactersIsARoadToo()
@@ -278,12 +286,13 @@ void TstRoad::aSecondStartIsWarnedAndBringsTheMinimisedFirstBackAfterOk()
     QVERIFY(second.waitForLine(QStringLiteral("warning:")));
     QCOMPARE(second.waitForEnd(), 0);
     QCOMPARE(second.warnings(), QStringList());
-    QVERIFY(second.lines().filter(QStringLiteral("warning:")).first().startsWith(
-        QStringLiteral("  warning: Orvex Customisation Manager | ")));
+    QVERIFY(second.lines()
+                .filter(QStringLiteral("warning:"))
+                .first()
+                .startsWith(QStringLiteral("  warning: Orvex Customisation Manager | ")));
     QCOMPARE(first.waitForEnd(), 0);
     QVERIFY(first.lines().contains(QStringLiteral("- the window is back")));
-    QVERIFY(readFile(root + QLatin1String("Log/") +
-                     QDir(root + QLatin1String("Log")).entryList(QDir::Files).last())
+    QVERIFY(readFile(root + QLatin1String("Log/") + QDir(root + QLatin1String("Log")).entryList(QDir::Files).last())
                 .contains(" [WRN]main:----OrvexManager has already started----\n"));
 }
 
@@ -309,7 +318,9 @@ void TstRoad::aFullHistoryIsListedAndCommittedToWithALowDescriptorLimit()
     for (int i = 0; i < 300; ++i) {
         CustomInfo record;
         record.common.cusTimeStamp = quint64(1700000000 + i);
-        record.common.cusTimeString = QStringLiteral("2023-11-15 %1:%2:00").arg(i / 60, 2, 10, QLatin1Char('0')).arg(i % 60, 2, 10, QLatin1Char('0'));
+        record.common.cusTimeString = QStringLiteral("2023-11-15 %1:%2:00")
+                                          .arg(i / 60, 2, 10, QLatin1Char('0'))
+                                          .arg(i % 60, 2, 10, QLatin1Char('0'));
         storeCustomisation(root, record);
     }
     RunningProgram::Options played = options();

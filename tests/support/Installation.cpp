@@ -31,10 +31,11 @@ QString path(const QString& relative)
 
 void clear()
 {
-    const QStringList names = {QStringLiteral("Log"),         QStringLiteral("custom"),     QStringLiteral("UpdateCustom"),
-                               QStringLiteral("template"),    QStringLiteral("OrvexSetup"), QStringLiteral("OrvexUpdate"),
-                               QStringLiteral("OrvexCusUpd"), QStringLiteral("config.ini"), QStringLiteral("7za"),
-                               QStringLiteral("Orvex.vif")};
+    const QStringList names = {QStringLiteral("Log"),          QStringLiteral("custom"),
+                               QStringLiteral("UpdateCustom"), QStringLiteral("template"),
+                               QStringLiteral("OrvexSetup"),   QStringLiteral("OrvexUpdate"),
+                               QStringLiteral("OrvexCusUpd"),  QStringLiteral("config.ini"),
+                               QStringLiteral("7za"),          QStringLiteral("Orvex.vif")};
     for (const QString& name : names) {
         const QFileInfo info(path(name));
         if (info.isDir() && !info.isSymLink())
@@ -69,8 +70,9 @@ void makeSmallTemplate(const QString& name, const QString& topLevel)
     writeFile(work + QLatin1Char('/') + topLevel + QStringLiteral("/share/说明 文档.txt"), "read me\n");
     if (topLevel.endsWith(QLatin1String(".pkg")))
         writeFile(work + QLatin1Char('/') + topLevel + QLatin1String("/Contents/Info.plist"), "<plist/>\n");
-    run(QStringLiteral("tar"), {QStringLiteral("-czf"), path(QLatin1String("template/") + name + QLatin1String(".tar.gz")),
-                                QStringLiteral("-C"), work, topLevel});
+    run(QStringLiteral("tar"),
+        {QStringLiteral("-czf"), path(QLatin1String("template/") + name + QLatin1String(".tar.gz")),
+         QStringLiteral("-C"), work, topLevel});
     QDir(work).removeRecursively();
 }
 

@@ -19,7 +19,8 @@ qint64 nowMs()
 
 QString describe(const QWidget* window)
 {
-    return QStringLiteral("%1 \"%2\"").arg(QString::fromLatin1(window->metaObject()->className()), window->windowTitle());
+    return QStringLiteral("%1 \"%2\"")
+        .arg(QString::fromLatin1(window->metaObject()->className()), window->windowTitle());
 }
 
 } // namespace

@@ -45,11 +45,13 @@ public:
     QStringList complaints() const;
 
 private:
-    struct Step {
+    struct Step
+    {
         QString className;
         std::function<bool(QWidget&)> play;
     };
-    struct Seen {
+    struct Seen
+    {
         QPointer<QWidget> window;
         qint64 sinceMs;
     };

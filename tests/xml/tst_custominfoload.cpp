@@ -1,8 +1,8 @@
-#include "xml/CustomInfoLoad.h"
 #include "common/CustomInfoVerify.h"
 #include "common/Log.h"
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
 #include "xml/InChild.h"
 
