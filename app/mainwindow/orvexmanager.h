@@ -85,7 +85,6 @@ private:
 
     // The commit.
     void stampRecord();
-    void formatDocument(class CustomXmlParser& parser);
     void copyIcons(const QByteArray& customDirectory);
 
     QMap<unsigned long, CUSINFOPOLICY> m_cusPolicyMap; // stays empty

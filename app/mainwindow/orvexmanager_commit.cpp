@@ -8,6 +8,7 @@
 #include "pack/CustomCompleteDlg.h"
 #include "pack/FinishDlg.h"
 #include "pack/PackingWait.h"
+#include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
 
 #include <QDebug>
@@ -37,23 +38,6 @@ void OrvexManager::stampRecord()
     m_customInfo.common.cusTimeStamp = static_cast<quint64>(now);
     m_customInfo.common.cusTimeString = QString::fromLatin1(localTimeText(now));
     m_customInfo.common.areaKey = g_ucAreaCode;
-}
-
-void OrvexManager::formatDocument(CustomXmlParser& parser)
-{
-    parser.FormatXMLInit();
-    parser.FormatXMLCommonInfo(m_customInfo.common);
-    parser.FormatXMLFunctionInfo(m_customInfo.function);
-    parser.FormatXML8021XInfo(m_customInfo.x1);
-    parser.FormatXMLDomainInfo(m_customInfo.domain);
-    parser.FormatXMLPortalInfo(m_customInfo.portal);
-    parser.FormatXMLSslVpnInfo(m_customInfo.sslvpn);
-    parser.FormatXMLGUIInfo(m_customInfo.gui);
-    parser.FormatXMLZOAInfo(m_customInfo.zoa);
-    parser.FormatIpseVpnInfo(m_customInfo.vpn);
-    parser.FormatXMLIPSECVPNRouteInfo(m_customInfo.vpnRoutes);
-    if (m_customInfo.common.funcomVal & funcom::kef)
-        parser.FormatXMLKefInfo(m_customInfo.kef);
 }
 
 void OrvexManager::copyIcons(const QByteArray& customDirectory)
@@ -98,7 +82,7 @@ void OrvexManager::showFinishDlg()
 
     stampRecord();
     CustomXmlParser parser;
-    formatDocument(parser);
+    formatCustomInfo(parser, m_customInfo);
     copyIcons(customDirectory);
     parser.SaveFile(QString::fromLocal8Bit(document));
     unsigned long error = 0;
