@@ -7,14 +7,12 @@ source_directory=$PWD
 
 scripts/setup-packages.sh
 cmake --preset release
-cmake --build --preset release --target OrvexManager orvexplayer
+cmake --build --preset release --target orvex_programs orvexplayer
 build=$source_directory/build/release
 
 # $1: where the installation shall stand
 prepare() {
-    mkdir -p "$1"
-    cp -r "$build/OrvexManager/OrvexManager" "$build/OrvexManager/7za" "$build/OrvexManager/Resources" "$build/OrvexManager/qt_zh_CN.qm" "$1/"
-    [ -e "$1/config.ini" ] || cp packaging/config.ini "$1/"
+    cmake --install "$build" --prefix "$1" >/dev/null
     [ -e "$1/template/OrvexClient_Linux64.tar.gz" ] || scripts/make-sample-template.sh "$1/template"
 }
 

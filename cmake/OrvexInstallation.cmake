@@ -1,6 +1,9 @@
 # All data are found beside the executable, so the build assembles a complete installation in one directory:
 # the executable, Resources/, config.ini, the archiver 7za, Qt's Chinese texts and the directory of the client templates.
 #
+# `cmake --install` puts the same, with the client templates that stand in the assembled directory. Over an existing
+# installation it leaves the settings, the history, the packages and other client templates as they are.
+#
 #   orvex_installation(target DIRECTORY dir [LANGUAGE_FILES file...])
 find_program(ORVEX_ARCHIVER 7za PATHS /usr/lib/p7zip /usr/lib/7zip NO_DEFAULT_PATH
              DOC "The self-contained 7za binary that goes into the installation")
@@ -33,4 +36,16 @@ function(orvex_installation target)
         VERBATIM)
     add_custom_target(${target}_installation ALL DEPENDS ${stamp})
     add_dependencies(${target} ${target}_installation)
+
+    install(TARGETS ${target} DESTINATION .)
+    install(PROGRAMS ${ORVEX_ARCHIVER} DESTINATION . RENAME 7za)
+    install(FILES ${I_LANGUAGE_FILES} DESTINATION Resources)
+    if(ORVEX_QT_CHINESE)
+        install(FILES ${ORVEX_QT_CHINESE} DESTINATION . RENAME qt_zh_CN.qm)
+    endif()
+    install(DIRECTORY ${I_DIRECTORY}/template DESTINATION .)
+    install(CODE "
+        if(NOT EXISTS \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/config.ini\")
+            file(INSTALL \"${PROJECT_SOURCE_DIR}/packaging/config.ini\" DESTINATION \"\${CMAKE_INSTALL_PREFIX}\")
+        endif()")
 endfunction()

@@ -20,20 +20,50 @@ function(orvex_layer name)
     target_link_libraries(${name} PUBLIC ${L_USES})
     add_dependencies(${name} orvex_includes)
 
-    list(TRANSFORM L_HEADERS PREPEND ${room}/ OUTPUT_VARIABLE published)
-    set_target_properties(${name} PROPERTIES ORVEX_PUBLISHED "${published}" ORVEX_ROOM ${room})
+    set_target_properties(${name} PROPERTIES
+        ORVEX_KIND layer ORVEX_ROOM ${room} ORVEX_USES "${L_USES}"
+        ORVEX_HEADERS "${L_HEADERS}" ORVEX_PRIVATE "${L_PRIVATE}" ORVEX_SOURCES "${L_SOURCES}")
     set_property(GLOBAL APPEND PROPERTY ORVEX_LAYERS ${name})
 endfunction()
 
-# Makes forwarding headers below the build directory; a header is rewritten only when it changes.
-function(orvex_forward directory room)
-    foreach(header IN LISTS ARGN)
-        file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/${directory}/${room}/${header}
-             CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${header}\"\n" @ONLY)
-    endforeach()
+# A program stands above the layers that it uses; its sources may stand in the room of a layer. Every program is part of
+# the target orvex_programs. INTO are objects without a room, such as compiled pictures.
+#
+#   orvex_program(name SOURCES file... USES target... [INTO target...])
+function(orvex_program name)
+    cmake_parse_arguments(P "" "" "SOURCES;USES;INTO" ${ARGN})
+    add_executable(${name} ${P_SOURCES})
+    file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${name} PRIVATE ${P_USES} ${P_INTO})
+    add_dependencies(${name} orvex_includes)
+    if(NOT TARGET orvex_programs)
+        add_custom_target(orvex_programs)
+    endif()
+    add_dependencies(orvex_programs ${name})
+    set_target_properties(${name} PROPERTIES
+        ORVEX_KIND program ORVEX_ROOM ${room} ORVEX_USES "${P_USES}"
+        ORVEX_HEADERS "" ORVEX_PRIVATE "" ORVEX_SOURCES "${P_SOURCES}")
+    set_property(GLOBAL APPEND PROPERTY ORVEX_LAYERS ${name})
 endfunction()
 
-# To be called when all layers are there: the check that every layer waits for.
+# Makes forwarding headers below the build directory, and takes away those of earlier lists; a header is rewritten only
+# when it changes.
+function(orvex_forward directory room)
+    set(directory ${PROJECT_BINARY_DIR}/${directory})
+    set(forwarding)
+    foreach(header IN LISTS ARGN)
+        file(CONFIGURE OUTPUT ${directory}/${room}/${header}
+             CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${header}\"\n" @ONLY)
+        list(APPEND forwarding ${directory}/${room}/${header})
+    endforeach()
+    file(GLOB_RECURSE stale ${directory}/*)
+    list(REMOVE_ITEM stale ${forwarding})
+    if(stale)
+        file(REMOVE ${stale})
+    endif()
+endfunction()
+
+# To be called when all layers and programs are there: the check that each of them waits for.
 function(orvex_check_includes)
     get_property(layers GLOBAL PROPERTY ORVEX_LAYERS)
     set(rooms)
@@ -46,6 +76,7 @@ function(orvex_check_includes)
         list(APPEND rooms ${room})
         list(APPEND files ${sources})
     endforeach()
+    list(REMOVE_DUPLICATES rooms)
     set(stamp ${PROJECT_BINARY_DIR}/includes.stamp)
     add_custom_command(OUTPUT ${stamp}
         COMMAND ${CMAKE_COMMAND} "-DROOMS=${rooms}" -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
