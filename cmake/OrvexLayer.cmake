@@ -86,3 +86,46 @@ function(orvex_check_includes)
         COMMENT "Checking that every include names its room" VERBATIM)
     add_custom_target(orvex_includes DEPENDS ${stamp})
 endfunction()
+
+# Writes what the layers and programs are, for whoever checks or draws them, below the build directory:
+#
+#   layers.txt  lines "kind|room|uses|header|private|source|includes VALUE", each target begun by its line "target NAME";
+#               "includes" are the directories that the compiler searches for the target's sources
+#   layers.dot  the layers, each with an edge to every layer that it uses directly
+function(orvex_describe_layers)
+    get_property(layers GLOBAL PROPERTY ORVEX_LAYERS)
+    set(text)
+    set(nodes)
+    set(edges)
+    foreach(layer IN LISTS layers)
+        string(APPEND text "target ${layer}\n")
+        foreach(key IN ITEMS kind room uses headers private sources)
+            string(TOUPPER ORVEX_${key} property)
+            get_target_property(values ${layer} ${property})
+            string(REGEX REPLACE "(header|source)s$" "\\1" key ${key})
+            foreach(value IN LISTS values)
+                string(APPEND text "${key} ${value}\n")
+            endforeach()
+        endforeach()
+        string(APPEND text "includes $<JOIN:$<TARGET_PROPERTY:${layer},INCLUDE_DIRECTORIES>,\nincludes >\n")
+
+        get_target_property(kind ${layer} ORVEX_KIND)
+        get_target_property(room ${layer} ORVEX_ROOM)
+        get_target_property(uses ${layer} ORVEX_USES)
+        set(style)
+        if(kind STREQUAL program)
+            set(style ", style=bold")
+        endif()
+        string(APPEND nodes "    ${layer} [label=\"${layer}\\n${room}/\"${style}]\n")
+        foreach(used IN LISTS uses)
+            if(used IN_LIST layers)
+                string(APPEND edges "    ${layer} -> ${used}\n")
+            endif()
+        endforeach()
+    endforeach()
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layers.txt CONTENT "${text}")
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layers.dot CONTENT "digraph layers {
+    node [shape=box, fontname=\"DejaVu Sans\", fontsize=11]
+${nodes}${edges}}
+")
+endfunction()
