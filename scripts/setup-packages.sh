@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     build-essential cmake ninja-build ccache
-    clang-format
+    clang-format clang-tidy
     qtbase5-dev qtbase5-dev-tools qttranslations5-l10n
     p7zip-full tar gzip procps
     openssl libssl-dev
