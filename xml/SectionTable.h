@@ -1,39 +1,9 @@
 #pragma once
 
 #include "xml/CBasedQtXmlParser.h"
+#include "xml/RecordRows.h"
 
-#include <QString>
-
-#include <variant>
-
-// Tables of the flat elements of a section, used by writer and reader alike. The order of the rows is the order of the
-// elements in the file.
-
-/// How a field stands in the document.
-enum class Form
-{
-    Number,         // decimal digits, cut to 32 bits and signed; a bool is 0 or 1, and any value but 0 reads as true
-    NumberReadWide, // the same on writing; on reading all 64 bits are taken
-    BoolText,       // "true" or "false"; other text keeps the record's value on reading
-    Text,
-    Utf8Text, // by way of the UTF-8 bytes
-    Own       // as the row's functions have it
-};
-
-/// A field that needs code of its own, such as enciphered text.
-template <class S> struct ByHand
-{
-    void (*write)(CBasedQtXmlParser& parser, const char* element, const S& section);
-    void (*read)(CBasedQtXmlParser& parser, const char* element, S& section);
-};
-
-template <class S> struct Row
-{
-    const char* element;
-    Form form;
-    std::variant<quint32 S::*, quint64 S::*, bool S::*, QString S::*, ByHand<S>> field;
-    quint32 S::*gate = nullptr; // written and read only while this flag, a row before, is not 0
-};
+// The rows of the catalogue as elements of the document.
 
 /// Writes one row; every number goes through the overload for unsigned int.
 template <class S> class RowWriter
@@ -58,10 +28,12 @@ public:
     }
     void operator()(QString S::*field) const
     {
-        if (m_row.form == Form::Utf8Text)
-            m_parser.AddUtf8Item(m_row.element, m_section.*field);
-        else
+        if (m_row.form == Form::Icon)
+            m_parser.AddItem(m_row.element, !(m_section.*field).isEmpty());
+        else if (m_row.form == Form::Text)
             m_parser.AddItem(m_row.element, m_section.*field);
+        else
+            m_parser.AddUtf8Item(m_row.element, m_section.*field);
     }
     void operator()(const ByHand<S>& own) const { own.write(m_parser, m_row.element, m_section); }
 
@@ -97,6 +69,8 @@ public:
     }
     void operator()(QString S::*field) const
     {
+        if (m_row.form == Form::Icon)
+            return;
         if (m_row.form == Form::Utf8Text)
             m_parser.GetUtf8NodeValue(m_row.element, m_section.*field);
         else
@@ -117,21 +91,20 @@ private:
     S& m_section;
 };
 
-/// Adds the elements of the rows to the parser's current element.
-template <class S, size_t count>
-void writeRows(CBasedQtXmlParser& parser, const Row<S> (&rows)[count], const S& section)
+/// Adds the elements of a part of the record to the parser's current element.
+template <class S> void writeRows(CBasedQtXmlParser& parser, const S& part)
 {
-    for (const Row<S>& row : rows) {
-        if (!row.gate || section.*row.gate != 0)
-            std::visit(RowWriter<S>(parser, row, section), row.field);
+    for (const Row<S>& row : rowsOf<S>()) {
+        if (!row.gate || part.*row.gate != 0)
+            std::visit(RowWriter<S>(parser, row, part), row.field);
     }
 }
 
-/// Reads the rows from the parser's current element. The gate tested is the value just read.
-template <class S, size_t count> void readRows(CBasedQtXmlParser& parser, const Row<S> (&rows)[count], S& section)
+/// Reads a part of the record from the parser's current element. The gate tested is the value just read.
+template <class S> void readRows(CBasedQtXmlParser& parser, S& part)
 {
-    for (const Row<S>& row : rows) {
-        if (!row.gate || section.*row.gate != 0)
-            std::visit(RowReader<S>(parser, row, section), row.field);
+    for (const Row<S>& row : rowsOf<S>()) {
+        if (!row.gate || part.*row.gate != 0)
+            std::visit(RowReader<S>(parser, row, part), row.field);
     }
 }

@@ -1,4 +1,5 @@
 #include "common/FieldCipher.h"
+#include "xml/Catalogue.h"
 #include "xml/CustomXmlParser.h"
 #include "xml/SectionTable.h"
 
@@ -41,127 +42,174 @@ const ByHand<IPSECVPNBASECFG> preSharedKey = {
     },
     [](CBasedQtXmlParser& parser, const char* element, IPSECVPNBASECFG& base) {
         readSecret(parser, element, base.preSharedKey);
-    }};
+    },
+    &IPSECVPNBASECFG::preSharedKey};
 
 const ByHand<L2TPCFG> tunnelPassword = {[](CBasedQtXmlParser& parser, const char* element, const L2TPCFG& l2tp) {
                                             writeSecret<64, 128>(parser, element, l2tp.L2TPTunnelPwd);
                                         },
                                         [](CBasedQtXmlParser& parser, const char* element, L2TPCFG& l2tp) {
                                             readSecret(parser, element, l2tp.L2TPTunnelPwd);
-                                        }};
+                                        },
+                                        &L2TPCFG::L2TPTunnelPwd};
+
+// Contract: the second address is left out where it equals the first, letter case included.
+QString viewedSecondLns(const CustomInfo& info)
+{
+    const IPSECVPNBASECFG& base = info.vpn.basecfg;
+    return base.LNSIPSecond != base.LNSIP ? base.LNSIPSecond : QString();
+}
+
+// Contract: NAT traversal shows these two whatever the record holds.
+QString viewedNegotiation(const CustomInfo& info)
+{
+    return info.vpn.ipseccfg.IPSECUseNatTranversal != 0
+               ? QLatin1String(words::negotiationModes.at(words::AggressiveMode).stored)
+               : info.vpn.ikecfg.IKENegotiationMode;
+}
+QString viewedIdType(const CustomInfo& info)
+{
+    return info.vpn.ipseccfg.IPSECUseNatTranversal != 0 ? QLatin1String(words::idTypes.at(words::IdName).stored)
+                                                        : info.vpn.ikecfg.IKEIDType;
+}
+
+constexpr Traits viewedBy(QString (*function)(const CustomInfo&), const words::List* offered, int longest)
+{
+    return {offered, nullptr, longest, false, function};
+}
 
 // clang-format off
 const Row<SSLVPNRemoteInfo> remoteRows[] = {
-    {"ip",   Form::Text, &SSLVPNRemoteInfo::ip},
-    {"port", Form::Text, &SSLVPNRemoteInfo::port},
-    {"iPDes", Form::Text, &SSLVPNRemoteInfo::iPDes},
+    {"ip",    Form::Text, &SSLVPNRemoteInfo::ip,    "SSL_ADDRESS",         upTo(32)},
+    {"port",  Form::Text, &SSLVPNRemoteInfo::port,  "SSL_PORT",            upTo(5)},
+    {"iPDes", Form::Text, &SSLVPNRemoteInfo::iPDes, "SSL_VPNSERV_DISNAME", upTo(32)},
 };
 
-const Row<SSLVPNOptionsInfo> sslVpnRows[] = {
-    {"defaultAddress",          Form::Number, &SSLVPNOptionsInfo::defaultAddress},
-    {"retryInterval",           Form::Number, &SSLVPNOptionsInfo::retryInterval},
-    {"retries",                 Form::Number, &SSLVPNOptionsInfo::retries},
-    {"authMode",                Form::Number, &SSLVPNOptionsInfo::authMode},
-    {"authDefaultMode",         Form::Number, &SSLVPNOptionsInfo::authDefaultMode},
-    {"ulAuthType",              Form::Number, &SSLVPNOptionsInfo::ulAuthType},
-    {"authType",                Form::Text,   &SSLVPNOptionsInfo::authType},
-    {"authDefaultType",         Form::Text,   &SSLVPNOptionsInfo::authDefaultType},
-    {"gatewayAuth",             Form::Number, &SSLVPNOptionsInfo::gatewayAuth},
-    {"getSmsVryCountdownValue", Form::Number, &SSLVPNOptionsInfo::getSmsVryCountdownValue},
-    {"TLSVersion",              Form::Number, &SSLVPNOptionsInfo::TLSVersion},
-    {"edcode",                  Form::Number, &SSLVPNOptionsInfo::edcode},
+using SslVpn = SSLVPNOptionsInfo;
+const Row<SslVpn> sslVpnRows[] = {
+    {"defaultAddress",          Form::Number, &SslVpn::defaultAddress,  "SSL_VPNSERV_DEFAULT"},
+    {"retryInterval",           Form::Number, &SslVpn::retryInterval,   "SSL_RECONN_GRAP",  upTo(5)},
+    {"retries",                 Form::Number, &SslVpn::retries,         "SSL_RECONN_TIME",  upTo(5)},
+    {"authMode",                Form::Number, &SslVpn::authMode,        "SSL_AUTH_MODE",    offers(words::sslModes)},
+    {"authDefaultMode",         Form::Number, &SslVpn::authDefaultMode, "SSL_DEFAULTMODE",  shows(words::sslDefaultModes)},
+    {"ulAuthType",              Form::Number, &SslVpn::ulAuthType,      "SSL_AUTH_TYPE",    offers(words::sslTypes)},
+    {"authType",                Form::Text,   &SslVpn::authType,        "SSL_AUTH_TYPE"},
+    {"authDefaultType",         Form::Text,   &SslVpn::authDefaultType, "SSL_DEFAULTTYPE",  offers(words::sslDefaultTypes)},
+    {"gatewayAuth",             Form::Number, &SslVpn::gatewayAuth,     "SSL_GatewayType"},
+    {"getSmsVryCountdownValue", Form::Number, &SslVpn::getSmsVryCountdownValue, "SSL_GetSmsVryCountDownValue", upTo(3)},
+    {"TLSVersion",              Form::Number, &SslVpn::TLSVersion,      "SSL_TLSVersion",   shows(words::tlsVersions)},
+    {"edcode",                  Form::Number, &SslVpn::edcode,          "SSL_EdCode"},
 };
 
-const Row<IPSECVPNBASECFG> baseRows[] = {
-    {"LNSIP",            Form::Utf8Text, &IPSECVPNBASECFG::LNSIP},
-    {"LNSIPSecond",      Form::Utf8Text, &IPSECVPNBASECFG::LNSIPSecond},
-    {"useIPSEC",         Form::Number,   &IPSECVPNBASECFG::useIPSEC},
-    {"useRSA",           Form::Number,   &IPSECVPNBASECFG::useRSA},
-    {"modifyAdvanced",   Form::Number,   &IPSECVPNBASECFG::modifyAdvanced},
-    {"forbidVirNIC",     Form::Number,   &IPSECVPNBASECFG::forbidVirNIC},
-    {"upVersion",        Form::Number,   &IPSECVPNBASECFG::upVersion},
-    {"resumConn",        Form::Number,   &IPSECVPNBASECFG::resumConn},
-    {"preSharedKey",     Form::Own,      preSharedKey},
-    {"LNSAsIPSECServer", Form::Number,   &IPSECVPNBASECFG::LNSAsIPSECServer},
-    {"otherIPSECServer", Form::Utf8Text, &IPSECVPNBASECFG::otherIPSECServer},
+using Base = IPSECVPNBASECFG;
+const Row<Base> baseRows[] = {
+    {"LNSIP",            Form::Utf8Text, &Base::LNSIP,            "VUI_BASELNSIP",    upTo(255)},
+    {"LNSIPSecond",      Form::Utf8Text, &Base::LNSIPSecond,      "VUI_SECONDLNSIP",  viewedBy(viewedSecondLns, nullptr, 255)},
+    {"useIPSEC",         Form::Number,   &Base::useIPSEC,         "VUI_BASEUseIPSEC"},
+    {"useRSA",           Form::Number,   &Base::useRSA},
+    {"modifyAdvanced",   Form::Number,   &Base::modifyAdvanced},
+    {"forbidVirNIC",     Form::Number,   &Base::forbidVirNIC},
+    {"upVersion",        Form::Number,   &Base::upVersion,        "VUI_UpVersion"},
+    {"resumConn",        Form::Number,   &Base::resumConn,        "VUI_ResumeCon"},
+    {"preSharedKey",     Form::Own,      preSharedKey,            "VUI_BASEPreSharedKey", secret(128)},
+    {"LNSAsIPSECServer", Form::Number,   &Base::LNSAsIPSECServer, "VUI_BASEIPSECSERVERIPCombox", shows(words::ipsecServers)},
+    {"otherIPSECServer", Form::Utf8Text, &Base::otherIPSECServer, "VUI_BASEIPSECSERVERIP", upTo(255)},
 };
 
 const Row<L2TPCFG> l2tpRows[] = {
-    {"L2TPTunnelName",    Form::Utf8Text, &L2TPCFG::L2TPTunnelName},
-    {"L2TPAuthMode",      Form::Utf8Text, &L2TPCFG::L2TPAuthMode},
-    {"L2TPHelloInterval", Form::Utf8Text, &L2TPCFG::L2TPHelloInterval},
-    {"L2TPUseTunnelPwd",  Form::Number,   &L2TPCFG::L2TPUseTunnelPwd},
-    {"L2TPAVPHidden",     Form::Number,   &L2TPCFG::L2TPAVPHidden},
-    {"L2TPTunnelPwd",     Form::Own,      tunnelPassword},
-    {"L2TPPort",          Form::Number,   &L2TPCFG::L2TPPort},
+    {"L2TPTunnelName",    Form::Utf8Text, &L2TPCFG::L2TPTunnelName,    "VUI_L2TPTunnelName",    upTo(30)},
+    {"L2TPAuthMode",      Form::Utf8Text, &L2TPCFG::L2TPAuthMode,      "VUI_L2TPAuthMode",      offers(words::tunnelAuthModes)},
+    {"L2TPHelloInterval", Form::Utf8Text, &L2TPCFG::L2TPHelloInterval, "VUI_L2TPHelloInterval", upTo(5)},
+    {"L2TPUseTunnelPwd",  Form::Number,   &L2TPCFG::L2TPUseTunnelPwd,  "VUI_L2TPUseTunnelPwd"},
+    {"L2TPAVPHidden",     Form::Number,   &L2TPCFG::L2TPAVPHidden,     "VUI_L2TPAVPHidden"},
+    {"L2TPTunnelPwd",     Form::Own,      tunnelPassword,              "VUI_L2TPTunnelPwd",     secret(16)},
+    {"L2TPPort",          Form::Number,   &L2TPCFG::L2TPPort,          "VUT_L2TPPORT"},
 };
 
 const Row<IPSECCFG> ipsecRows[] = {
-    {"IPSECEncapsulationMode", Form::Utf8Text, &IPSECCFG::IPSECEncapsulationMode},
-    {"IPSECSALifetime",        Form::Utf8Text, &IPSECCFG::IPSECSALifetime},
-    {"IPSECSecurityProto",     Form::Utf8Text, &IPSECCFG::IPSECSecurityProto},
-    {"IPSECESPAuthAlgorithm",  Form::Utf8Text, &IPSECCFG::IPSECESPAuthAlgorithm},
-    {"IPSECESPEncryption",     Form::Utf8Text, &IPSECCFG::IPSECESPEncryption},
-    {"IPSECAHAuthAlgorithm",   Form::Utf8Text, &IPSECCFG::IPSECAHAuthAlgorithm},
-    {"IPSECUseNatTranversal",  Form::Number,   &IPSECCFG::IPSECUseNatTranversal},
-    {"IPSECPFS",               Form::Number,   &IPSECCFG::IPSECPFS},
+    {"IPSECEncapsulationMode", Form::Utf8Text, &IPSECCFG::IPSECEncapsulationMode, "VUI_IPSECEncapMode",
+     offers(words::encapsulations)},
+    {"IPSECSALifetime",        Form::Utf8Text, &IPSECCFG::IPSECSALifetime,        "VUI_IPSECSALifetime", upTo(6)},
+    {"IPSECSecurityProto",     Form::Utf8Text, &IPSECCFG::IPSECSecurityProto,     "VUI_IPSECAdopSecuriProto",
+     offers(words::securityProtocols)},
+    {"IPSECESPAuthAlgorithm",  Form::Utf8Text, &IPSECCFG::IPSECESPAuthAlgorithm,  "VUI_IPSECESPAuth",
+     offers(words::espAuthAlgorithms)},
+    {"IPSECESPEncryption",     Form::Utf8Text, &IPSECCFG::IPSECESPEncryption,     "VUI_IPSECESPEncypt",
+     offers(words::espEncryptions)},
+    {"IPSECAHAuthAlgorithm",   Form::Utf8Text, &IPSECCFG::IPSECAHAuthAlgorithm,   "VUI_IPSECAHAuth",
+     offers(words::ahAuthAlgorithms)},
+    {"IPSECUseNatTranversal",  Form::Number,   &IPSECCFG::IPSECUseNatTranversal,  "VUI_IPSECUseNat"},
+    {"IPSECPFS",               Form::Number,   &IPSECCFG::IPSECPFS,               "VUI_UsePFS", shows(words::pfsGroups)},
 };
 
 const Row<IKECFG> ikeRows[] = {
-    {"IKENegotiationMode",     Form::Utf8Text, &IKECFG::IKENegotiationMode},
-    {"IKEIDType",              Form::Utf8Text, &IKECFG::IKEIDType},
-    {"IKEAuthMethod",          Form::Utf8Text, &IKECFG::IKEAuthMethod},
-    {"IKEncryption",           Form::Utf8Text, &IKECFG::IKEncryption},
-    {"IKEAuthAlgorithm",       Form::Utf8Text, &IKECFG::IKEAuthAlgorithm},
-    {"IKEDiffeHellman",        Form::Utf8Text, &IKECFG::IKEDiffeHellman},
-    {"IKEISAKMPLifetime",      Form::Utf8Text, &IKECFG::IKEISAKMPLifetime},
-    {"IKELocalName",           Form::Utf8Text, &IKECFG::IKELocalName},
-    {"IKERemoteName",          Form::Utf8Text, &IKECFG::IKERemoteName},
-    {"IKESendKeepAlive",       Form::Number,   &IKECFG::IKESendKeepAlive},
-    {"IKESendInterval",        Form::Utf8Text, &IKECFG::IKESendInterval},
-    {"IKERecvKeepAlivePacket", Form::Number,   &IKECFG::IKERecvKeepAlivePacket},
-    {"IKERecvPacketTimeOut",   Form::Utf8Text, &IKECFG::IKERecvPacketTimeOut},
-    {"IKEPort",                Form::Number,   &IKECFG::IKEPort},
+    {"IKENegotiationMode",     Form::Utf8Text, &IKECFG::IKENegotiationMode,     "VUI_IKENegMode",
+     viewedBy(viewedNegotiation, &words::negotiationModes, 0)},
+    {"IKEIDType",              Form::Utf8Text, &IKECFG::IKEIDType,              "VUI_IKEIDType",
+     viewedBy(viewedIdType, &words::idTypes, 0)},
+    {"IKEAuthMethod",          Form::Utf8Text, &IKECFG::IKEAuthMethod,          "VUI_IKEAuthMethod", shows(words::authMethods)},
+    {"IKEncryption",           Form::Utf8Text, &IKECFG::IKEncryption,           "VUI_IKEEncrypt", offers(words::ikeEncryptions)},
+    {"IKEAuthAlgorithm",       Form::Utf8Text, &IKECFG::IKEAuthAlgorithm,       "VUI_IKEAuth", offers(words::ikeAuthAlgorithms)},
+    {"IKEDiffeHellman",        Form::Utf8Text, &IKECFG::IKEDiffeHellman,        "VUI_IKEDHGroup",
+     offers(words::diffieHellmanGroups)},
+    {"IKEISAKMPLifetime",      Form::Utf8Text, &IKECFG::IKEISAKMPLifetime,      "VUI_IKEISAKMPSA", upTo(6)},
+    {"IKELocalName",           Form::Utf8Text, &IKECFG::IKELocalName,           "VUI_IKELocalName"},
+    {"IKERemoteName",          Form::Utf8Text, &IKECFG::IKERemoteName,          "VUI_IKERemoteName"},
+    {"IKESendKeepAlive",       Form::Number,   &IKECFG::IKESendKeepAlive,       "VUI_IKESendKeepAlive"},
+    {"IKESendInterval",        Form::Utf8Text, &IKECFG::IKESendInterval,        "VUI_IKETimeInterval", upTo(5)},
+    {"IKERecvKeepAlivePacket", Form::Number,   &IKECFG::IKERecvKeepAlivePacket, "VUI_IKERecvKeepAlive"},
+    {"IKERecvPacketTimeOut",   Form::Utf8Text, &IKECFG::IKERecvPacketTimeOut,   "VUI_IKETimeout", upTo(5)},
+    {"IKEPort",                Form::Number,   &IKECFG::IKEPort,                "VUI_IKEPort"},
 };
 
 const Row<L2TP_IPSEC_VPN_OptionInfo> vpnRows[] = {
     {"autoAuth", Form::Number, &L2TP_IPSEC_VPN_OptionInfo::autoAuth},
 };
+
+// Contract: routes are written as UTF-8 bytes but read as plain text.
+const Row<VPN_RouteInfo> routeRows[] = {
+    {"ip",   Form::Utf8TextToText, &VPN_RouteInfo::ip,   "VUI_IP"},
+    {"mask", Form::Utf8TextToText, &VPN_RouteInfo::mask, "VUI_Mask"},
+};
 // clang-format on
 
 } // namespace
 
+// clang-format off
+template <> Rows<SSLVPNRemoteInfo> rowsOf() { return remoteRows; }
+template <> Rows<SSLVPNOptionsInfo> rowsOf() { return sslVpnRows; }
+template <> Rows<IPSECVPNBASECFG> rowsOf() { return baseRows; }
+template <> Rows<L2TPCFG> rowsOf() { return l2tpRows; }
+template <> Rows<IPSECCFG> rowsOf() { return ipsecRows; }
+template <> Rows<IKECFG> rowsOf() { return ikeRows; }
+template <> Rows<L2TP_IPSEC_VPN_OptionInfo> rowsOf() { return vpnRows; }
+template <> Rows<VPN_RouteInfo> rowsOf() { return routeRows; }
+// clang-format on
+
 void CustomXmlParser::FormatXMLSslVpnInfo(SSLVPNOptionsInfo info)
 {
     formatSection("sslvpn", [&] {
-        addGroup("remote", [&] {
+        addGroup(gatewayList.list, [&] {
             for (const SSLVPNRemoteInfo& gateway : qAsConst(info.remote))
-                addGroup("remoteItem", [&] { writeRows(*this, remoteRows, gateway); });
+                addGroup(gatewayList.item, [&] { writeRows(*this, gateway); });
         });
-        writeRows(*this, sslVpnRows, info);
+        writeRows(*this, info);
     });
 }
 
 void CustomXmlParser::FormatIpseVpnInfo(L2TP_IPSEC_VPN_OptionInfo& info)
 {
     formatSection("vpn", [&] {
-        writeRows(*this, vpnRows, info);
-        addGroup("basecfg", [&] { writeRows(*this, baseRows, info.basecfg); });
-        addGroup("l2tpcfg", [&] { writeRows(*this, l2tpRows, info.l2tpcfg); });
-        addGroup("ipseccfg", [&] { writeRows(*this, ipsecRows, info.ipseccfg); });
-        addGroup("ikecfg", [&] { writeRows(*this, ikeRows, info.ikecfg); });
+        writeRows(*this, info);
+        forEachVpnGroup([&](const char* name, auto part) { addGroup(name, [&] { writeRows(*this, info.*part); }); });
     });
 }
 
 void CustomXmlParser::FormatXMLIPSECVPNRouteInfo(QVector<VPN_RouteInfo>& routes)
 {
     formatSection("vpnroute", [&] {
-        for (const VPN_RouteInfo& route : qAsConst(routes)) {
-            addGroup("vpnrouteItem", [&] {
-                AddUtf8Item("ip", route.ip);
-                AddUtf8Item("mask", route.mask);
-            });
-        }
+        for (const VPN_RouteInfo& route : qAsConst(routes))
+            addGroup(routeList.item, [&] { writeRows(*this, route); });
     });
 }
 
@@ -172,7 +220,7 @@ int CustomXmlParser::GetXMLSslVpnInfo(const QString& path, SSLVPNOptionsInfo& in
         unsigned int resumeConn = 0;
         GetNodeValue("resumeConn", resumeConn);
 
-        readRows(*this, sslVpnRows, info);
+        readRows(*this, info);
         if (info.getSmsVryCountdownValue == 0)
             info.getSmsVryCountdownValue = 60;
         // Contract: only the text has a fallback, so that it and the mask in ulAuthType can disagree.
@@ -180,9 +228,9 @@ int CustomXmlParser::GetXMLSslVpnInfo(const QString& path, SSLVPNOptionsInfo& in
             info.authType = QStringLiteral("Local;AD;LDAP;RADIUS");
 
         // Contract: a gateway without `port` gets an empty port, not the default of the record.
-        forEachItem(m_qoCurElement.firstChildElement(QStringLiteral("remote")), "remoteItem", [&] {
+        forEachItem(m_qoCurElement.firstChildElement(QLatin1String(gatewayList.list)), gatewayList.item, [&] {
             SSLVPNRemoteInfo gateway;
-            readRows(*this, remoteRows, gateway);
+            readRows(*this, gateway);
             info.remote.append(gateway);
         });
     });
@@ -192,28 +240,21 @@ int CustomXmlParser::GetXMLIpseVpnInfo(const QString& path, L2TP_IPSEC_VPN_Optio
 {
     return getSection(path, "vpn", [&] {
         const QDomElement vpn = m_qoCurElement;
-        readRows(*this, vpnRows, info);
+        readRows(*this, info);
         // Contract: a group that is missing reads as zeros and empty texts; only the whole section may be absent.
-        const auto enter = [&](const char* group) { m_qoCurElement = vpn.firstChildElement(QLatin1String(group)); };
-        enter("basecfg");
-        readRows(*this, baseRows, info.basecfg);
-        enter("l2tpcfg");
-        readRows(*this, l2tpRows, info.l2tpcfg);
-        enter("ipseccfg");
-        readRows(*this, ipsecRows, info.ipseccfg);
-        enter("ikecfg");
-        readRows(*this, ikeRows, info.ikecfg);
+        forEachVpnGroup([&](const char* name, auto part) {
+            m_qoCurElement = vpn.firstChildElement(QLatin1String(name));
+            readRows(*this, info.*part);
+        });
     });
 }
 
 int CustomXmlParser::GetXMLIPSECVPNRouteInfo(const QString& path, QVector<VPN_RouteInfo>& routes)
 {
     return getSection(path, "vpnroute", [&] {
-        // Contract: routes are written as UTF-8 bytes but read as plain text.
-        forEachItem(m_qoCurElement, "vpnrouteItem", [&] {
+        forEachItem(m_qoCurElement, routeList.item, [&] {
             VPN_RouteInfo route;
-            GetNodeValue("ip", route.ip);
-            GetNodeValue("mask", route.mask);
+            readRows(*this, route);
             routes.append(route);
         });
     });

@@ -254,7 +254,7 @@ void TstLanguageKeys::initTestCase()
         QString::fromUtf8(installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt")))
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const char* folder :
-         {"app", "app/language", "app/widgets", "app/mainwindow", "pack", "advanced", "vpn", "view"}) {
+         {"xml", "app", "app/language", "app/widgets", "app/mainwindow", "pack", "advanced", "vpn", "view"}) {
         const QDir directory(QStringLiteral(ORVEX_SOURCE_DIR "/") + QLatin1String(folder));
         const QStringList names =
             directory.entryList({QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files, QDir::Name);
