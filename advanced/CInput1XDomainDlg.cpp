@@ -1,8 +1,10 @@
 #include "advanced/CInput1XDomainDlg.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "xml/CustomInfo.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -37,7 +39,7 @@ CInput1XDomainDlg::~CInput1XDomainDlg() = default;
 void CInput1XDomainDlg::setWindowText()
 {
     setWindowTitle(langText("CUS_DomainTitle"));
-    ui->checkBox_dftDomain->setText(langText("CUS_DomainDefault"));
+    ui->checkBox_dftDomain->setText(labelText(field<&SUIDomainInfo::domainDefault>));
     ui->label_domain->setText(langText("CUS_InputDomainStatic"));
     ui->label_des_domain->setText(langText("CUS_InputDomainTitle"));
     ui->buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));

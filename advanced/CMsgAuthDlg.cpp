@@ -1,8 +1,10 @@
 #include "advanced/CMsgAuthDlg.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -20,8 +22,8 @@ void CMsgAuthDlg::setWindowText()
     setWindowTitle(langText("CUS_MsgAuthTitle"));
     ui.checkBox_default->setText(langText("CUS_DefaultChecked"));
     ui.checkBox_editable->setText(langText("CUS_ChangeEnable"));
-    ui.label_MsgAuthSrv_IP->setText(langText("CUS_MsgAuthServIP"));
-    ui.label_MsgAuthSrv_Port->setText(langText("CUS_MsgAuthServPort"));
+    ui.label_MsgAuthSrv_IP->setText(labelText(field<&BasicFunctionInfo::msgAuthServIP>));
+    ui.label_MsgAuthSrv_Port->setText(labelText(field<&BasicFunctionInfo::msgAuthServPort>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
 }

@@ -1,9 +1,11 @@
 #include "advanced/CSslVpnIp.h"
 
 #include "advanced/GatewayListHolder.h"
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -24,13 +26,13 @@ CSslVpnIp::CSslVpnIp(SSLVPNRemoteInfo& info, int mode, QWidget* parent)
 void CSslVpnIp::setWindowText()
 {
     setWindowTitle(langText("SSL_SERV_ADDR_TITLE"));
-    ui.label_vnsSvr_disname->setText(langText("SSL_VPNSERV_DISNAME"));
+    ui.label_vnsSvr_disname->setText(labelText(field<&SSLVPNRemoteInfo::iPDes>));
     ui.radioButton_vnsSvr_IP->setText(langText("SSL_VPNSERV_IP"));
     ui.lineEdit_vnsSvr_IP->setAccessibleName(langText("SSL_VPNSERV_IP"));
     ui.radioButton_vnsSvr_DNS->setText(langText("SSL_VPNSERV_DOMAIN"));
     ui.lineEdit_vnsSvr_DNS->setAccessibleName(langText("SSL_VPNSERV_DOMAIN"));
     ui.label_vnsSvr_port->setText(langText("SSL_VPNSERV_PORT"));
-    ui.checkBox_vnsSvr_default->setText(langText("SSL_VPNSERV_DEFAULT"));
+    ui.checkBox_vnsSvr_default->setText(labelText(field<&SSLVPNOptionsInfo::defaultAddress>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
 }

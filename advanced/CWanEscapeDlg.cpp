@@ -1,8 +1,10 @@
 #include "advanced/CWanEscapeDlg.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "xml/RecordRows.h"
 
 #include <QIntValidator>
 #include <QPushButton>
@@ -53,10 +55,10 @@ CWanEscapeDlg::CWanEscapeDlg(QWidget* parent) : QDialog(parent)
 void CWanEscapeDlg::setWindowText()
 {
     setWindowTitle(langText("CUS_Wancotrol_Escape"));
-    ui.label_pyxIp->setText(langText("CUS_Wancotrol_Escape_Pyx"));
-    ui.label_pyxPort->setText(langText("CUS_Wancotrol_Escape_Pyx_Port"));
-    ui.label_dnsIp->setText(langText("CUS_Wancotrol_Escape_Dns"));
-    ui.label_pyxIp_bak->setText(langText("CUS_Wancotrol_Escape_Pyx_bak"));
+    ui.label_pyxIp->setText(labelText(field<&BasicFunctionInfo::wanControlEscapePyxIp>));
+    ui.label_pyxPort->setText(labelText(field<&BasicFunctionInfo::wanControlEscapePyxPort>));
+    ui.label_dnsIp->setText(labelText(field<&BasicFunctionInfo::wanControlEscapeDns>));
+    ui.label_pyxIp_bak->setText(labelText(field<&BasicFunctionInfo::wanControlEscapePyxIpBackup>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
 }

@@ -1,72 +1,64 @@
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
-#include "app/widgets/OptionLists.h"
+#include "app/widgets/FormRows.h"
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
 // clang-format off
-const FlagRow<X1OptionsInfo> x1Rows[] = {
-    {&Widgets::checkBox_1xSaveUser,        "chk_saveuser",            &X1OptionsInfo::keepConnPasswd},
-    {&Widgets::checkBox_1xUpVer,           "chk_upver",               &X1OptionsInfo::upVer},
-    {&Widgets::checkBox_1xUpIp,            "chk_upip",                &X1OptionsInfo::upIp},
-    {&Widgets::checkBox_1xUseBroadLogoff,  "chk_broadlogoff",         &X1OptionsInfo::broadLogOff},
-    {&Widgets::checkBox_1xAutoConn,        "chk_auto",                &X1OptionsInfo::autoAuth},
-    {&Widgets::checkBox_1xRenewIPAfterCut, "chk_renewIpaftercut",     &X1OptionsInfo::refreshIPAftCut},
-    {&Widgets::checkBox_1xResumeConn,      "chk_1Xresumeconn",        &X1OptionsInfo::x1ResumeConn},
-    {&Widgets::checkBox_DefaultConn,       "chk_create_default_conn", &X1OptionsInfo::defaultConnection},
-    {&Widgets::checkBox_1xAdvancedAuth,    "chk_HighAuth",            &X1OptionsInfo::advancedAuth},
+const Flag<Widgets> x1Rows[] = {
+    {&Widgets::checkBox_1xSaveUser,        field<&X1OptionsInfo::keepConnPasswd>},
+    {&Widgets::checkBox_1xUpVer,           field<&X1OptionsInfo::upVer>},
+    {&Widgets::checkBox_1xUpIp,            field<&X1OptionsInfo::upIp>},
+    {&Widgets::checkBox_1xUseBroadLogoff,  field<&X1OptionsInfo::broadLogOff>},
+    {&Widgets::checkBox_1xAutoConn,        field<&X1OptionsInfo::autoAuth>},
+    {&Widgets::checkBox_1xRenewIPAfterCut, field<&X1OptionsInfo::refreshIPAftCut>},
+    {&Widgets::checkBox_1xResumeConn,      field<&X1OptionsInfo::x1ResumeConn>},
+    {&Widgets::checkBox_DefaultConn,       field<&X1OptionsInfo::defaultConnection>},
+    {&Widgets::checkBox_1xAdvancedAuth,    field<&X1OptionsInfo::advancedAuth>},
 };
-const CaptionRow x1Captions[] = {
-    {&Widgets::label_RetryTimes,      "label_retrytimes"},
-    {&Widgets::label_RetryInterval,   "label_retryInte"},
-    {&Widgets::groupBox_PacketType,   "grp_pkttype"},
-    {&Widgets::radioButton_uniPkt,    "rad_uiPkt"},
-    {&Widgets::radioButton_multiPkt,  "rad_multiPkt"},
+const Caption<Widgets> x1Captions[] = {
+    {&Widgets::label_RetryTimes,      field<&X1OptionsInfo::reauthTimes>},
+    {&Widgets::label_RetryInterval,   field<&X1OptionsInfo::reauthInterval>},
+    {&Widgets::groupBox_PacketType,   field<&X1OptionsInfo::unicastType>},
+    {&Widgets::radioButton_uniPkt,    words::packetTypes.at(0).key},
+    {&Widgets::radioButton_multiPkt,  words::packetTypes.at(1).key},
 };
-const FlagRow<PortalOptionsInfo> portalRows[] = {
-    {&Widgets::checkBox_PortalSaveUser,         "chk_saveuser",   &PortalOptionsInfo::keepConnPasswd},
-    {&Widgets::checkBox_PortalUpVer,            "chk_upver",      &PortalOptionsInfo::upVer},
-    {&Widgets::checkBox_PortalAutoConn,         "chk_auto",       &PortalOptionsInfo::autoAuth},
-    {&Widgets::checkBox_PortalReConnAftNetErr,  "chk_ResumeConn", &PortalOptionsInfo::resumeConn},
-    {&Widgets::checkBox_PortalAdvancedAuth,     "chk_HighAuth",   &PortalOptionsInfo::advancedAuth},
+const Flag<Widgets> portalRows[] = {
+    {&Widgets::checkBox_PortalSaveUser,         field<&PortalOptionsInfo::keepConnPasswd>},
+    {&Widgets::checkBox_PortalUpVer,            field<&PortalOptionsInfo::upVer>},
+    {&Widgets::checkBox_PortalAutoConn,         field<&PortalOptionsInfo::autoAuth>},
+    {&Widgets::checkBox_PortalReConnAftNetErr,  field<&PortalOptionsInfo::resumeConn>},
+    {&Widgets::checkBox_PortalAdvancedAuth,     field<&PortalOptionsInfo::advancedAuth>},
 };
 // clang-format on
 
-/// A position beyond the list leaves nothing selected.
-void selectPosition(QComboBox* combo, quint32 position)
-{
-    combo->setCurrentIndex(position < static_cast<quint32>(combo->count()) ? static_cast<int>(position) : -1);
-}
+constexpr FieldRef retryTimes = field<&X1OptionsInfo::reauthTimes>;
+constexpr FieldRef retryInterval = field<&X1OptionsInfo::reauthInterval>;
+constexpr FieldRef x1AuthType = field<&X1OptionsInfo::advancedAuthType>;
+constexpr FieldRef portalAuthType = field<&PortalOptionsInfo::advancedAuthType>;
 
-/// Contract: with nothing selected the record keeps the position that it brought, so that OK gives a position beyond
-/// the list back unchanged.
-void storePosition(const QComboBox* combo, quint32& position)
-{
-    if (combo->currentIndex() >= 0)
-        position = static_cast<quint32>(combo->currentIndex());
-}
-
-void fillAdvancedAuth(QComboBox* combo)
+void refill(QComboBox* combo, const FieldRef& field)
 {
     combo->clear();
-    for (const char* key : options::advancedAuthKeys)
-        combo->addItem(langText(key));
-    combo->setAccessibleName(langText("chk_HighAuth"));
+    combo->setInsertPolicy(QComboBox::InsertAtBottom);
+    addWords(combo, field);
 }
 
-template <class Section> void loadAdvancedAuth(QComboBox* combo, const Section& section)
+void fillAdvancedAuth(QComboBox* combo, const FieldRef& field)
 {
-    combo->setEnabled(section.advancedAuth != 0);
-    selectPosition(combo, section.advancedAuthType);
+    refill(combo, field);
+    combo->setAccessibleName(langText(field.label()));
 }
 
-/// Contract: without advanced authentication the record keeps the type that it brought.
-template <class Section> void storeAdvancedAuth(const QComboBox* combo, Section& section)
+/// A position beyond the list leaves nothing selected.
+/// Contract: with nothing selected the record keeps the position that it brought, so that OK gives a position beyond
+/// the list back unchanged.
+void selectPosition(QComboBox* combo, const FieldRef& field, const CustomInfo& info)
 {
-    if (section.advancedAuth != 0)
-        storePosition(combo, section.advancedAuthType);
+    if (!selectWord(combo, field, info))
+        combo->setCurrentIndex(-1);
 }
 
 } // namespace
@@ -75,38 +67,30 @@ void CustomAdvProperty::set8021xTexts()
 {
     setTexts(ui, x1Rows);
     setTexts(ui, x1Captions);
-    fillAdvancedAuth(ui.comboBox_1xAdvancedAuth);
-
-    ui.comboBox_RetryTimes->clear();
-    ui.comboBox_RetryTimes->setInsertPolicy(QComboBox::InsertAtBottom);
-    for (int times : options::retryTimes)
-        ui.comboBox_RetryTimes->addItem(QString::number(times));
-    ui.comboBox_RetryTimes->addItem(langText("CMN_NoLimite"));
-
-    ui.comboBox_RetryInterval->clear();
-    ui.comboBox_RetryInterval->setInsertPolicy(QComboBox::InsertAtBottom);
-    for (const char* key : options::retryIntervalKeys)
-        ui.comboBox_RetryInterval->addItem(langText(key));
+    fillAdvancedAuth(ui.comboBox_1xAdvancedAuth, x1AuthType);
+    refill(ui.comboBox_RetryTimes, retryTimes);
+    refill(ui.comboBox_RetryInterval, retryInterval);
 }
 
 void CustomAdvProperty::load8021x()
 {
-    const X1OptionsInfo& x1 = record->x1;
-    load(ui, x1Rows, x1);
-    (x1.unicastType != 0 ? ui.radioButton_uniPkt : ui.radioButton_multiPkt)->setChecked(true);
-    loadAdvancedAuth(ui.comboBox_1xAdvancedAuth, x1);
-    selectPosition(ui.comboBox_RetryTimes, x1.reauthTimes);
-    selectPosition(ui.comboBox_RetryInterval, x1.reauthInterval);
+    load(ui, x1Rows, *record);
+    (record->x1.unicastType != 0 ? ui.radioButton_uniPkt : ui.radioButton_multiPkt)->setChecked(true);
+    ui.comboBox_1xAdvancedAuth->setEnabled(record->x1.advancedAuth != 0);
+    selectPosition(ui.comboBox_1xAdvancedAuth, x1AuthType, *record);
+    selectPosition(ui.comboBox_RetryTimes, retryTimes, *record);
+    selectPosition(ui.comboBox_RetryInterval, retryInterval, *record);
 }
 
 void CustomAdvProperty::store8021x()
 {
-    X1OptionsInfo& x1 = record->x1;
-    store(ui, x1Rows, x1);
-    x1.unicastType = ui.radioButton_uniPkt->isChecked() ? 1 : 0;
-    storePosition(ui.comboBox_RetryTimes, x1.reauthTimes);
-    storePosition(ui.comboBox_RetryInterval, x1.reauthInterval);
-    storeAdvancedAuth(ui.comboBox_1xAdvancedAuth, x1);
+    store(ui, x1Rows, *record);
+    record->x1.unicastType = ui.radioButton_uniPkt->isChecked() ? 1 : 0;
+    storeWord(ui.comboBox_RetryTimes, retryTimes, *record);
+    storeWord(ui.comboBox_RetryInterval, retryInterval, *record);
+    // Contract: without advanced authentication the record keeps the type that it brought, here and for the portal.
+    if (record->x1.advancedAuth != 0)
+        storeWord(ui.comboBox_1xAdvancedAuth, x1AuthType, *record);
 }
 
 void CustomAdvProperty::OnBnClicked1xAuthChk()
@@ -117,19 +101,21 @@ void CustomAdvProperty::OnBnClicked1xAuthChk()
 void CustomAdvProperty::setPortalTexts()
 {
     setTexts(ui, portalRows);
-    fillAdvancedAuth(ui.comboBox_PortalAdvancedAuth);
+    fillAdvancedAuth(ui.comboBox_PortalAdvancedAuth, portalAuthType);
 }
 
 void CustomAdvProperty::loadPortal()
 {
-    load(ui, portalRows, record->portal);
-    loadAdvancedAuth(ui.comboBox_PortalAdvancedAuth, record->portal);
+    load(ui, portalRows, *record);
+    ui.comboBox_PortalAdvancedAuth->setEnabled(record->portal.advancedAuth != 0);
+    selectPosition(ui.comboBox_PortalAdvancedAuth, portalAuthType, *record);
 }
 
 void CustomAdvProperty::storePortal()
 {
-    store(ui, portalRows, record->portal);
-    storeAdvancedAuth(ui.comboBox_PortalAdvancedAuth, record->portal);
+    store(ui, portalRows, *record);
+    if (record->portal.advancedAuth != 0)
+        storeWord(ui.comboBox_PortalAdvancedAuth, portalAuthType, *record);
 }
 
 void CustomAdvProperty::OnBnClickedPortalAuthChk()

@@ -1,12 +1,14 @@
 #include "advanced/CInput1XDomainDlg.h"
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
+#include "app/language/FieldTexts.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
 
 #include <algorithm>
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
@@ -20,9 +22,9 @@ enum Column
 constexpr int s_mostRows = 10; // from here on the table takes no more by the Add button
 
 // clang-format off
-const CaptionRow captions[] = {
+const Caption<Widgets> captions[] = {
     {&Widgets::label_DomainInfoHint, "CUS_DomainInfoHint"},
-    {&Widgets::checkBox_DomainForce, "CUS_DomainForce"},
+    {&Widgets::checkBox_DomainForce, field<&SUIDomainInfo::domainForce>},
     {&Widgets::pushButton_Add_2,     "SSL_ADD_VPNIP"},
     {&Widgets::pushButton_Edit_2,    "SSL_EDIT_VPNIP"},
     {&Widgets::pushButton_Delete_2,  "SSL_DEL_VPNIP"},
@@ -39,7 +41,9 @@ QTreeWidgetItem* newRow(int number, const QString& shownName, const QString& des
 void CustomAdvProperty::setDomainTexts()
 {
     setTexts(ui, captions);
-    setColumns(ui.treeWidget_Domain, {langText("SCE_DevOrder"), langText("CUS_1xDomain"), langText("CUS_DomainDes")},
+    setColumns(ui.treeWidget_Domain,
+               {langText("SCE_DevOrder"), labelText(field<&DomainDetail::domainName>),
+                labelText(field<&DomainDetail::domainDesp>)},
                {40, 280});
 }
 

@@ -2,28 +2,29 @@
 #include "advanced/CMsgAuthDlg.h"
 #include "advanced/CWanEscapeDlg.h"
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
 #include "advanced/UninstallPasswd.h"
 #include "advanced/WancontrolDlg.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
 // clang-format off
 // Loaded from the record, stored by OK.
-const FlagRow<BasicFunctionInfo> storedRows[] = {
-    {&Widgets::checkBox_AclOpt,    "AclOpt",           &BasicFunctionInfo::acl},
-    {&Widgets::checkBox_DrvErr,    "DrvErrOpt",        &BasicFunctionInfo::drvErr},
-    {&Widgets::checkBox_DynPwdVry, "DynamicpwdVerify", &BasicFunctionInfo::dynamicPwdVerify},
+const Flag<Widgets> storedRows[] = {
+    {&Widgets::checkBox_AclOpt,    field<&BasicFunctionInfo::acl>},
+    {&Widgets::checkBox_DrvErr,    field<&BasicFunctionInfo::drvErr>},
+    {&Widgets::checkBox_DynPwdVry, field<&BasicFunctionInfo::dynamicPwdVerify>},
 };
 // Loaded from the record, written by the small dialogs when they close.
-const FlagRow<BasicFunctionInfo> dialogRows[] = {
-    {&Widgets::checkBox_Wancontrol, "WanControlOpt",                &BasicFunctionInfo::wanControl},
-    {&Widgets::checkBox_MsgAuth,    "MsgAuth",                      &BasicFunctionInfo::msgAuthOpt},
-    {&Widgets::checkBox_passwd,     "CUS_Uinstall_Password_Enable", &BasicFunctionInfo::passwordProtection},
-    {&Widgets::checkBox_aclEscape,  "CUS_FuncDesc.WanControlOpt3",  &BasicFunctionInfo::wanControlEscape},
+const Flag<Widgets> dialogRows[] = {
+    {&Widgets::checkBox_Wancontrol, field<&BasicFunctionInfo::wanControl>},
+    {&Widgets::checkBox_MsgAuth,    field<&BasicFunctionInfo::msgAuthOpt>},
+    {&Widgets::checkBox_passwd,     field<&BasicFunctionInfo::passwordProtection>},
+    {&Widgets::checkBox_aclEscape,  field<&BasicFunctionInfo::wanControlEscape>},
 };
 // clang-format on
 
@@ -45,13 +46,13 @@ void CustomAdvProperty::loadFunctions()
 {
     if (record->function.wanControl != 0)
         record->function.acl = 1;
-    load(ui, storedRows, record->function);
-    load(ui, dialogRows, record->function);
+    load(ui, storedRows, *record);
+    load(ui, dialogRows, *record);
 }
 
 void CustomAdvProperty::storeFunctions()
 {
-    store(ui, storedRows, record->function);
+    store(ui, storedRows, *record);
     if (!ui.checkBox_Wancontrol->isChecked())
         record->function.wanControl = 0;
 }

@@ -1,41 +1,41 @@
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
 #include "vpn/QVPNAdvProperty.h"
 
 #include <QRegExp>
 #include <QRegExpValidator>
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
-constexpr int s_longestAddress = 255; // characters
-constexpr int s_longestKey = 128;
+using Base = IPSECVPNBASECFG;
+constexpr FieldRef authMethodField = field<&IKECFG::IKEAuthMethod>;
 
-/// Positions in the list of authentication methods.
-enum AuthMethod
+/// The field's limit, in characters.
+bool isTooLong(const QString& text, const FieldRef& field)
 {
-    PreSharedKey,
-    Certificate
-};
+    return text.size() > field.traits().longest;
+}
 
 // clang-format off
-const CaptionRow captions[] = {
-    {&Widgets::label_LNSIp,             "VUI_BASELNSIP"},
-    {&Widgets::label_Bak_LNSIp,         "VUI_SECONDLNSIP"},
-    {&Widgets::checkBox_EnableIpSec,    "VUI_BASEUseIPSEC"},
-    {&Widgets::label_AuthMethod,        "VUI_IKEAuthMethod"},
-    {&Widgets::label_Authenticator,     "VUI_BASEPreSharedKey"},
-    {&Widgets::label_IpSecSever,        "VUI_BASEIPSECSERVERIPCombox"},
-    {&Widgets::radioButton_useLNS,      "VUI_BASELNSASIPSECServer"},
-    {&Widgets::radioButton_useOtherLNS, "VUI_BASEUseOtherIPSECServer"},
-    {&Widgets::label_IPSECServerIP,     "VUI_BASEIPSECSERVERIP"},
+const Caption<Widgets> captions[] = {
+    {&Widgets::label_LNSIp,             field<&Base::LNSIP>},
+    {&Widgets::label_Bak_LNSIp,         field<&Base::LNSIPSecond>},
+    {&Widgets::checkBox_EnableIpSec,    field<&Base::useIPSEC>},
+    {&Widgets::label_AuthMethod,        authMethodField},
+    {&Widgets::label_Authenticator,     field<&Base::preSharedKey>},
+    {&Widgets::label_IpSecSever,        field<&Base::LNSAsIPSECServer>},
+    {&Widgets::radioButton_useLNS,      words::ipsecServers.at(0).key},
+    {&Widgets::radioButton_useOtherLNS, words::ipsecServers.at(1).key},
+    {&Widgets::label_IPSECServerIP,     field<&Base::otherIPSECServer>},
     {&Widgets::pushButton_Adv,          "VUI_BASEHeigth"},
 };
-const FlagRow<IPSECVPNBASECFG> flagRows[] = {
-    {&Widgets::checkBox_upVer,  "VUI_UpVersion", &IPSECVPNBASECFG::upVersion},
-    {&Widgets::checkBox_reConn, "VUI_ResumeCon", &IPSECVPNBASECFG::resumConn},
+const Flag<Widgets> flagRows[] = {
+    {&Widgets::checkBox_upVer,  field<&Base::upVersion>},
+    {&Widgets::checkBox_reConn, field<&Base::resumConn>},
 };
 // clang-format on
 
@@ -46,16 +46,17 @@ void CustomAdvProperty::setL2tpTexts()
     setTexts(ui, captions);
     setTexts(ui, flagRows);
     ui.comboBox_authMethod->clear();
-    ui.comboBox_authMethod->addItems({langText("VUI_BASEComboMethod1"), langText("VUI_BASEComboMethod2")});
+    addWords(ui.comboBox_authMethod, authMethodField);
 }
 
 void CustomAdvProperty::initL2tpIpsecPage(CustomInfo* info)
 {
     const IPSECVPNBASECFG& base = info->vpn.basecfg;
     ui.lineEdit_preshareKey->setValidator(new QRegExpValidator(QRegExp(QStringLiteral(R"([\x20-\x7e]+)")), this));
-    ui.lineEdit_preshareKey->setMaxLength(s_longestKey);
-    for (QLineEdit* edit : {ui.lineEdit_LNSIp, ui.lineEdit_LNSIpSecond, ui.lineEdit_IPSECServerIP})
-        edit->setMaxLength(s_longestAddress);
+    limit(ui.lineEdit_preshareKey, field<&Base::preSharedKey>);
+    limit(ui.lineEdit_LNSIp, field<&Base::LNSIP>);
+    limit(ui.lineEdit_LNSIpSecond, field<&Base::LNSIPSecond>);
+    limit(ui.lineEdit_IPSECServerIP, field<&Base::otherIPSECServer>);
 
     ui.lineEdit_LNSIp->setText(base.LNSIP);
     if (base.LNSIP.compare(base.LNSIPSecond, Qt::CaseInsensitive) != 0)
@@ -67,9 +68,9 @@ void CustomAdvProperty::initL2tpIpsecPage(CustomInfo* info)
     enableAuthMethod(useIpsec);
     if (useIpsec) {
         ui.lineEdit_preshareKey->setText(base.preSharedKey);
-        const bool useCertificate =
-            info->vpn.ikecfg.IKEAuthMethod.compare(QLatin1String("CA-Windows"), Qt::CaseInsensitive) == 0;
-        ui.comboBox_authMethod->setCurrentIndex(useCertificate ? Certificate : PreSharedKey);
+        const bool useCertificate = info->vpn.ikecfg.IKEAuthMethod.compare(
+                                        stored(words::authMethods, words::Certificate), Qt::CaseInsensitive) == 0;
+        ui.comboBox_authMethod->setCurrentIndex(useCertificate ? words::Certificate : words::PreSharedKey);
         enableKey(!useCertificate);
     } else {
         enableKey(false);
@@ -82,7 +83,7 @@ void CustomAdvProperty::initL2tpIpsecPage(CustomInfo* info)
     // Contract: the other server follows LNSAsIPSECServer alone. With IPsec off its label and edit may stand enabled
     // while the rest is grey.
     enableOtherServer(!useLns);
-    load(ui, flagRows, base);
+    load(ui, flagRows, *info);
 }
 
 void CustomAdvProperty::enableKey(bool enable)
@@ -123,17 +124,17 @@ void CustomAdvProperty::onAuthModeSel(int)
 {
     // Contract: the current entry of the list counts, not the argument. Without an entry nothing changes.
     const int method = ui.comboBox_authMethod->currentIndex();
-    if (method == PreSharedKey || method == Certificate)
-        enableKey(method == PreSharedKey);
+    if (method == words::PreSharedKey || method == words::Certificate)
+        enableKey(method == words::PreSharedKey);
 }
 
 void CustomAdvProperty::OnIpsecEnable()
 {
     const bool useIpsec = ui.checkBox_EnableIpSec->isChecked();
     if (useIpsec) {
-        if (ui.comboBox_authMethod->currentIndex() != Certificate)
-            ui.comboBox_authMethod->setCurrentIndex(PreSharedKey);
-        enableKey(ui.comboBox_authMethod->currentIndex() == PreSharedKey);
+        if (ui.comboBox_authMethod->currentIndex() != words::Certificate)
+            ui.comboBox_authMethod->setCurrentIndex(words::PreSharedKey);
+        enableKey(ui.comboBox_authMethod->currentIndex() == words::PreSharedKey);
         const bool useLns = ui.radioButton_useLNS->isChecked();
         if (!useLns)
             ui.radioButton_useOtherLNS->setChecked(true);
@@ -166,20 +167,20 @@ void CustomAdvProperty::saveL2tpIpsecCfg()
     L2TP_IPSEC_VPN_OptionInfo& vpn = record->vpn;
     WarningBox box("VUI_AdvancedSettings", this);
     const QString address = ui.lineEdit_LNSIp->text();
-    if (address.size() > s_longestAddress) {
+    if (isTooLong(address, field<&Base::LNSIP>)) {
         box.refuse("VUI_InputTooLongLNSIP", ui.lineEdit_LNSIp);
         return;
     }
     vpn.basecfg.LNSIP = address;
     const QString secondAddress = ui.lineEdit_LNSIpSecond->text();
-    if (secondAddress.size() > s_longestAddress) {
+    if (isTooLong(secondAddress, field<&Base::LNSIPSecond>)) {
         box.refuse("VUI_InputTooLongSecondLNSIP", ui.lineEdit_LNSIpSecond);
         return;
     }
     // Contract: an empty field keeps the old value, for a second address equal to the first is not shown.
     if (!secondAddress.isEmpty())
         vpn.basecfg.LNSIPSecond = secondAddress;
-    store(ui, flagRows, vpn.basecfg);
+    store(ui, flagRows, *record);
     if (!storeIpsec(box))
         return;
     // Contract: the peer names are asked for with IPsec off and without the tab, too.
@@ -189,7 +190,7 @@ void CustomAdvProperty::saveL2tpIpsecCfg()
         return;
     }
     if (vpn.basecfg.LNSAsIPSECServer == 0)
-        vpn.ipseccfg.IPSECEncapsulationMode = QStringLiteral("Tunnel");
+        vpn.ipseccfg.IPSECEncapsulationMode = stored(words::encapsulations, words::Tunnel);
 }
 
 bool CustomAdvProperty::storeIpsec(WarningBox& box)
@@ -205,21 +206,21 @@ bool CustomAdvProperty::storeIpsec(WarningBox& box)
         return true;
     }
     base.useIPSEC = 1;
-    if (ui.comboBox_authMethod->currentIndex() == PreSharedKey) {
+    if (ui.comboBox_authMethod->currentIndex() == words::PreSharedKey) {
         const QString key = ui.lineEdit_preshareKey->text();
         if (key.isEmpty())
             return box.refuse("VUI_InvalidPreSharedKey", ui.lineEdit_preshareKey);
-        authMethod = QStringLiteral("PRE-SHARE");
+        authMethod = stored(words::authMethods, words::PreSharedKey);
         base.preSharedKey = key;
-    } else if (ui.comboBox_authMethod->currentIndex() == Certificate) {
-        authMethod = QStringLiteral("CA-Windows");
+    } else if (ui.comboBox_authMethod->currentIndex() == words::Certificate) {
+        authMethod = stored(words::authMethods, words::Certificate);
     }
     if (!ui.radioButton_useOtherLNS->isChecked()) {
         base.LNSAsIPSECServer = 1;
         return true;
     }
     const QString server = ui.lineEdit_IPSECServerIP->text();
-    if (server.size() > s_longestAddress) {
+    if (isTooLong(server, field<&Base::otherIPSECServer>)) {
         // Contract: here the focus moves before the message comes.
         ui.lineEdit_IPSECServerIP->setFocus();
         return box.refuse("VUI_InputTooLongIPSECSever");

@@ -1,12 +1,13 @@
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
 #include "app/language/CLanguageParser.h"
-#include "app/widgets/OptionLists.h"
+#include "app/language/FieldTexts.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
 
 #include <iterator>
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
@@ -14,61 +15,53 @@ constexpr quint64 s_defaultRetries = 3;
 constexpr quint64 s_shortestCountdown = 5; // seconds
 constexpr quint64 s_longestCountdown = 180;
 
-struct TypeRow
+/// A check box for a word of a mask, and the word that makes it the default.
+struct MaskRow
 {
     QCheckBox* Widgets::*box;
-    const char* key;
-    quint64 bit;
-    const char* name; // in the list of defaults and in the record
+    const words::Word& word;
+    const words::Word& asDefault;
 };
 
-struct ModeRow
+quint64 bitOf(const MaskRow& row)
 {
-    QCheckBox* Widgets::*box;
-    const char* key; // also the text in the list of defaults
-    quint64 bit;
-    quint64 defaultMode; // in the record
-};
+    return words::number(row.word);
+}
 
-struct NumberRow
+/// In the list of defaults and in the record.
+QString nameOf(const MaskRow& row)
 {
-    QLineEdit* Widgets::*edit;
-    QLabel* Widgets::*label;
-    const char* key;
-    quint64 SSLVPNOptionsInfo::*number;
-    int longest;
-};
+    return QLatin1String(row.asDefault.stored);
+}
 
 // clang-format off
-const TypeRow typeRows[] = {
-    {&Widgets::checkBox_Local,  "SSL_LocalType",  1, "Local"},
-    {&Widgets::checkBox_AD,     "SSL_ADAuthType", 2, "AD"},
-    {&Widgets::checkBox_LDAP,   "SSL_LDAPType",   4, "LDAP"},
-    {&Widgets::checkBox_RADIUS, "SSL_RadiusType", 8, "RADIUS"},
+const MaskRow typeRows[] = {
+    {&Widgets::checkBox_Local,  words::sslTypes.at(0), words::sslDefaultTypes.at(0)},
+    {&Widgets::checkBox_AD,     words::sslTypes.at(1), words::sslDefaultTypes.at(1)},
+    {&Widgets::checkBox_LDAP,   words::sslTypes.at(2), words::sslDefaultTypes.at(2)},
+    {&Widgets::checkBox_RADIUS, words::sslTypes.at(3), words::sslDefaultTypes.at(3)},
 };
-const ModeRow modeRows[] = {
-    {&Widgets::checkBox_Password, options::sslModeKeys[0], 1, 0},
-    {&Widgets::checkBox_PwdCert,  options::sslModeKeys[1], 2, 1},
-    {&Widgets::checkBox_Cert,     options::sslModeKeys[2], 4, 2},
+const MaskRow modeRows[] = {
+    {&Widgets::checkBox_Password, words::sslModes.at(0), words::sslDefaultModes.at(0)},
+    {&Widgets::checkBox_PwdCert,  words::sslModes.at(1), words::sslDefaultModes.at(1)},
+    {&Widgets::checkBox_Cert,     words::sslModes.at(2), words::sslDefaultModes.at(2)},
 };
-const NumberRow numberRows[] = {
-    {&Widgets::lineEdit_reconnInterval, &Widgets::label_reconnInterval, "SSL_RECONN_GRAP",
-     &SSLVPNOptionsInfo::retryInterval, 5},
-    {&Widgets::lineEdit_reconnTimes, &Widgets::label_reconnTimes, "SSL_RECONN_TIME",
-     &SSLVPNOptionsInfo::retries, 5},
-    {&Widgets::lineEdit_getSysVryInterval, &Widgets::label_getSysVryInterval, "SSL_GetSmsVryCountDownValue",
-     &SSLVPNOptionsInfo::getSmsVryCountdownValue, 3},
+const Text<Widgets> numberRows[] = {
+    {&Widgets::lineEdit_reconnInterval, &Widgets::label_reconnInterval, field<&SSLVPNOptionsInfo::retryInterval>},
+    {&Widgets::lineEdit_reconnTimes, &Widgets::label_reconnTimes, field<&SSLVPNOptionsInfo::retries>},
+    {&Widgets::lineEdit_getSysVryInterval, &Widgets::label_getSysVryInterval,
+     field<&SSLVPNOptionsInfo::getSmsVryCountdownValue>},
 };
-const FlagRow<SSLVPNOptionsInfo> flagRows[] = {
-    {&Widgets::checkBox_gatewayType, "SSL_GatewayType", &SSLVPNOptionsInfo::gatewayAuth},
-    {&Widgets::checkBox_edcode,      "SSL_EdCode",      &SSLVPNOptionsInfo::edcode},
+const Flag<Widgets> flagRows[] = {
+    {&Widgets::checkBox_gatewayType, field<&SSLVPNOptionsInfo::gatewayAuth>},
+    {&Widgets::checkBox_edcode,      field<&SSLVPNOptionsInfo::edcode>},
 };
-const CaptionRow captions[] = {
-    {&Widgets::label_AuthType,    "SSL_AUTH_TYPE"},
-    {&Widgets::label_defaultType, "SSL_DEFAULTTYPE"},
-    {&Widgets::label_AuthMode,    "SSL_AUTH_MODE"},
-    {&Widgets::label_defaultMode, "SSL_DEFAULTMODE"},
-    {&Widgets::label_TLSVersion,  "SSL_TLSVersion"},
+const Caption<Widgets> captions[] = {
+    {&Widgets::label_AuthType,    field<&SSLVPNOptionsInfo::ulAuthType>},
+    {&Widgets::label_defaultType, field<&SSLVPNOptionsInfo::authDefaultType>},
+    {&Widgets::label_AuthMode,    field<&SSLVPNOptionsInfo::authMode>},
+    {&Widgets::label_defaultMode, field<&SSLVPNOptionsInfo::authDefaultMode>},
+    {&Widgets::label_TLSVersion,  field<&SSLVPNOptionsInfo::TLSVersion>},
 };
 // clang-format on
 
@@ -100,14 +93,13 @@ quint64 numberIn(const QLineEdit* edit)
 
 void CustomAdvProperty::setSslVpnTexts()
 {
-    for (const TypeRow& row : typeRows)
-        (ui.*row.box)->setText(langText(row.key));
-    for (const ModeRow& row : modeRows)
-        (ui.*row.box)->setText(langText(row.key));
-    for (const NumberRow& row : numberRows) {
-        (ui.*row.label)->setText(langText(row.key));
-        (ui.*row.edit)->setMaxLength(row.longest);
-    }
+    for (const MaskRow& row : typeRows)
+        (ui.*row.box)->setText(wordText(row.word));
+    for (const MaskRow& row : modeRows)
+        (ui.*row.box)->setText(wordText(row.word));
+    setTexts(ui, numberRows);
+    for (const Text<Widgets>& row : numberRows)
+        limit(ui.*row.edit, row.field);
     setTexts(ui, flagRows);
     setTexts(ui, captions);
     setGatewayTexts();
@@ -116,13 +108,12 @@ void CustomAdvProperty::setSslVpnTexts()
 void CustomAdvProperty::initSslVpnPage(CLanguageParser& language)
 {
     const SSLVPNOptionsInfo& sslvpn = record->sslvpn;
-    for (const NumberRow& row : numberRows)
-        (ui.*row.edit)->setText(QString::number(sslvpn.*row.number));
+    load(ui, numberRows, *record);
     loadGateways(language.GetKey("SSL_DEFAULTNAME"));
 
     const QString defaultType = sslvpn.authDefaultType;
-    for (const TypeRow& row : typeRows) {
-        const bool isTicked = (sslvpn.ulAuthType & row.bit) != 0;
+    for (const MaskRow& row : typeRows) {
+        const bool isTicked = (sslvpn.ulAuthType & bitOf(row)) != 0;
         (ui.*row.box)->setChecked(isTicked);
         authTypeCount += isTicked ? 1 : 0;
     }
@@ -132,29 +123,28 @@ void CustomAdvProperty::initSslVpnPage(CLanguageParser& language)
     selectText(ui.comboBox_defaultType, defaultType);
 
     // Contract: the certificate mode is ticked and counted even where RADIUS has just disabled its box.
-    for (const ModeRow& row : modeRows) {
-        const bool isTicked = (sslvpn.authMode & row.bit) != 0;
+    for (const MaskRow& row : modeRows) {
+        const bool isTicked = (sslvpn.authMode & bitOf(row)) != 0;
         (ui.*row.box)->setChecked(isTicked);
         authModeCount += isTicked ? 1 : 0;
     }
     SetDefaultModeList();
-    for (const ModeRow& row : modeRows) {
-        if (row.defaultMode == sslvpn.authDefaultMode)
-            selectText(ui.comboBox_defaultMode, language.GetKey(row.key));
+    for (const MaskRow& row : modeRows) {
+        if (words::number(row.asDefault) == sslvpn.authDefaultMode)
+            selectText(ui.comboBox_defaultMode, language.GetKey(row.word.key));
     }
 
-    load(ui, flagRows, sslvpn);
-    for (const char* version : options::tlsVersions)
-        ui.comboBox_TLS_version_list->addItem(QLatin1String(version));
+    load(ui, flagRows, *record);
+    addWords(ui.comboBox_TLS_version_list, field<&SSLVPNOptionsInfo::TLSVersion>);
     ui.comboBox_TLS_version_list->setCurrentIndex(sslvpn.TLSVersion == 1 ? 1 : 0);
 }
 
 void CustomAdvProperty::SetDefaultTypeList()
 {
     QStringList names;
-    for (const TypeRow& row : typeRows) {
+    for (const MaskRow& row : typeRows) {
         if ((ui.*row.box)->isChecked())
-            names.append(QLatin1String(row.name));
+            names.append(nameOf(row));
     }
     relist(ui.comboBox_defaultType, names);
 }
@@ -162,9 +152,9 @@ void CustomAdvProperty::SetDefaultTypeList()
 void CustomAdvProperty::SetDefaultModeList()
 {
     QStringList texts;
-    for (const ModeRow& row : modeRows) {
+    for (const MaskRow& row : modeRows) {
         if ((ui.*row.box)->isChecked())
-            texts.append(langText(row.key));
+            texts.append(wordText(row.word));
     }
     relist(ui.comboBox_defaultMode, texts);
 }
@@ -197,17 +187,17 @@ void CustomAdvProperty::onTypeClicked(const QCheckBox* box, const QString& name)
 
 void CustomAdvProperty::OnBnClickedLocalType()
 {
-    onTypeClicked(ui.checkBox_Local, QStringLiteral("Local"));
+    onTypeClicked(ui.checkBox_Local, nameOf(typeRows[0]));
 }
 
 void CustomAdvProperty::OnBnClickedAdType()
 {
-    onTypeClicked(ui.checkBox_AD, QStringLiteral("AD"));
+    onTypeClicked(ui.checkBox_AD, nameOf(typeRows[1]));
 }
 
 void CustomAdvProperty::OnBnClickedLdapType()
 {
-    onTypeClicked(ui.checkBox_LDAP, QStringLiteral("LDAP"));
+    onTypeClicked(ui.checkBox_LDAP, nameOf(typeRows[2]));
 }
 
 void CustomAdvProperty::OnBnClickedRadiusType()
@@ -217,7 +207,7 @@ void CustomAdvProperty::OnBnClickedRadiusType()
         if (authTypeCount == 1)
             forbidCertificateMode();
     } else {
-        if (ui.comboBox_defaultType->currentText() == QLatin1String("RADIUS"))
+        if (ui.comboBox_defaultType->currentText() == nameOf(typeRows[3]))
             ui.comboBox_defaultType->setCurrentIndex(-1);
         --authTypeCount;
         ui.checkBox_Cert->setEnabled(true);
@@ -265,7 +255,7 @@ bool CustomAdvProperty::storeSslVpn(WarningBox& box)
     sslvpn.getSmsVryCountdownValue = countdown;
     if (!storeAuthTypes(box) || !storeAuthModes(box))
         return false;
-    store(ui, flagRows, sslvpn);
+    store(ui, flagRows, *record);
     sslvpn.retryInterval = retryInterval;
     sslvpn.retries = ui.lineEdit_reconnTimes->text().isEmpty() ? s_defaultRetries : numberIn(ui.lineEdit_reconnTimes);
     storeGateways(box);
@@ -284,10 +274,10 @@ bool CustomAdvProperty::storeAuthTypes(WarningBox& box)
     if (authTypeCount >= 1 && authTypeCount <= most) {
         sslvpn.ulAuthType = 0;
         QStringList names;
-        for (const TypeRow& row : typeRows) {
+        for (const MaskRow& row : typeRows) {
             if ((ui.*row.box)->isChecked()) {
-                sslvpn.ulAuthType |= row.bit;
-                names.append(QLatin1String(row.name));
+                sslvpn.ulAuthType |= bitOf(row);
+                names.append(nameOf(row));
             }
         }
         sslvpn.authType = names.join(QLatin1Char(';'));
@@ -305,16 +295,16 @@ bool CustomAdvProperty::storeAuthModes(WarningBox& box)
     const QString defaultMode = ui.comboBox_defaultMode->currentText();
     if (defaultMode.isEmpty())
         return box.refuse("SSL_SelDefault_Mode");
-    if (sslvpn.authDefaultType == QLatin1String("RADIUS") && defaultMode == langText("SSL_CertAuth"))
+    if (sslvpn.authDefaultType == nameOf(typeRows[3]) && defaultMode == langText("SSL_CertAuth"))
         return box.refuse("SSL_SelRADIUSCert_DENY");
     if (authModeCount < 1 || authModeCount > static_cast<int>(std::size(modeRows)))
         return box.refuse("SSL_Selectless_Mode");
     sslvpn.authMode = 0;
-    for (const ModeRow& row : modeRows) {
-        if (defaultMode == langText(row.key))
-            sslvpn.authDefaultMode = row.defaultMode;
+    for (const MaskRow& row : modeRows) {
+        if (defaultMode == wordText(row.word))
+            sslvpn.authDefaultMode = words::number(row.asDefault);
         if ((ui.*row.box)->isChecked())
-            sslvpn.authMode |= row.bit;
+            sslvpn.authMode |= bitOf(row);
     }
     return true;
 }

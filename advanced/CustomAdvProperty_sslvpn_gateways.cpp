@@ -1,12 +1,14 @@
 #include "advanced/CSslVpnIp.h"
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
+#include "app/language/FieldTexts.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
 
 #include <algorithm>
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
 
@@ -21,7 +23,7 @@ enum Column
 constexpr int s_mostRows = 20; // from here on the table takes no more by the Add button
 
 // clang-format off
-const CaptionRow captions[] = {
+const Caption<Widgets> captions[] = {
     {&Widgets::pushButton_Add,    "SSL_ADD_VPNIP"},
     {&Widgets::pushButton_Edit,   "SSL_EDIT_VPNIP"},
     {&Widgets::pushButton_Delete, "SSL_DEL_VPNIP"},
@@ -38,10 +40,10 @@ QString shownGatewayName(const SSLVPNRemoteInfo& gateway, bool isDefault)
 void CustomAdvProperty::setGatewayTexts()
 {
     setTexts(ui, captions);
-    setColumns(
-        ui.treeWidget_SSLIP,
-        {langText("SCE_DevOrder"), langText("SSL_VPNSERV_DISNAME"), langText("SSL_ADDRESS"), langText("SSL_PORT")},
-        {40, 100, 140, 50});
+    setColumns(ui.treeWidget_SSLIP,
+               {langText("SCE_DevOrder"), labelText(field<&SSLVPNRemoteInfo::iPDes>),
+                labelText(field<&SSLVPNRemoteInfo::ip>), labelText(field<&SSLVPNRemoteInfo::port>)},
+               {40, 100, 140, 50});
     ui.treeWidget_SSLIP->setAccessibleName(langText("SSL_SERV_ADDR_TITLE"));
 }
 

@@ -1,20 +1,19 @@
 #include "advanced/CustomAdvProperty.h"
-#include "advanced/CustomAdvPropertyRows.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
 
 #include <QFileDialog>
 
-using namespace advanced;
+using namespace formrows;
+using Widgets = Ui_CustomAdvProperty;
 
 namespace {
-
-constexpr int s_longestZoaText = 255; // characters
 
 /// Of an edit of the ZOA tab. An empty text needs no check.
 struct ZoaRow
 {
-    TextRow<ZOAOptionsInfo> text;
+    Text<Widgets> text;
     bool (*isLegal)(const QString&);
     const char* refusalKey;
 };
@@ -28,35 +27,29 @@ bool isPortLegal(const QString& port)
 // clang-format off
 // The order of the rows is the order of the checks.
 const ZoaRow zoaRows[] = {
-    {{&Widgets::lineEdit_ZOAIp, &Widgets::label_ZOAIp, "VUI_SECONDZOAIP", &ZOAOptionsInfo::ZOAIP},
+    {{&Widgets::lineEdit_ZOAIp, &Widgets::label_ZOAIp, field<&ZOAOptionsInfo::ZOAIP>},
      isIPAddrLegal, "VUI_IllegalZOAIP"},
-    {{&Widgets::lineEdit_ZOAport, &Widgets::label_ZOAport, "VUI_SECONDZOAPORT", &ZOAOptionsInfo::ZOAPORT},
+    {{&Widgets::lineEdit_ZOAport, &Widgets::label_ZOAport, field<&ZOAOptionsInfo::ZOAPORT>},
      isPortLegal, "VUI_IllegalZOAPort"},
-    {{&Widgets::lineEdit_standby_ZOAIp, &Widgets::label_standby_ZOAIp, "VUI_STANDBYZOAIP",
-      &ZOAOptionsInfo::standbyZOAIP},
+    {{&Widgets::lineEdit_standby_ZOAIp, &Widgets::label_standby_ZOAIp, field<&ZOAOptionsInfo::standbyZOAIP>},
      isIPAddrLegal, "VUI_IllegalStandbyZOAIP"},
-    {{&Widgets::lineEdit_standby_ZOAport, &Widgets::label_standby_ZOAport, "VUI_STANDBYZOAPORT",
-      &ZOAOptionsInfo::standbyZOAPORT},
+    {{&Widgets::lineEdit_standby_ZOAport, &Widgets::label_standby_ZOAport, field<&ZOAOptionsInfo::standbyZOAPORT>},
      isPortLegal, "VUI_IllegalStandbyZOAPort"},
 };
-const CaptionRow zoaCaptions[] = {
-    {&Widgets::checkBox_UseZoa, "VUI_SECONDUseZOA"},
+const Caption<Widgets> zoaCaptions[] = {
+    {&Widgets::checkBox_UseZoa, field<&ZOAOptionsInfo::useZOA>},
     {&Widgets::label_UseHint,   "VUI_STANDBYZOAUSEHINT"},
 };
-const TextRow<GUIOptionsInfo> guiRows[] = {
-    {&Widgets::lineEdit_deskIcon_dir_Linux, &Widgets::label_cusdeskIconL, "Cus_DeskIconDesL",
-     &GUIOptionsInfo::linuxDeskIconPath},
-    {&Widgets::lineEdit_deskIcon_dir_Macos, &Widgets::label_cusdeskIconM, "Cus_DeskIconDesM",
-     &GUIOptionsInfo::macosDeskIconPath},
-    {&Widgets::lineEdit_mainIcon_dir, &Widgets::label_cusmainIcon, "Cus_MainIconDes",
-     &GUIOptionsInfo::mainIconPath},
-    {&Widgets::lineEdit_cusTitle, &Widgets::label_cusTile, "CUS_CusTitleDes",
-     &GUIOptionsInfo::subTitle},
+const Text<Widgets> guiRows[] = {
+    {&Widgets::lineEdit_deskIcon_dir_Linux, &Widgets::label_cusdeskIconL, field<&GUIOptionsInfo::linuxDeskIconPath>},
+    {&Widgets::lineEdit_deskIcon_dir_Macos, &Widgets::label_cusdeskIconM, field<&GUIOptionsInfo::macosDeskIconPath>},
+    {&Widgets::lineEdit_mainIcon_dir, &Widgets::label_cusmainIcon, field<&GUIOptionsInfo::mainIconPath>},
+    {&Widgets::lineEdit_cusTitle, &Widgets::label_cusTile, field<&GUIOptionsInfo::subTitle>},
 };
-const FlagRow<GUIOptionsInfo> guiFlagRows[] = {
-    {&Widgets::checkBox_HideCopyRight, "CUS_CusHideAgreement", &GUIOptionsInfo::hideCopyRight},
+const Flag<Widgets> guiFlagRows[] = {
+    {&Widgets::checkBox_HideCopyRight, field<&GUIOptionsInfo::hideCopyRight>},
 };
-const CaptionRow guiCaptions[] = {
+const Caption<Widgets> guiCaptions[] = {
     {&Widgets::groupBox_cusIcon,            "CUS_CusIconComBox"},
     {&Widgets::pushButton_mainIcon_locate,  "Cus_Browse"},
     {&Widgets::pushButton_deskIconL_locate, "Cus_Browse"},
@@ -70,7 +63,7 @@ const CaptionRow guiCaptions[] = {
 void CustomAdvProperty::setZoaTexts()
 {
     for (const ZoaRow& row : zoaRows)
-        (ui.*row.text.label)->setText(langText(row.text.key));
+        (ui.*row.text.label)->setText(labelOf(row.text));
     setTexts(ui, zoaCaptions);
 }
 
@@ -80,11 +73,11 @@ void CustomAdvProperty::loadZoa()
     for (const ZoaRow& row : zoaRows) {
         QLineEdit* edit = ui.*row.text.edit;
         // Contract: the load raises the ports from the form's 5 characters, too.
-        edit->setMaxLength(s_longestZoaText);
+        limit(edit, row.text.field);
         edit->setEnabled(zoa.useZOA != 0);
         // Contract: with ZOA off the edits keep the form's texts, not those of the record.
         if (zoa.useZOA != 0)
-            edit->setText(zoa.*row.text.text);
+            edit->setText(row.text.field.text(*record));
     }
 }
 
@@ -97,7 +90,7 @@ bool CustomAdvProperty::storeZoa(WarningBox& box)
         const QString text = edit->text();
         if (!text.isEmpty() && !row.isLegal(text))
             return box.refuse(row.refusalKey, edit);
-        record->zoa.*row.text.text = text;
+        row.text.field.setText(*record, text);
     }
     return true;
 }
@@ -123,8 +116,8 @@ void CustomAdvProperty::setGuiTexts()
 
 void CustomAdvProperty::loadGui()
 {
-    load(ui, guiRows, record->gui);
-    load(ui, guiFlagRows, record->gui);
+    load(ui, guiRows, *record);
+    load(ui, guiFlagRows, *record);
     // The hidden row keeps the path of the record, and OK stores it back.
     ui.label_cusdeskIconM->hide();
     ui.lineEdit_deskIcon_dir_Macos->hide();
@@ -133,8 +126,8 @@ void CustomAdvProperty::loadGui()
 
 void CustomAdvProperty::storeGui()
 {
-    store(ui, guiRows, record->gui);
-    store(ui, guiFlagRows, record->gui);
+    store(ui, guiRows, *record);
+    store(ui, guiFlagRows, *record);
 }
 
 void CustomAdvProperty::OnLocateMainIcon()

@@ -1,8 +1,10 @@
 #include "advanced/KEFCusOpt.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -18,10 +20,10 @@ KEFCusOpt::KEFCusOpt(QWidget* parent) : QDialog(parent)
 void KEFCusOpt::setWindowText()
 {
     setWindowTitle(langText("KEF_SetupCustom"));
-    ui.label_kefIp->setText(langText("KEF_ProxyIp"));
-    ui.label_kefPort->setText(langText("KEF_ProxyPort"));
+    ui.label_kefIp->setText(labelText(field<&KEFOptionsInfo::kefIP>));
+    ui.label_kefPort->setText(labelText(field<&KEFOptionsInfo::kefPort>));
     ui.label_usbdefaultPolicy->setText(langText("KEF_USBMonitorPolicy"));
-    ui.checkBox_disable->setText(langText("KEF_StartUSBMonitorBeforeRegister"));
+    ui.checkBox_disable->setText(labelText(field<&KEFOptionsInfo::customize>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
     ui.lineEdit_kefPort->setText(QStringLiteral("9029"));

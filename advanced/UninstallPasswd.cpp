@@ -1,7 +1,9 @@
 #include "advanced/UninstallPasswd.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -17,9 +19,9 @@ UninstallPasswd::UninstallPasswd(QWidget* parent) : QDialog(parent)
 void UninstallPasswd::setWindowText()
 {
     setWindowTitle(langText("CUS_Uinstall_Password_Caption"));
-    ui.input_passwd->setText(langText("CUS_Uinstall_Password"));
+    ui.input_passwd->setText(labelText(field<&BasicFunctionInfo::uninstallPassword>));
     ui.confirm_passwd->setText(langText("CUS_Uinstall_Password_Confirm"));
-    ui.checkBox_extend->setText(langText("CUS_Uinstall_Password_Extend"));
+    ui.checkBox_extend->setText(labelText(field<&BasicFunctionInfo::uninstallPasswordExtend>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
 }

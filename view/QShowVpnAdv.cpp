@@ -1,94 +1,83 @@
 #include "view/QShowVpnAdv.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
-#include "app/widgets/OptionLists.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/Tables.h"
-#include "view/ViewRows.h"
 #include "xml/CustomInfoHolder.h"
 
 #include <initializer_list>
 
 namespace {
 
-using namespace viewrows;
+using namespace formrows;
 using Widgets = Ui_QShowVpnAdv;
 using View = QShowVpnAdv;
-
-constexpr auto vpn = &CustomInfo::vpn;
-constexpr auto l2tp = &L2TP_IPSEC_VPN_OptionInfo::l2tpcfg;
-constexpr auto ipsec = &L2TP_IPSEC_VPN_OptionInfo::ipseccfg;
-constexpr auto ike = &L2TP_IPSEC_VPN_OptionInfo::ikecfg;
 
 // Contract: a click sets a box back to its field counted as 0 or not 0, also where the filling of the page asks for a
 // certain value (AVP hiding and NAT traversal for 1, PFS for a group of the list).
 // clang-format off
-const BoxRow<View, Widgets> boxRows[] = {
-    {&Widgets::tab, &Widgets::checkBox_TunnelAuthOn, "VUI_L2TPUseTunnelPwd",
-     flag<vpn, l2tp, &L2TPCFG::L2TPUseTunnelPwd>, &View::OnTunnelAuthChk},
-    {&Widgets::tab, &Widgets::checkBox_AVPHidden, "VUI_L2TPAVPHidden",
-     flag<vpn, l2tp, &L2TPCFG::L2TPAVPHidden>, &View::OnAVPHidChk},
-    {&Widgets::tab_2, &Widgets::checkBox_UsePFS, "VUI_UsePFS",
-     flag<vpn, ipsec, &IPSECCFG::IPSECPFS>, &View::OnUsePFSChk},
-    {&Widgets::tab_2, &Widgets::checkBox_UseNAT, "VUI_IPSECUseNat",
-     flag<vpn, ipsec, &IPSECCFG::IPSECUseNatTranversal>, &View::OnUseNATChk},
-    {&Widgets::tab_3, &Widgets::checkBox_KeepAliveOn, "VUI_IKESendKeepAlive",
-     flag<vpn, ike, &IKECFG::IKESendKeepAlive>, &View::OnKeepAliveOnChk},
-    {&Widgets::tab_3, &Widgets::checkBox_KeepAliveTimeout, "VUI_IKERecvKeepAlive",
-     flag<vpn, ike, &IKECFG::IKERecvKeepAlivePacket>, &View::OnKeepAliveTimeoutChk},
+const ReadOnlyFlag<View, Widgets> flagRows[] = {
+    {&Widgets::tab, &Widgets::checkBox_TunnelAuthOn, field<&L2TPCFG::L2TPUseTunnelPwd>, &View::OnTunnelAuthChk},
+    {&Widgets::tab, &Widgets::checkBox_AVPHidden, field<&L2TPCFG::L2TPAVPHidden>, &View::OnAVPHidChk},
+    {&Widgets::tab_2, &Widgets::checkBox_UsePFS, field<&IPSECCFG::IPSECPFS>, &View::OnUsePFSChk},
+    {&Widgets::tab_2, &Widgets::checkBox_UseNAT, field<&IPSECCFG::IPSECUseNatTranversal>, &View::OnUseNATChk},
+    {&Widgets::tab_3, &Widgets::checkBox_KeepAliveOn, field<&IKECFG::IKESendKeepAlive>, &View::OnKeepAliveOnChk},
+    {&Widgets::tab_3, &Widgets::checkBox_KeepAliveTimeout, field<&IKECFG::IKERecvKeepAlivePacket>, &View::OnKeepAliveTimeoutChk},
 };
 
-const FieldRow<Widgets> fieldRows[] = {
-    {&Widgets::tab, &Widgets::label_TunnelName, "VUI_L2TPTunnelName",
-     &Widgets::lineEdit_TunnelName, text<vpn, l2tp, &L2TPCFG::L2TPTunnelName>},
-    {&Widgets::tab, &Widgets::label_AuthMode, "VUI_L2TPAuthMode",
-     &Widgets::lineEdit_AutnMode, text<vpn, l2tp, &L2TPCFG::L2TPAuthMode>},
-    {&Widgets::tab, &Widgets::label_HelloInterval, "VUI_L2TPHelloInterval",
-     &Widgets::lineEdit_HelloInterval, text<vpn, l2tp, &L2TPCFG::L2TPHelloInterval>},
-    {&Widgets::tab, &Widgets::label_L2tpPort, "VUT_L2TPPORT",
-     &Widgets::lineEdit_L2tpPort, text<vpn, l2tp, &L2TPCFG::L2TPPort>},
-    {&Widgets::tab, &Widgets::label_TunnelPwd, "VUI_L2TPTunnelPwd",
-     &Widgets::lineEdit_TunnelPwd, nullptr},
+const ReadOnlyText<Widgets> textRows[] = {
+    {&Widgets::tab, &Widgets::label_TunnelName, &Widgets::lineEdit_TunnelName,
+     field<&L2TPCFG::L2TPTunnelName>},
+    {&Widgets::tab, &Widgets::label_AuthMode, &Widgets::lineEdit_AutnMode,
+     field<&L2TPCFG::L2TPAuthMode>},
+    {&Widgets::tab, &Widgets::label_HelloInterval, &Widgets::lineEdit_HelloInterval,
+     field<&L2TPCFG::L2TPHelloInterval>},
+    {&Widgets::tab, &Widgets::label_L2tpPort, &Widgets::lineEdit_L2tpPort,
+     field<&L2TPCFG::L2TPPort>},
+    {&Widgets::tab, &Widgets::label_TunnelPwd, &Widgets::lineEdit_TunnelPwd,
+     field<&L2TPCFG::L2TPTunnelPwd>, ByView},
 
-    {&Widgets::tab_2, &Widgets::label_EncapMode, "VUI_IPSECEncapMode",
-     &Widgets::lineEdit_EncapMode, text<vpn, ipsec, &IPSECCFG::IPSECEncapsulationMode>},
-    {&Widgets::tab_2, &Widgets::label_SaLifeTime, "VUI_IPSECSALifetime",
-     &Widgets::lineEdit_SaLifeTime, text<vpn, ipsec, &IPSECCFG::IPSECSALifetime>},
-    {&Widgets::tab_2, &Widgets::label_IpsecProto, "VUI_IPSECAdopSecuriProto",
-     &Widgets::lineEdit_IpsecProto, text<vpn, ipsec, &IPSECCFG::IPSECSecurityProto>},
-    {&Widgets::tab_2, &Widgets::label_ESP_Auth, "VUI_IPSECESPAuth",
-     &Widgets::lineEdit_ESP_Auth, text<vpn, ipsec, &IPSECCFG::IPSECESPAuthAlgorithm>},
-    {&Widgets::tab_2, &Widgets::label_ESP_Encrypt, "VUI_IPSECESPEncypt",
-     &Widgets::lineEdit_ESP_Encrypt, text<vpn, ipsec, &IPSECCFG::IPSECESPEncryption>},
-    {&Widgets::tab_2, &Widgets::label_AH_Auth, "VUI_IPSECAHAuth",
-     &Widgets::lineEdit_AH_Auth, text<vpn, ipsec, &IPSECCFG::IPSECAHAuthAlgorithm>},
-    {&Widgets::tab_2, &Widgets::label_PFS, "VUI_UsePFS",
-     &Widgets::lineEdit_PFS, nullptr},
+    {&Widgets::tab_2, &Widgets::label_EncapMode, &Widgets::lineEdit_EncapMode,
+     field<&IPSECCFG::IPSECEncapsulationMode>},
+    {&Widgets::tab_2, &Widgets::label_SaLifeTime, &Widgets::lineEdit_SaLifeTime,
+     field<&IPSECCFG::IPSECSALifetime>},
+    {&Widgets::tab_2, &Widgets::label_IpsecProto, &Widgets::lineEdit_IpsecProto,
+     field<&IPSECCFG::IPSECSecurityProto>},
+    {&Widgets::tab_2, &Widgets::label_ESP_Auth, &Widgets::lineEdit_ESP_Auth,
+     field<&IPSECCFG::IPSECESPAuthAlgorithm>},
+    {&Widgets::tab_2, &Widgets::label_ESP_Encrypt, &Widgets::lineEdit_ESP_Encrypt,
+     field<&IPSECCFG::IPSECESPEncryption>},
+    {&Widgets::tab_2, &Widgets::label_AH_Auth, &Widgets::lineEdit_AH_Auth,
+     field<&IPSECCFG::IPSECAHAuthAlgorithm>},
+    {&Widgets::tab_2, &Widgets::label_PFS, &Widgets::lineEdit_PFS,
+     field<&IPSECCFG::IPSECPFS>, ByView},
 
-    {&Widgets::tab_3, &Widgets::label_IkeNeg, "VUI_IKENegMode",
-     &Widgets::lineEdit_IkeNeg, text<vpn, ike, &IKECFG::IKENegotiationMode>},
-    {&Widgets::tab_3, &Widgets::label_IDType, "VUI_IKEIDType",
-     &Widgets::lineEdit_IDType, text<vpn, ike, &IKECFG::IKEIDType>},
-    {&Widgets::tab_3, &Widgets::label_IkeAuth, "VUI_IKEAuth",
-     &Widgets::lineEdit_IkeAuth, text<vpn, ike, &IKECFG::IKEAuthAlgorithm>},
-    {&Widgets::tab_3, &Widgets::label_IkeEncrypt, "VUI_IKEEncrypt",
-     &Widgets::lineEdit_IkeEncrypt, text<vpn, ike, &IKECFG::IKEncryption>},
-    {&Widgets::tab_3, &Widgets::label_DH, "VUI_IKEDHGroup",
-     &Widgets::lineEdit_DH, text<vpn, ike, &IKECFG::IKEDiffeHellman>},
-    {&Widgets::tab_3, &Widgets::label_IkePort, "VUI_IKEPort",
-     &Widgets::lineEdit_IkePort, text<vpn, ike, &IKECFG::IKEPort>},
-    {&Widgets::tab_3, &Widgets::label_ISAKMPSA, "VUI_IKEISAKMPSA",
-     &Widgets::lineEdit_ISAKMPSA, text<vpn, ike, &IKECFG::IKEISAKMPLifetime>},
-    {&Widgets::tab_3, &Widgets::label_LocalName, "VUI_IKELocalName",
-     &Widgets::lineEdit_LocalName, text<vpn, ike, &IKECFG::IKELocalName>},
-    {&Widgets::tab_3, &Widgets::label_PeerName, "VUI_IKERemoteName",
-     &Widgets::lineEdit_PeerName, text<vpn, ike, &IKECFG::IKERemoteName>},
-    {&Widgets::tab_3, &Widgets::label_TimeInterval, "VUI_IKETimeInterval",
-     &Widgets::lineEdit_TimeInterval, nullptr},
-    {&Widgets::tab_3, &Widgets::label_TimeOut, "VUI_IKETimeout",
-     &Widgets::lineEdit_TimeOut, nullptr},
+    {&Widgets::tab_3, &Widgets::label_IkeNeg, &Widgets::lineEdit_IkeNeg,
+     field<&IKECFG::IKENegotiationMode>},
+    {&Widgets::tab_3, &Widgets::label_IDType, &Widgets::lineEdit_IDType,
+     field<&IKECFG::IKEIDType>},
+    {&Widgets::tab_3, &Widgets::label_IkeAuth, &Widgets::lineEdit_IkeAuth,
+     field<&IKECFG::IKEAuthAlgorithm>},
+    {&Widgets::tab_3, &Widgets::label_IkeEncrypt, &Widgets::lineEdit_IkeEncrypt,
+     field<&IKECFG::IKEncryption>},
+    {&Widgets::tab_3, &Widgets::label_DH, &Widgets::lineEdit_DH,
+     field<&IKECFG::IKEDiffeHellman>},
+    {&Widgets::tab_3, &Widgets::label_IkePort, &Widgets::lineEdit_IkePort,
+     field<&IKECFG::IKEPort>},
+    {&Widgets::tab_3, &Widgets::label_ISAKMPSA, &Widgets::lineEdit_ISAKMPSA,
+     field<&IKECFG::IKEISAKMPLifetime>},
+    {&Widgets::tab_3, &Widgets::label_LocalName, &Widgets::lineEdit_LocalName,
+     field<&IKECFG::IKELocalName>},
+    {&Widgets::tab_3, &Widgets::label_PeerName, &Widgets::lineEdit_PeerName,
+     field<&IKECFG::IKERemoteName>},
+    {&Widgets::tab_3, &Widgets::label_TimeInterval, &Widgets::lineEdit_TimeInterval,
+     field<&IKECFG::IKESendInterval>, ByView},
+    {&Widgets::tab_3, &Widgets::label_TimeOut, &Widgets::lineEdit_TimeOut,
+     field<&IKECFG::IKERecvPacketTimeOut>, ByView},
 };
 
-const LabelRow<Widgets> labelRows[] = {
+const Caption<Widgets> captions[] = {
     {&Widgets::label_Seconds,              "VUI_StaticSeconds"},
     {&Widgets::label_SA_Seconds,           "VUI_IKESecond"},
     {&Widgets::label_ISAKMPSA_Seconds,     "VUI_IKESecond"},
@@ -120,7 +109,7 @@ QShowVpnAdv::QShowVpnAdv(QWidget* parent) : QDialog(parent)
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     connect(ui.pushButton, &QPushButton::clicked, this, &QShowVpnAdv::close);
-    connectClicks(this, ui, boxRows);
+    connectClicks(this, ui, flagRows);
 }
 
 QShowVpnAdv::~QShowVpnAdv() = default;
@@ -134,7 +123,7 @@ const CustomInfo* QShowVpnAdv::record() const
 void QShowVpnAdv::undoClick(QCheckBox* box)
 {
     if (const CustomInfo* info = record())
-        viewrows::undoClick(ui, boxRows, box, *info);
+        formrows::undoClick(ui, flagRows, box, *info);
 }
 
 void QShowVpnAdv::setInital()
@@ -155,10 +144,11 @@ void QShowVpnAdv::setWindowText()
     ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.tab_3), langText("VUI_IKEPAGETITLE"));
     ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.tab_4), langText("VUI_RouteSetting"));
     ui.pushButton->setText(langText("close_button"));
-    setBoxTexts(ui, boxRows);
-    setLabelTexts(ui, fieldRows);
-    setLabelTexts(ui, labelRows);
-    setColumns(ui.treeWidget_RouteList, {langText("VUI_IP"), langText("VUI_Mask")}, {170, 170});
+    setTexts(ui, flagRows);
+    setTexts(ui, textRows);
+    setTexts(ui, captions);
+    setColumns(ui.treeWidget_RouteList, {labelText(field<&VPN_RouteInfo::ip>), labelText(field<&VPN_RouteInfo::mask>)},
+               {170, 170});
     ui.treeWidget_RouteList->setAccessibleName(langText("VUI_RouteSetting"));
 }
 
@@ -168,7 +158,7 @@ void QShowVpnAdv::setL2tpInit()
     if (!info)
         return;
     const L2TPCFG& config = info->vpn.l2tpcfg;
-    fillFields(ui, fieldRows, ui.tab, *info);
+    fill(ui, textRows, ui.tab, *info);
 
     const bool usesPassword = config.L2TPUseTunnelPwd != 0;
     ui.checkBox_TunnelAuthOn->setChecked(usesPassword);
@@ -184,11 +174,11 @@ void QShowVpnAdv::setIPsecInit()
     if (!info)
         return;
     const IPSECCFG& config = info->vpn.ipseccfg;
-    fillFields(ui, fieldRows, ui.tab_2, *info);
+    fill(ui, textRows, ui.tab_2, *info);
 
-    if (config.IPSECSecurityProto == QLatin1String("ESP")) {
+    if (config.IPSECSecurityProto == stored(words::securityProtocols, words::Esp)) {
         ui.lineEdit_AH_Auth->setEnabled(false);
-    } else if (config.IPSECSecurityProto == QLatin1String("AH")) {
+    } else if (config.IPSECSecurityProto == stored(words::securityProtocols, words::Ah)) {
         enable({ui.lineEdit_ESP_Auth, ui.lineEdit_ESP_Encrypt}, false);
         ui.lineEdit_AH_Auth->setEnabled(true);
     }
@@ -202,12 +192,12 @@ void QShowVpnAdv::setIPsecInit()
         ui.checkBox_UsePFS->setChecked(false);
         enable({ui.label_PFS, ui.lineEdit_PFS}, false);
     }
-    for (const options::PfsGroup& group : options::pfsGroups) {
-        if (config.IPSECPFS != group.value)
+    for (const words::Word& group : words::pfsGroups) {
+        if (config.IPSECPFS != words::number(group))
             continue;
         ui.checkBox_UsePFS->setChecked(true);
         enable({ui.label_PFS, ui.lineEdit_PFS}, true);
-        showText(ui.lineEdit_PFS, QLatin1String(group.text));
+        showField(ui.lineEdit_PFS, field<&IPSECCFG::IPSECPFS>, *info);
     }
 }
 
@@ -217,9 +207,9 @@ void QShowVpnAdv::setIkeInit()
     if (!info)
         return;
     const IKECFG& config = info->vpn.ikecfg;
-    fillFields(ui, fieldRows, ui.tab_3, *info);
+    fill(ui, textRows, ui.tab_3, *info);
 
-    if (config.IKEIDType == QLatin1String("name"))
+    if (config.IKEIDType == stored(words::idTypes, words::IdName))
         enable({ui.lineEdit_IDType, ui.label_LocalName, ui.lineEdit_LocalName, ui.label_PeerName, ui.lineEdit_PeerName},
                true);
     showKeepAlive(ui.checkBox_KeepAliveOn, ui.label_TimeInterval, ui.lineEdit_TimeInterval,
@@ -227,9 +217,6 @@ void QShowVpnAdv::setIkeInit()
     showKeepAlive(ui.checkBox_KeepAliveTimeout, ui.label_TimeOut, ui.lineEdit_TimeOut, ui.label_TimeOutSeconds,
                   config.IKERecvKeepAlivePacket, config.IKERecvPacketTimeOut);
     if (info->vpn.ipseccfg.IPSECUseNatTranversal != 0) {
-        // Contract: NAT traversal shows these two whatever the record holds.
-        showText(ui.lineEdit_IkeNeg, QStringLiteral("Aggressive"));
-        showText(ui.lineEdit_IDType, QStringLiteral("name"));
         enable({ui.lineEdit_IkeNeg, ui.lineEdit_IDType, ui.label_LocalName, ui.lineEdit_LocalName, ui.label_PeerName,
                 ui.lineEdit_PeerName},
                false);

@@ -1,7 +1,8 @@
 #include "view/ShowDetailDlg.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
-#include "app/widgets/OptionLists.h"
+#include "app/widgets/FormRows.h"
 
 #include <QPixmap>
 
@@ -23,11 +24,10 @@ const TabRow tabRows[] = {
     {&Ui_ShowDetailDlg::tab_kef, "Kef_title"},       {&Ui_ShowDetailDlg::tab_gui, "Gui_title"},
 };
 
-void fillAuthTypes(QComboBox* combo)
+void fillAuthTypes(QComboBox* combo, const FieldRef& field)
 {
-    for (const char* key : options::advancedAuthKeys)
-        combo->addItem(langText(key));
-    combo->setAccessibleName(langText("chk_HighAuth"));
+    formrows::addWords(combo, field);
+    combo->setAccessibleName(langText(field.label()));
 }
 
 /// A picture that cannot be loaded leaves its label empty.
@@ -63,10 +63,10 @@ void ShowDetailDlg::setWindowText()
         ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.*row.page), langText(row.key));
     ui.toolButton->setText(langText("close_button"));
     setRowTexts();
-    fillAuthTypes(ui.comboBox_1xAdvancedAuth);
-    fillAuthTypes(ui.comboBox_PortalAdvancedAuth);
-    ui.radioButton_useLNS_S->setText(langText("VUI_BASELNSASIPSECServer"));
-    ui.radioButton_useOtherLNS_S->setText(langText("VUI_BASEUseOtherIPSECServer"));
+    fillAuthTypes(ui.comboBox_1xAdvancedAuth, field<&X1OptionsInfo::advancedAuthType>);
+    fillAuthTypes(ui.comboBox_PortalAdvancedAuth, field<&PortalOptionsInfo::advancedAuthType>);
+    ui.radioButton_useLNS_S->setText(wordText(words::ipsecServers.at(0)));
+    ui.radioButton_useOtherLNS_S->setText(wordText(words::ipsecServers.at(1)));
     ui.pushButton_Adv_S->setText(langText("VUI_BASEHeigth"));
     ui.groupBox_Icon->setTitle(langText("CUS_CusIconComBox"));
     ui.groupBox_Ttitle->setTitle(langText("CUS_CusTitleComBox"));

@@ -1,21 +1,8 @@
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "view/ShowDetailDlg.h"
 
 namespace {
-
-/// The two options of a password function; `options` is the sum of 2 selected by default and 1 changeable by the user.
-QString optionTexts(quint32 options)
-{
-    QString text;
-    if ((options & 2) != 0) {
-        text += langText("CUS_DefaultChecked");
-        if ((options & 1) != 0)
-            text += QLatin1Char(';');
-    }
-    if ((options & 1) != 0)
-        text += langText("CUS_ChangeEnable");
-    return text;
-}
 
 QString bracket(const QString& content)
 {
@@ -26,7 +13,7 @@ QString dynamicPassword(const BasicFunctionInfo& function)
 {
     QString text = langText("CUS_FuncName.DynamicpwdVerify");
     if (function.dynamicVifInfo != 0)
-        text += bracket(optionTexts(function.dynamicVifInfo));
+        text += bracket(maskText(words::passwordOffers, function.dynamicVifInfo));
     return text;
 }
 
@@ -34,7 +21,7 @@ QString messageAuthentication(const BasicFunctionInfo& function)
 {
     QString content;
     if (function.msgAuthInfo != 0)
-        content = optionTexts(function.msgAuthInfo) + QLatin1Char(';');
+        content = maskText(words::passwordOffers, function.msgAuthInfo) + QLatin1Char(';');
     content += langText("CUS_MsgAuthServIPShow") + function.msgAuthServIP + QLatin1Char(';');
     content += langText("CUS_MsgAuthServDomainShow") + QString::number(function.msgAuthServPort);
     return langText("CUS_FuncName.MsgAuth") + bracket(content);

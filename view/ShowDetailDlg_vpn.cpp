@@ -1,8 +1,9 @@
 #include "app/language/CLanguageParser.h"
+#include "app/language/FieldTexts.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/Tables.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
-#include "view/ViewRows.h"
 
 void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
 {
@@ -12,8 +13,8 @@ void ShowDetailDlg::initSslVpnPage(CLanguageParser& parser)
     tree->clear();
     tree->setTextElideMode(Qt::ElideMiddle); // the mark of the default stands behind the name
     setColumns(tree,
-               {parser.GetKey("SCE_DevOrder"), parser.GetKey("SSL_VPNSERV_DISNAME"), parser.GetKey("SSL_ADDRESS"),
-                parser.GetKey("SSL_PORT")},
+               {parser.GetKey("SCE_DevOrder"), labelText(field<&SSLVPNRemoteInfo::iPDes>),
+                labelText(field<&SSLVPNRemoteInfo::ip>), labelText(field<&SSLVPNRemoteInfo::port>)},
                {50, 100, 140, 60});
 
     quint64 number = 0;
@@ -31,7 +32,8 @@ void ShowDetailDlg::initL2tpIpsecPage()
     fillRows(ui.tab_l2tp);
 
     const bool usesIpsec = config.useIPSEC != 0;
-    const bool usesKey = usesIpsec && m_customInfo.vpn.ikecfg.IKEAuthMethod != QLatin1String("CA-Windows");
+    const bool usesKey =
+        usesIpsec && m_customInfo.vpn.ikecfg.IKEAuthMethod != stored(words::authMethods, words::Certificate);
     ui.radioButton_useLNS_S->setEnabled(usesIpsec);
     ui.radioButton_useOtherLNS_S->setEnabled(usesIpsec);
     ui.label_AuthMethod_S->setEnabled(usesIpsec);
@@ -39,14 +41,14 @@ void ShowDetailDlg::initL2tpIpsecPage()
     ui.label_Authenticator_S->setEnabled(usesKey);
     ui.lineEdit_preshareKey_S->setEnabled(usesKey);
     if (usesIpsec)
-        viewrows::showText(ui.lineEdit_preshareKey_S, config.preSharedKey);
+        formrows::showText(ui.lineEdit_preshareKey_S, config.preSharedKey);
 
     const bool usesOtherServer = config.LNSAsIPSECServer == 0;
     tickIpsecServer();
     ui.label_IPSECServerIP_S->setEnabled(usesOtherServer);
     ui.lineEdit_IPSECServerIP_S->setEnabled(usesOtherServer);
     if (usesOtherServer)
-        viewrows::showText(ui.lineEdit_IPSECServerIP_S, config.otherIPSECServer);
+        formrows::showText(ui.lineEdit_IPSECServerIP_S, config.otherIPSECServer);
 }
 
 // Of two exclusive buttons the ticked one cannot be unticked, so the one that the record names is ticked.

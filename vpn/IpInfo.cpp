@@ -1,8 +1,10 @@
 #include "vpn/IpInfo.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "xml/RecordRows.h"
 
 #include <QPushButton>
 
@@ -11,8 +13,8 @@ IpInfo::IpInfo(QWidget* parent) : QDialog(parent)
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(langText("VUI_AddRoute"));
-    ui.label_Ip->setText(langText("VUI_IP"));
-    ui.label_mask->setText(langText("VUI_Mask"));
+    ui.label_Ip->setText(labelText(field<&VPN_RouteInfo::ip>));
+    ui.label_mask->setText(labelText(field<&VPN_RouteInfo::mask>));
     ui.buttonBox->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
     connect(ui.buttonBox, &QDialogButtonBox::accepted, this, &IpInfo::onOk);

@@ -1,111 +1,95 @@
 #include "vpn/QVPNAdvProperty.h"
 
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
-#include "vpn/ComboItems.h"
 #include "vpn/NameValidator.h"
-#include "vpn/PageRows.h"
 #include "xml/CustomInfo.h"
 
-using namespace rows;
+using namespace formrows;
+using Widgets = Ui_QVPNAdvProperty;
 
 namespace {
 
 // clang-format off
-const LabelRow labelRows[] = {
-    {&Widgets::label_IkeNeg,               "VUI_IKENegMode"},
-    {&Widgets::label_IDType,               "VUI_IKEIDType"},
-    {&Widgets::label_IkeAuth,              "VUI_IKEAuth"},
-    {&Widgets::label_IkeEncrypt,           "VUI_IKEEncrypt"},
-    {&Widgets::label_DH,                   "VUI_IKEDHGroup"},
-    {&Widgets::label_IkePort,              "VUI_IKEPort"},
-    {&Widgets::label_ISAKMPSA,             "VUI_IKEISAKMPSA"},
+const Text<Widgets> textRows[] = {
+    {&Widgets::lineEdit_ISAKMPSA,  &Widgets::label_ISAKMPSA,  field<&IKECFG::IKEISAKMPLifetime>},
+    {&Widgets::lineEdit_LocalName, &Widgets::label_LocalName, field<&IKECFG::IKELocalName>},
+    {&Widgets::lineEdit_PeerName,  &Widgets::label_PeerName,  field<&IKECFG::IKERemoteName>},
+};
+const Choice<Widgets> choices[] = {
+    {&Widgets::comboBox_IkeNeg,     &Widgets::label_IkeNeg,     field<&IKECFG::IKENegotiationMode>},
+    {&Widgets::comboBox_IDType,     &Widgets::label_IDType,     field<&IKECFG::IKEIDType>},
+    {&Widgets::comboBox_IkeEncrypt, &Widgets::label_IkeEncrypt, field<&IKECFG::IKEncryption>},
+    {&Widgets::comboBox_DH,         &Widgets::label_DH,         field<&IKECFG::IKEDiffeHellman>},
+};
+// Shown, but not stored from here: see saveIkeCfg.
+const Choice<Widgets> shownChoices[] = {
+    {&Widgets::comboBox_IkeAuth, &Widgets::label_IkeAuth, field<&IKECFG::IKEAuthAlgorithm>},
+};
+const Caption<Widgets> captions[] = {
+    {&Widgets::label_IkePort,              field<&IKECFG::IKEPort>},
     {&Widgets::label_ISAKMPSA_Seconds,     "VUI_IKESecond"},
-    {&Widgets::label_LocalName,            "VUI_IKELocalName"},
-    {&Widgets::label_PeerName,             "VUI_IKERemoteName"},
-    {&Widgets::label_TimeInterval,         "VUI_IKETimeInterval"},
     {&Widgets::label_TimeInterval_Seconds, "VUI_IKESecond"},
-    {&Widgets::label_TimeOut,              "VUI_IKETimeout"},
     {&Widgets::label_TimeOutSeconds,       "VUI_IKESecond"},
 };
-
-const CheckRow checkRows[] = {
-    {&Widgets::checkBox_KeepAliveOn,      "VUI_IKESendKeepAlive"},
-    {&Widgets::checkBox_KeepAliveTimeout, "VUI_IKERecvKeepAlive"},
-};
-
-const EditRow<IKECFG> editRows[] = {
-    {&Widgets::lineEdit_ISAKMPSA,  6,         &IKECFG::IKEISAKMPLifetime},
-    {&Widgets::lineEdit_LocalName, anyLength, &IKECFG::IKELocalName},
-    {&Widgets::lineEdit_PeerName,  anyLength, &IKECFG::IKERemoteName},
-};
-
-const ComboRow<IKECFG> comboRows[] = {
-    {&Widgets::comboBox_IkeNeg,     items::negotiationModes,    &IKECFG::IKENegotiationMode},
-    {&Widgets::comboBox_IDType,     items::idTypes,             &IKECFG::IKEIDType},
-    {&Widgets::comboBox_IkeEncrypt, items::ikeEncryptions,      &IKECFG::IKEncryption},
-    {&Widgets::comboBox_DH,         items::diffieHellmanGroups, &IKECFG::IKEDiffeHellman},
-};
-
-// Shown, but not stored from here: see saveIkeCfg.
-const ComboRow<IKECFG> shownAuthRow =
-    {&Widgets::comboBox_IkeAuth, items::ikeAuthAlgorithms, &IKECFG::IKEAuthAlgorithm};
 
 /// A check box that switches a time in seconds.
 struct KeepAliveRow
 {
-    QCheckBox* Widgets::*box;
-    QLabel* Widgets::*label;
-    QLineEdit* Widgets::*edit;
+    Flag<Widgets> flag;
+    Text<Widgets> seconds;
     QLabel* Widgets::*unit;
-    quint64 IKECFG::*flag;
-    QString IKECFG::*field;
     const char* errorKey;
 };
 const KeepAliveRow sendRow = {
-    &Widgets::checkBox_KeepAliveOn, &Widgets::label_TimeInterval, &Widgets::lineEdit_TimeInterval,
-    &Widgets::label_TimeInterval_Seconds, &IKECFG::IKESendKeepAlive, &IKECFG::IKESendInterval,
-    "VUI_SendKeepAliveTimerErr"};
+    {&Widgets::checkBox_KeepAliveOn, field<&IKECFG::IKESendKeepAlive>},
+    {&Widgets::lineEdit_TimeInterval, &Widgets::label_TimeInterval, field<&IKECFG::IKESendInterval>},
+    &Widgets::label_TimeInterval_Seconds, "VUI_SendKeepAliveTimerErr"};
 const KeepAliveRow receiveRow = {
-    &Widgets::checkBox_KeepAliveTimeout, &Widgets::label_TimeOut, &Widgets::lineEdit_TimeOut,
-    &Widgets::label_TimeOutSeconds, &IKECFG::IKERecvKeepAlivePacket, &IKECFG::IKERecvPacketTimeOut,
-    "VUI_RecvKeepAliveTimerErr"};
+    {&Widgets::checkBox_KeepAliveTimeout, field<&IKECFG::IKERecvKeepAlivePacket>},
+    {&Widgets::lineEdit_TimeOut, &Widgets::label_TimeOut, field<&IKECFG::IKERecvPacketTimeOut>},
+    &Widgets::label_TimeOutSeconds, "VUI_RecvKeepAliveTimerErr"};
 // clang-format on
 
-constexpr int maxTimeLength = 5;
+void showKeepAliveTexts(Widgets& ui, const KeepAliveRow& row)
+{
+    (ui.*row.flag.box)->setText(labelOf(row.flag));
+    (ui.*row.seconds.label)->setText(labelOf(row.seconds));
+}
 
 void followKeepAlive(Widgets& ui, const KeepAliveRow& row)
 {
-    const bool isOn = (ui.*row.box)->isChecked();
-    (ui.*row.label)->setEnabled(isOn);
-    (ui.*row.edit)->setEnabled(isOn);
+    const bool isOn = (ui.*row.flag.box)->isChecked();
+    (ui.*row.seconds.label)->setEnabled(isOn);
+    (ui.*row.seconds.edit)->setEnabled(isOn);
     (ui.*row.unit)->setEnabled(isOn);
 }
 
-void loadKeepAlive(Widgets& ui, const KeepAliveRow& row, const IKECFG& ike)
+void loadKeepAlive(Widgets& ui, const KeepAliveRow& row, const CustomInfo& info)
 {
-    (ui.*row.edit)->setMaxLength(maxTimeLength);
-    if (ike.*row.flag != 0) {
-        (ui.*row.box)->setChecked(true);
-        (ui.*row.edit)->setText(ike.*row.field);
+    limit(ui.*row.seconds.edit, row.seconds.field);
+    if (row.flag.field.number(info) != 0) {
+        (ui.*row.flag.box)->setChecked(true);
+        (ui.*row.seconds.edit)->setText(row.seconds.field.text(info));
     }
     followKeepAlive(ui, row);
 }
 
-bool storeKeepAlive(const Widgets& ui, const KeepAliveRow& row, IKECFG& ike, WarningBox& box)
+bool storeKeepAlive(const Widgets& ui, const KeepAliveRow& row, CustomInfo& info, WarningBox& box)
 {
-    if (!(ui.*row.box)->isChecked()) {
-        ike.*row.flag = 0;
+    if (!(ui.*row.flag.box)->isChecked()) {
+        row.flag.field.setNumber(info, 0);
         return true;
     }
-    const QString text = (ui.*row.edit)->text();
+    const QString text = (ui.*row.seconds.edit)->text();
     const unsigned long seconds = text.toULong(nullptr, 10);
     if (seconds < 20 || seconds > 28800) {
-        (ui.*row.edit)->setFocus();
+        (ui.*row.seconds.edit)->setFocus();
         box.say(row.errorKey);
         return false;
     }
-    ike.*row.field = text;
-    ike.*row.flag = 1;
+    row.seconds.field.setText(info, text);
+    row.flag.field.setNumber(info, 1);
     return true;
 }
 
@@ -113,8 +97,12 @@ bool storeKeepAlive(const Widgets& ui, const KeepAliveRow& row, IKECFG& ike, War
 
 void QVPNAdvProperty::setIkeText()
 {
-    showLabels(ui, labelRows);
-    showCheckBoxes(ui, checkRows);
+    setTexts(ui, textRows);
+    setTexts(ui, choices);
+    setTexts(ui, shownChoices);
+    setTexts(ui, captions);
+    showKeepAliveTexts(ui, sendRow);
+    showKeepAliveTexts(ui, receiveRow);
 }
 
 void QVPNAdvProperty::setIkeInit()
@@ -126,23 +114,23 @@ void QVPNAdvProperty::setIkeInit()
 
     ui.lineEdit_LocalName->setValidator(new NameValidator(this));
     ui.lineEdit_PeerName->setValidator(new NameValidator(this));
-    fillCombos(ui, comboRows);
-    fillCombo(ui, shownAuthRow);
-    selectCombos(ui, comboRows, ike);
-    selectCombo(ui, shownAuthRow, ike);
+    addWords(ui, choices);
+    addWords(ui, shownChoices);
+    load(ui, choices, *info);
+    load(ui, shownChoices, *info);
     // Contract: a stored ID type "name" opens its combo box and both names in the mode "Main" as well.
-    if (ike.IKEIDType == QLatin1String("name")) {
+    if (ike.IKEIDType == stored(words::idTypes, words::IdName)) {
         ui.comboBox_IDType->setEnabled(true);
         enableNames(true);
     }
 
-    loadEdits(ui, editRows, ike);
-    loadKeepAlive(ui, sendRow, ike);
-    loadKeepAlive(ui, receiveRow, ike);
+    load(ui, textRows, *info);
+    loadKeepAlive(ui, sendRow, *info);
+    loadKeepAlive(ui, receiveRow, *info);
 
     if (info->vpn.ipseccfg.IPSECUseNatTranversal != 0) {
-        ui.comboBox_IkeNeg->setCurrentIndex(items::aggressiveMode);
-        ui.comboBox_IDType->setCurrentIndex(items::idName);
+        ui.comboBox_IkeNeg->setCurrentIndex(words::AggressiveMode);
+        ui.comboBox_IDType->setCurrentIndex(words::IdName);
         ui.comboBox_IkeNeg->setEnabled(false);
         ui.comboBox_IDType->setEnabled(false);
         enableNames(false);
@@ -170,7 +158,7 @@ void QVPNAdvProperty::saveIkeCfg()
 
     const QString localName = ui.lineEdit_LocalName->text();
     const QString peerName = ui.lineEdit_PeerName->text();
-    if (ui.comboBox_IDType->currentIndex() == items::idName) {
+    if (ui.comboBox_IDType->currentIndex() == words::IdName) {
         if (localName.isEmpty()) {
             ui.lineEdit_LocalName->setFocus();
             box.say("VUI_LocalGateName");
@@ -185,13 +173,13 @@ void QVPNAdvProperty::saveIkeCfg()
         ike.IKERemoteName = peerName;
     }
 
-    if (!storeKeepAlive(ui, sendRow, ike, box) || !storeKeepAlive(ui, receiveRow, ike, box))
+    if (!storeKeepAlive(ui, sendRow, *info, box) || !storeKeepAlive(ui, receiveRow, *info, box))
         return;
 
-    storeCombos(ui, comboRows, ike);
+    store(ui, choices, *info);
     // Contract: the AH algorithm of the IPsec page decides the IKE algorithm; comboBox_IkeAuth has no effect.
     const bool isFirst = ui.comboBox_AH_Auth->currentIndex() == 0;
-    ike.IKEAuthAlgorithm = isFirst ? QStringLiteral("MD5") : QStringLiteral("SHA");
+    ike.IKEAuthAlgorithm = stored(words::ikeAuthAlgorithms, isFirst ? words::Md5 : words::Sha);
 
     // Contract: a negative port is no number here, counts as 0 and passes, unlike the port of the L2TP page.
     const unsigned long port = ui.lineEdit_IkePort->text().toULong(nullptr, 10);
@@ -209,19 +197,19 @@ void QVPNAdvProperty::saveIkeCfg()
 
 void QVPNAdvProperty::OnNegModeChg(int index)
 {
-    if (index == items::mainMode) {
-        ui.comboBox_IDType->setCurrentIndex(items::idIp);
+    if (index == words::MainMode) {
+        ui.comboBox_IDType->setCurrentIndex(words::IdIp);
         ui.comboBox_IDType->setEnabled(false);
         enableNames(false);
-    } else if (index == items::aggressiveMode) {
+    } else if (index == words::AggressiveMode) {
         ui.comboBox_IDType->setEnabled(true);
     }
 }
 
 void QVPNAdvProperty::OnIDTypeChg(int index)
 {
-    if (index == items::idIp || index == items::idName)
-        enableNames(index == items::idName);
+    if (index == words::IdIp || index == words::IdName)
+        enableNames(index == words::IdName);
 }
 
 void QVPNAdvProperty::OnKeepAliveOnChk()

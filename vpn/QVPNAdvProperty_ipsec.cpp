@@ -1,54 +1,43 @@
 #include "vpn/QVPNAdvProperty.h"
 
-#include "app/widgets/OptionLists.h"
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
-#include "vpn/ComboItems.h"
-#include "vpn/PageRows.h"
 #include "xml/CustomInfo.h"
 
-#include <iterator>
-
-using namespace rows;
+using namespace formrows;
+using Widgets = Ui_QVPNAdvProperty;
 
 namespace {
 
 // clang-format off
-const LabelRow labelRows[] = {
-    {&Widgets::label_EncapMode,   "VUI_IPSECEncapMode"},
-    {&Widgets::label_SaLifeTime,  "VUI_IPSECSALifetime"},
-    {&Widgets::label_SA_Seconds,  "VUI_IKESecond"},
-    {&Widgets::label_IpsecProto,  "VUI_IPSECAdopSecuriProto"},
-    {&Widgets::label_ESP_Auth,    "VUI_IPSECESPAuth"},
-    {&Widgets::label_ESP_Encrypt, "VUI_IPSECESPEncypt"},
-    {&Widgets::label_AH_Auth,     "VUI_IPSECAHAuth"},
-    {&Widgets::label_PFS,         "VUI_UsePFS"},
+const Text<Widgets> textRows[] = {
+    {&Widgets::lineEdit_SaLifeTime, &Widgets::label_SaLifeTime, field<&IPSECCFG::IPSECSALifetime>},
 };
-
-const CheckRow checkRows[] = {
-    {&Widgets::checkBox_UsePFS, "VUI_UsePFS"},
-    {&Widgets::checkBox_UseNAT, "VUI_IPSECUseNat"},
+// The protocol stands before the algorithms: choosing it sets them back to the first words of its rule.
+const Choice<Widgets> choices[] = {
+    {&Widgets::comboBox_EncapMode,   &Widgets::label_EncapMode,   field<&IPSECCFG::IPSECEncapsulationMode>},
+    {&Widgets::comboBox_IpsecProto,  &Widgets::label_IpsecProto,  field<&IPSECCFG::IPSECSecurityProto>},
+    {&Widgets::comboBox_ESP_Auth,    &Widgets::label_ESP_Auth,    field<&IPSECCFG::IPSECESPAuthAlgorithm>},
+    {&Widgets::comboBox_ESP_Encrypt, &Widgets::label_ESP_Encrypt, field<&IPSECCFG::IPSECESPEncryption>},
+    {&Widgets::comboBox_AH_Auth,     &Widgets::label_AH_Auth,     field<&IPSECCFG::IPSECAHAuthAlgorithm>},
 };
-
-const EditRow<IPSECCFG> editRows[] = {
-    {&Widgets::lineEdit_SaLifeTime, 6, &IPSECCFG::IPSECSALifetime},
-};
-
-// The protocol stands before the algorithms: choosing it sets them back to the first items of its rule.
-const ComboRow<IPSECCFG> comboRows[] = {
-    {&Widgets::comboBox_EncapMode,   items::encapsulations,    &IPSECCFG::IPSECEncapsulationMode},
-    {&Widgets::comboBox_IpsecProto,  items::securityProtos,    &IPSECCFG::IPSECSecurityProto},
-    {&Widgets::comboBox_ESP_Auth,    items::espAuthAlgorithms, &IPSECCFG::IPSECESPAuthAlgorithm},
-    {&Widgets::comboBox_ESP_Encrypt, items::espEncryptions,    &IPSECCFG::IPSECESPEncryption},
-    {&Widgets::comboBox_AH_Auth,     items::ahAuthAlgorithms,  &IPSECCFG::IPSECAHAuthAlgorithm},
+const Caption<Widgets> captions[] = {
+    {&Widgets::label_SA_Seconds, "VUI_IKESecond"},
+    {&Widgets::label_PFS,        field<&IPSECCFG::IPSECPFS>},
+    {&Widgets::checkBox_UsePFS,  field<&IPSECCFG::IPSECPFS>},
+    {&Widgets::checkBox_UseNAT,  field<&IPSECCFG::IPSECUseNatTranversal>},
 };
 // clang-format on
+
+constexpr FieldRef pfsField = field<&IPSECCFG::IPSECPFS>;
 
 } // namespace
 
 void QVPNAdvProperty::setIPsecText()
 {
-    showLabels(ui, labelRows);
-    showCheckBoxes(ui, checkRows);
+    setTexts(ui, textRows);
+    setTexts(ui, choices);
+    setTexts(ui, captions);
 }
 
 void QVPNAdvProperty::setIPsecInit()
@@ -58,14 +47,13 @@ void QVPNAdvProperty::setIPsecInit()
         return;
     const IPSECCFG& ipsec = info->vpn.ipseccfg;
 
-    fillCombos(ui, comboRows);
-    for (const options::PfsGroup& group : options::pfsGroups)
-        ui.comboBox_PFS->addItem(QLatin1String(group.text));
+    addWords(ui, choices);
+    addWords(ui.comboBox_PFS, pfsField);
 
-    loadEdits(ui, editRows, ipsec);
-    selectCombos(ui, comboRows, ipsec);
+    load(ui, textRows, *info);
+    load(ui, choices, *info);
     if (info->vpn.basecfg.LNSAsIPSECServer != 1) {
-        ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
+        ui.comboBox_EncapMode->setCurrentIndex(words::Tunnel);
         ui.comboBox_EncapMode->setEnabled(false);
     }
 
@@ -76,12 +64,9 @@ void QVPNAdvProperty::setIPsecInit()
     }
 
     enablePfs(false);
-    for (int index = 0; index < static_cast<int>(std::size(options::pfsGroups)); ++index) {
-        if (ipsec.IPSECPFS == options::pfsGroups[index].value) {
-            ui.checkBox_UsePFS->setChecked(true);
-            enablePfs(true);
-            ui.comboBox_PFS->setCurrentIndex(index);
-        }
+    if (selectWord(ui.comboBox_PFS, pfsField, *info)) {
+        ui.checkBox_UsePFS->setChecked(true);
+        enablePfs(true);
     }
 }
 
@@ -103,25 +88,25 @@ void QVPNAdvProperty::saveIpsecCfg()
     }
     ipsec.IPSECSALifetime = lifetimeText;
 
-    storeCombos(ui, comboRows, ipsec);
+    store(ui, choices, *info);
     ipsec.IPSECUseNatTranversal = ui.checkBox_UseNAT->isChecked() ? 1 : 0;
     ipsec.IPSECPFS = 0;
     if (ui.checkBox_UsePFS->isChecked())
-        ipsec.IPSECPFS = options::pfsGroups[ui.comboBox_PFS->currentIndex()].value;
+        storeWord(ui.comboBox_PFS, pfsField, *info);
 }
 
 void QVPNAdvProperty::OnIpsecProtoChg(int index)
 {
-    if (index < items::esp || index > items::ahAndEsp)
+    if (index < words::Esp || index > words::AhAndEsp)
         return;
-    const bool hasEsp = index != items::ah;
-    const bool hasAh = index != items::esp;
+    const bool hasEsp = index != words::Ah;
+    const bool hasAh = index != words::Esp;
     ui.comboBox_ESP_Auth->setEnabled(hasEsp);
     ui.comboBox_ESP_Encrypt->setEnabled(hasEsp);
     ui.comboBox_AH_Auth->setEnabled(hasAh);
     if (hasEsp) {
         // Contract: the two protocols together start from SHA256, ESP alone from the first item.
-        ui.comboBox_ESP_Auth->setCurrentIndex(hasAh ? items::espAuthSha256 : 0);
+        ui.comboBox_ESP_Auth->setCurrentIndex(hasAh ? words::Sha256 : 0);
         ui.comboBox_ESP_Encrypt->setCurrentIndex(0);
     }
     if (hasAh)
@@ -146,7 +131,7 @@ void QVPNAdvProperty::OnUseNATChk()
     ui.comboBox_IpsecProto->setEnabled(true);
     ui.comboBox_ESP_Auth->setEnabled(true);
     ui.comboBox_ESP_Encrypt->setEnabled(true);
-    ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
+    ui.comboBox_EncapMode->setCurrentIndex(words::Tunnel);
     if (const CustomInfo* info = record())
         ui.comboBox_EncapMode->setEnabled(info->vpn.basecfg.LNSAsIPSECServer == 1);
 }
@@ -155,11 +140,11 @@ void QVPNAdvProperty::OnUseNATChk()
 void QVPNAdvProperty::forceEspInTunnel()
 {
     ui.comboBox_IpsecProto->setEnabled(false);
-    ui.comboBox_IpsecProto->setCurrentIndex(items::esp);
+    ui.comboBox_IpsecProto->setCurrentIndex(words::Esp);
     ui.comboBox_ESP_Auth->setEnabled(true);
     ui.comboBox_ESP_Encrypt->setEnabled(true);
     ui.comboBox_AH_Auth->setEnabled(false);
-    ui.comboBox_EncapMode->setCurrentIndex(items::tunnel);
+    ui.comboBox_EncapMode->setCurrentIndex(words::Tunnel);
     ui.comboBox_EncapMode->setEnabled(false);
 }
 

@@ -1,48 +1,39 @@
 #include "vpn/QVPNAdvProperty.h"
 
+#include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
-#include "vpn/ComboItems.h"
 #include "vpn/NameValidator.h"
-#include "vpn/PageRows.h"
 #include "xml/CustomInfo.h"
 
-using namespace rows;
+using namespace formrows;
+using Widgets = Ui_QVPNAdvProperty;
 
 namespace {
 
 // clang-format off
-const LabelRow labelRows[] = {
-    {&Widgets::label_TunnelName,    "VUI_L2TPTunnelName"},
-    {&Widgets::label_AuthMode,      "VUI_L2TPAuthMode"},
-    {&Widgets::label_HelloInterval, "VUI_L2TPHelloInterval"},
-    {&Widgets::label_Seconds,       "VUI_StaticSeconds"},
-    {&Widgets::label_L2tpPort,      "VUT_L2TPPORT"},
-    {&Widgets::label_TunnelPwd,     "VUI_L2TPTunnelPwd"},
+const Text<Widgets> textRows[] = {
+    {&Widgets::lineEdit_TunnelName,    &Widgets::label_TunnelName,    field<&L2TPCFG::L2TPTunnelName>},
+    {&Widgets::lineEdit_HelloInterval, &Widgets::label_HelloInterval, field<&L2TPCFG::L2TPHelloInterval>},
 };
-
-const CheckRow checkRows[] = {
-    {&Widgets::checkBox_TunnelAuthOn, "VUI_L2TPUseTunnelPwd"},
-    {&Widgets::checkBox_AVPHidden,    "VUI_L2TPAVPHidden"},
+const Choice<Widgets> choices[] = {
+    {&Widgets::comboBox_AuthMode, &Widgets::label_AuthMode, field<&L2TPCFG::L2TPAuthMode>},
 };
-
-const EditRow<L2TPCFG> editRows[] = {
-    {&Widgets::lineEdit_TunnelName,    30, &L2TPCFG::L2TPTunnelName},
-    {&Widgets::lineEdit_HelloInterval,  5, &L2TPCFG::L2TPHelloInterval},
-};
-
-const ComboRow<L2TPCFG> comboRows[] = {
-    {&Widgets::comboBox_AuthMode, items::authModes, &L2TPCFG::L2TPAuthMode},
+const Caption<Widgets> captions[] = {
+    {&Widgets::label_Seconds,         "VUI_StaticSeconds"},
+    {&Widgets::label_L2tpPort,        field<&L2TPCFG::L2TPPort>},
+    {&Widgets::label_TunnelPwd,       field<&L2TPCFG::L2TPTunnelPwd>},
+    {&Widgets::checkBox_TunnelAuthOn, field<&L2TPCFG::L2TPUseTunnelPwd>},
+    {&Widgets::checkBox_AVPHidden,    field<&L2TPCFG::L2TPAVPHidden>},
 };
 // clang-format on
-
-constexpr int maxPasswordLength = 16;
 
 } // namespace
 
 void QVPNAdvProperty::setL2tpText()
 {
-    showLabels(ui, labelRows);
-    showCheckBoxes(ui, checkRows);
+    setTexts(ui, textRows);
+    setTexts(ui, choices);
+    setTexts(ui, captions);
 }
 
 void QVPNAdvProperty::setL2tpInit()
@@ -55,10 +46,10 @@ void QVPNAdvProperty::setL2tpInit()
     ui.lineEdit_TunnelName->setValidator(new NameValidator(this));
     ui.lineEdit_TunnelPwd->setValidator(
         new QRegExpValidator(QRegExp(QStringLiteral(R"([\x20-\x7e]+)"), Qt::CaseSensitive), this));
-    ui.lineEdit_TunnelPwd->setMaxLength(maxPasswordLength);
-    fillCombos(ui, comboRows);
-    selectCombos(ui, comboRows, l2tp);
-    loadEdits(ui, editRows, l2tp);
+    limit(ui.lineEdit_TunnelPwd, field<&L2TPCFG::L2TPTunnelPwd>);
+    addWords(ui, choices);
+    load(ui, choices, *info);
+    load(ui, textRows, *info);
 
     if (l2tp.L2TPUseTunnelPwd != 0) {
         ui.checkBox_TunnelAuthOn->setChecked(true);
@@ -110,7 +101,7 @@ void QVPNAdvProperty::saveL2tpCfg()
         l2tp.L2TPUseTunnelPwd = 0;
     }
 
-    storeCombos(ui, comboRows, l2tp);
+    store(ui, choices, *info);
     l2tp.L2TPAVPHidden = ui.checkBox_AVPHidden->isChecked() ? 1 : 0;
 
     // Contract: a negative port wraps to a large number and is refused; a text that is no number counts as 0.

@@ -1,10 +1,11 @@
 #include "vpn/QVPNAdvProperty.h"
 
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
 #include "vpn/IpInfo.h"
-#include "xml/CustomInfo.h"
+#include "xml/RecordRows.h"
 
 namespace {
 
@@ -17,7 +18,8 @@ constexpr int maxRoutes = 10;
 void QVPNAdvProperty::setRouteText()
 {
     ui.label_RouteDes->setText(langText("VUI_AddRoutePrincple"));
-    setColumns(ui.treeWidget_RouteList, {langText("VUI_IP"), langText("VUI_Mask")}, {170, 170});
+    setColumns(ui.treeWidget_RouteList, {labelText(field<&VPN_RouteInfo::ip>), labelText(field<&VPN_RouteInfo::mask>)},
+               {170, 170});
     ui.treeWidget_RouteList->setAccessibleName(langText("VUI_RouteSetting"));
     ui.pushButton_Add->setText(langText("VUI_Add"));
     ui.pushButton_Delete->setText(langText("VUI_Delete"));

@@ -1,5 +1,6 @@
 #include "advanced/CustomAdvProperty.h"
 #include "advanced/KEFCusOpt.h"
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/mainwindow/orvexmanager.h"
 #include "app/widgets/FitToTexts.h"
@@ -50,30 +51,22 @@ template <size_t count> void tick(const Widgets& ui, const Component (&component
         (ui.*component.box)->setChecked((mask & component.value) != 0);
 }
 
-struct Word
+/// The chosen components in a fixed spelling, each with two blanks behind it.
+QString summaryOf(const words::List& components, int mask)
 {
-    int value;
-    const char* text;
-};
-// Contract: SSL VPN comes before WLAN, against the order of the values.
-const Word accessWords[] = {{1, "802.1X  "},  {2, "Portal  "}, {4, "L2TP IPsec VPN  "},
-                            {16, "SSLVPN  "}, {8, "WLAN  "},   {32, "ZOADirect  "}};
-const Word functionWords[] = {{1, "ZOA  "}, {4, "KEF  "}};
+    QString summary;
+    for (const words::Word& word : components) {
+        if ((mask & static_cast<int>(words::number(word))) != 0)
+            summary += wordText(word) + QLatin1String("  ");
+    }
+    return summary;
+}
 
 } // namespace
 
 QString OrvexManager::GetCusCompStr(int procomVal, int funcomVal)
 {
-    QString summary;
-    for (const Word& word : accessWords) {
-        if (procomVal & word.value)
-            summary += QLatin1String(word.text);
-    }
-    for (const Word& word : functionWords) {
-        if (funcomVal & word.value)
-            summary += QLatin1String(word.text);
-    }
-    return summary;
+    return summaryOf(words::accessComponents, procomVal) + summaryOf(words::functionComponents, funcomVal);
 }
 
 void OrvexManager::refreshCusClient()
