@@ -94,10 +94,10 @@ private:
     QStringList m_boxes;
 };
 
-/// The body of main(): the application object with the English texts, then the tests.
+/// The test within the application object with the English texts.
 template <class Test> int runTest(int argc, char** argv)
 {
-    return windowplay::runTest<Test>(argc, argv, [] { windowplay::useLanguage(QStringLiteral("en")); });
+    return windowplay::runTest<Test, windowplay::useEnglish>(argc, argv);
 }
 
 } // namespace advplay

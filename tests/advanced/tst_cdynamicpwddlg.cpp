@@ -1,6 +1,7 @@
 #include "advanced/CDynamicPwdDlg.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -128,9 +129,6 @@ void TstCDynamicPwdDlg::cancelLeavesTheFlagsAtZero()
     QCOMPARE(int(dialog.changeEnable), 0);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCDynamicPwdDlg>(argc, argv);
-}
+TEST_ENTRY(cdynamicpwddlg, runTest<TstCDynamicPwdDlg>)
 
 #include "tst_cdynamicpwddlg.moc"

@@ -1,6 +1,7 @@
 #include "advanced/CInput1XDomainDlg.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
 
 #include <QCheckBox>
@@ -416,9 +417,6 @@ void TstCInput1XDomainDlg::cancelLeavesTheGivenValues()
     QCOMPARE(dialog.defaultExists, 3UL);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCInput1XDomainDlg>(argc, argv);
-}
+TEST_ENTRY(cinput1xdomaindlg, runTest<TstCInput1XDomainDlg>)
 
 #include "tst_cinput1xdomaindlg.moc"

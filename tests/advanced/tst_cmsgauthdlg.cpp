@@ -1,6 +1,7 @@
 #include "advanced/CMsgAuthDlg.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -347,9 +348,6 @@ void TstCMsgAuthDlg::cancelStoresNothing()
     QCOMPARE(dialog.port, 0UL);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCMsgAuthDlg>(argc, argv);
-}
+TEST_ENTRY(cmsgauthdlg, runTest<TstCMsgAuthDlg>)
 
 #include "tst_cmsgauthdlg.moc"

@@ -2,6 +2,7 @@
 #include "advanced/GatewayListHolder.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -628,9 +629,6 @@ void TstCSslVpnIp::cancelStoresNothing()
     QCOMPARE(dialog.dialogMode, 1);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCSslVpnIp>(argc, argv);
-}
+TEST_ENTRY(csslvpnip, runTest<TstCSslVpnIp>)
 
 #include "tst_csslvpnip.moc"

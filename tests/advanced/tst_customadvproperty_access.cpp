@@ -1,4 +1,5 @@
 #include "advanced/CustomAdvPlayer.h"
+#include "support/TestEntry.h"
 
 using namespace advplay;
 
@@ -317,9 +318,6 @@ void TstCustomAdvPropertyAccess::positionsBeyondTheListsStay()
     QCOMPARE(changes(before, open.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyAccess>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_access, runTest<TstCustomAdvPropertyAccess>)
 
 #include "tst_customadvproperty_access.moc"

@@ -1,6 +1,7 @@
 #include "advanced/CustomAdvPlayer.h"
 
 #include "advanced/CInput1XDomainDlg.h"
+#include "support/TestEntry.h"
 
 #include <QLineEdit>
 
@@ -713,9 +714,6 @@ void TstCustomAdvPropertyDomain::cancelDropsTheList()
     QCOMPARE(changes(startWith(2), open.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyDomain>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_domain, runTest<TstCustomAdvPropertyDomain>)
 
 #include "tst_customadvproperty_domain.moc"

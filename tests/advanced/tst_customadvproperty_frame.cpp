@@ -3,6 +3,7 @@
 #include "advanced/CMsgAuthDlg.h"
 #include "advanced/WancontrolDlg.h"
 #include "support/DialogPlay.h"
+#include "support/TestEntry.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -873,9 +874,6 @@ void TstCustomAdvPropertyFrame::labelsAreBuddiesOfTheirFields()
         QVERIFY2(!open.widget<QWidget>(field)->accessibleName().isEmpty(), field);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyFrame>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_frame, runTest<TstCustomAdvPropertyFrame>)
 
 #include "tst_customadvproperty_frame.moc"

@@ -5,6 +5,7 @@
 #include "advanced/CWanEscapeDlg.h"
 #include "advanced/UninstallPasswd.h"
 #include "advanced/WancontrolDlg.h"
+#include "support/TestEntry.h"
 
 #include <QLineEdit>
 
@@ -767,9 +768,6 @@ void TstCustomAdvPropertyFunc::smallDialogsBelongToTheDialog()
     QCOMPARE(parents, QList<QObject*>({&open.dialog, &open.dialog, &open.dialog, &open.dialog, &open.dialog}));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyFunc>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_func, runTest<TstCustomAdvPropertyFunc>)
 
 #include "tst_customadvproperty_func.moc"

@@ -1,6 +1,7 @@
 #include "advanced/CustomAdvPlayer.h"
 
 #include "advanced/CSslVpnIp.h"
+#include "support/TestEntry.h"
 
 #include <QLineEdit>
 
@@ -617,9 +618,6 @@ void TstCustomAdvPropertyGateways::noGatewaysStoreNoDefault()
     QVERIFY(open.info.sslvpn.remote.isEmpty());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyGateways>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_gateways, runTest<TstCustomAdvPropertyGateways>)
 
 #include "tst_customadvproperty_gateways.moc"

@@ -1,5 +1,6 @@
 #include "advanced/CustomAdvPlayer.h"
 
+#include "support/TestEntry.h"
 #include "vpn/QVPNAdvProperty.h"
 
 #include <QButtonGroup>
@@ -860,9 +861,6 @@ void TstCustomAdvPropertyL2tp::cancelledVpnDialogStoresNothing()
     QCOMPARE(changes(startWithKey("PRE-SHARE", 0), open.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyL2tp>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_l2tp, runTest<TstCustomAdvPropertyL2tp>)
 
 #include "tst_customadvproperty_l2tp.moc"

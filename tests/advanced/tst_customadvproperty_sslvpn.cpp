@@ -1,4 +1,5 @@
 #include "advanced/CustomAdvPlayer.h"
+#include "support/TestEntry.h"
 
 #include <QLineEdit>
 
@@ -778,9 +779,6 @@ void TstCustomAdvPropertySslVpn::refusedOkLeavesTheWorkingDataAlone()
     QCOMPARE(changes(startWith(2, 2), open.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertySslVpn>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_sslvpn, runTest<TstCustomAdvPropertySslVpn>)
 
 #include "tst_customadvproperty_sslvpn.moc"

@@ -1,4 +1,5 @@
 #include "advanced/CustomAdvPlayer.h"
+#include "support/TestEntry.h"
 
 #include <QAbstractButton>
 #include <QFileDialog>
@@ -531,9 +532,6 @@ void TstCustomAdvPropertyWalk::anyWalkKeepsTheInvariants()
     QVERIFY(domains > 5);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyWalk>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_walk, runTest<TstCustomAdvPropertyWalk>)
 
 #include "tst_customadvproperty_walk.moc"

@@ -1,4 +1,5 @@
 #include "advanced/CustomAdvPlayer.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -476,9 +477,6 @@ void TstCustomAdvPropertyZoa::cancelledBrowseLeavesTheEdit()
     QCOMPARE(open.textOf("lineEdit_mainIcon_dir"), QStringLiteral("typed"));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCustomAdvPropertyZoa>(argc, argv);
-}
+TEST_ENTRY(customadvproperty_zoa, runTest<TstCustomAdvPropertyZoa>)
 
 #include "tst_customadvproperty_zoa.moc"

@@ -1,6 +1,7 @@
 #include "advanced/CWanEscapeDlg.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QDialogButtonBox>
 #include <QIntValidator>
@@ -333,9 +334,6 @@ void TstCWanEscapeDlg::cancelClosesTheWindowAndStoresNothing()
     QCOMPARE(results(dialog), QStringList({QString(), QString(), QString(), QString()}));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstCWanEscapeDlg>(argc, argv);
-}
+TEST_ENTRY(cwanescapedlg, runTest<TstCWanEscapeDlg>)
 
 #include "tst_cwanescapedlg.moc"

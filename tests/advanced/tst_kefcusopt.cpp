@@ -1,6 +1,7 @@
 #include "advanced/KEFCusOpt.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -218,9 +219,6 @@ void TstKEFCusOpt::cancelStoresNothing()
     QVERIFY(!dialog.customize);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstKEFCusOpt>(argc, argv);
-}
+TEST_ENTRY(kefcusopt, runTest<TstKEFCusOpt>)
 
 #include "tst_kefcusopt.moc"

@@ -1,6 +1,7 @@
 #include "advanced/UninstallPasswd.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -256,9 +257,6 @@ void TstUninstallPasswd::cancelStoresNothing()
     QCOMPARE(dialog.extendPassword, 0U);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstUninstallPasswd>(argc, argv);
-}
+TEST_ENTRY(uninstallpasswd, runTest<TstUninstallPasswd>)
 
 #include "tst_uninstallpasswd.moc"

@@ -1,6 +1,7 @@
 #include "advanced/WancontrolDlg.h"
 #include "support/DialogPlay.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QDialogButtonBox>
 #include <QRadioButton>
@@ -122,9 +123,6 @@ void TstWancontrolDlg::cancelClosesTheWindow()
     QCOMPARE(closeEvents.count, 1);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstWancontrolDlg>(argc, argv);
-}
+TEST_ENTRY(wancontroldlg, runTest<TstWancontrolDlg>)
 
 #include "tst_wancontroldlg.moc"

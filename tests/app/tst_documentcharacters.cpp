@@ -1,5 +1,6 @@
 #include "app/myapplication.h"
 #include "app/widgets/DocumentCharacters.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
 #include <QClipboard>
@@ -113,9 +114,6 @@ void TstDocumentCharacters::ordinaryTypingCanBeUndone()
     QCOMPARE(edit.text(), QString());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstDocumentCharacters>(argc, argv);
-}
+TEST_ENTRY(documentcharacters, runTest<TstDocumentCharacters>)
 
 #include "tst_documentcharacters.moc"

@@ -1,6 +1,7 @@
 #include "app/language/CLanguageParser.h"
 #include "common/Version.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QDomDocument>
@@ -464,6 +465,6 @@ void TstLanguageKeys::versionHasTheFormOfAProductVersion()
     QCOMPARE(QString::fromLocal8Bit(utl_OrvexVerDisplay()), display);
 }
 
-QTEST_APPLESS_MAIN(TstLanguageKeys)
+TEST_ENTRY(languagekeys, runApplessTest<TstLanguageKeys>)
 
 #include "tst_languagekeys.moc"

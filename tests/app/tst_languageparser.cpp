@@ -1,5 +1,6 @@
 #include "app/language/CLanguageParser.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -375,6 +376,6 @@ void TstLanguageParser::secondThreadReadsTheSameTexts()
     QCOMPARE(other, 0);
 }
 
-QTEST_APPLESS_MAIN(TstLanguageParser)
+TEST_ENTRY(languageparser, runApplessTest<TstLanguageParser>)
 
 #include "tst_languageparser.moc"

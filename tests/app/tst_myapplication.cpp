@@ -2,7 +2,9 @@
 #include "app/myapplication.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QIcon>
@@ -27,7 +29,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -39,12 +40,9 @@
 
 namespace {
 
-const char s_lockPath[] = "/tmp/OrvexMng_lock";
-
-/// What the functions of the C library below saw, and how they shall answer. Plain, for they run before main.
+/// What the functions of the C library below saw, and how they shall answer.
 struct Watch
 {
-    bool isOn;
     int opens;
     int openFlags;
     unsigned openMode;
@@ -60,27 +58,9 @@ struct Watch
 };
 Watch s_watch;
 
-template <class Function> Function next(const char* name)
+int watchedOpen(interposed::Open::Real real, const char* path, int flags, mode_t mode)
 {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
-} // namespace
-
-// These stand before the C library's, by other names here, since its headers may define some of them inline.
-extern "C" int watchedOpen(const char* path, int flags, ...) __asm__("open");
-extern "C" int watchedFcntl(int descriptor, int command, ...) __asm__("fcntl");
-extern "C" DIR* watchedOpendir(const char* path) __asm__("opendir");
-extern "C" int watchedAccess(const char* path, int mode) __asm__("access");
-
-extern "C" int watchedOpen(const char* path, int flags, ...)
-{
-    static const auto real = next<int (*)(const char*, int, ...)>("open");
-    va_list rest;
-    va_start(rest, flags);
-    const unsigned mode = flags & O_CREAT ? va_arg(rest, unsigned) : 0;
-    va_end(rest);
-    if (!s_watch.isOn || strcmp(path, s_lockPath) != 0)
+    if (strcmp(path, interposed::instanceLock) != 0)
         return real(path, flags, mode);
     ++s_watch.opens;
     s_watch.openFlags = flags;
@@ -95,14 +75,9 @@ extern "C" int watchedOpen(const char* path, int flags, ...)
     return s_watch.openDescriptor;
 }
 
-extern "C" int watchedFcntl(int descriptor, int command, ...)
+int watchedFcntl(interposed::Fcntl::Real real, int descriptor, int command, void* argument)
 {
-    static const auto real = next<int (*)(int, int, ...)>("fcntl");
-    va_list rest;
-    va_start(rest, command);
-    void* argument = va_arg(rest, void*);
-    va_end(rest);
-    if (!s_watch.isOn || command != F_SETLK)
+    if (command != F_SETLK)
         return real(descriptor, command, argument);
     ++s_watch.locks;
     s_watch.lockDescriptor = descriptor;
@@ -114,25 +89,34 @@ extern "C" int watchedFcntl(int descriptor, int command, ...)
     return real(descriptor, command, argument);
 }
 
-extern "C" DIR* watchedOpendir(const char* path)
+/// The directory of the lock file does not seem to exist.
+bool isHidden(const char* path)
 {
-    static const auto real = next<DIR* (*)(const char*)>("opendir");
-    if (s_watch.isDirectoryMissing && strcmp(path, "/tmp") == 0) {
-        errno = ENOENT;
-        return nullptr;
-    }
-    return real(path);
+    if (!s_watch.isDirectoryMissing || strcmp(path, "/tmp") != 0)
+        return false;
+    errno = ENOENT;
+    return true;
 }
 
-extern "C" int watchedAccess(const char* path, int mode)
+DIR* watchedOpendir(interposed::Opendir::Real real, const char* path)
 {
-    static const auto real = next<int (*)(const char*, int)>("access");
-    if (s_watch.isDirectoryMissing && strcmp(path, "/tmp") == 0) {
-        errno = ENOENT;
-        return -1;
-    }
-    return real(path, mode);
+    return isHidden(path) ? nullptr : real(path);
 }
+
+int watchedAccess(interposed::Access::Real real, const char* path, int mode)
+{
+    return isHidden(path) ? -1 : real(path, mode);
+}
+
+void watch()
+{
+    interposed::onOpen = watchedOpen;
+    interposed::onFcntl = watchedFcntl;
+    interposed::onOpendir = watchedOpendir;
+    interposed::onAccess = watchedAccess;
+}
+
+} // namespace
 
 // The child.
 namespace {
@@ -208,7 +192,7 @@ protected:
 
 QString lockFile()
 {
-    return s_watch.movedLock ? QFile::decodeName(s_watch.movedLock) : QString::fromLatin1(s_lockPath);
+    return s_watch.movedLock ? QFile::decodeName(s_watch.movedLock) : QString::fromLatin1(interposed::instanceLock);
 }
 
 void tellStart(const CMyApplication& app, const CommandRecorder& recorder)
@@ -258,7 +242,7 @@ int runStart(int argc, char** argv)
     s_watch.openError = wish("openError").toInt();
     s_watch.lockError = wish("lockError").toInt();
     s_watch.isDirectoryMissing = !wish("missingDirectory").isEmpty();
-    s_watch.isOn = true;
+    watch();
     if (!wish("umask").isEmpty())
         umask(mode_t(wish("umask").toInt(nullptr, 8)));
     bool serverWentFirst = false;
@@ -296,7 +280,7 @@ int runForeign(int argc, char** argv)
 /// Who holds the instance lock.
 int runProbe()
 {
-    const int descriptor = open(s_lockPath, O_RDWR);
+    const int descriptor = open(interposed::instanceLock, O_RDWR);
     struct flock lock = {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
@@ -729,7 +713,7 @@ void TstMyApplication::lockFileIsOpenedOnceInTheProcess()
     client.disconnectFromServer();
     QTest::qWait(50);
     QCOMPARE(s_watch.opens, 1);
-    QCOMPARE(descriptorsOf(QString::fromLatin1(s_lockPath)), 1);
+    QCOMPARE(descriptorsOf(QString::fromLatin1(interposed::instanceLock)), 1);
 }
 
 void TstMyApplication::missingDirectoryOfTheLockIsMade()
@@ -1491,8 +1475,10 @@ void TstMyApplication::connectionIsWaitedForASecondAtMost()
     QTRY_COMPARE(client.state(), QLocalSocket::UnconnectedState);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::takeInstanceLockOfTheMachine();
+    QCoreApplication::setApplicationName(QStringLiteral("tst_myapplication"));
     if (argc > 1 && strcmp(argv[1], "--child") == 0)
         return runChild(argc, argv);
     if (CMyApplication::current() || langText("manager_title") != QLatin1String(s_missing)) {
@@ -1500,7 +1486,7 @@ int main(int argc, char** argv)
         return 1;
     }
     installation::clear();
-    s_watch.isOn = true;
+    watch();
     CMyApplication application(argc, argv);
     if (application.m_bAlreadyRunning) {
         fprintf(stderr, "the instance lock is held by another process\n");
@@ -1511,5 +1497,7 @@ int main(int argc, char** argv)
     TstMyApplication test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(myapplication, run)
 
 #include "tst_myapplication.moc"

@@ -1,4 +1,5 @@
 #include "app/widgets/Tables.h"
+#include "support/TestEntry.h"
 
 #include <QHeaderView>
 #include <QTest>
@@ -73,6 +74,6 @@ void TstTables::eachCellHasItsTextAsToolTip()
     QCOMPARE(row->toolTip(2), literalToolTip(QStringLiteral("a<b")));
 }
 
-QTEST_MAIN(TstTables)
+TEST_ENTRY(tables, runWindowTest<TstTables>)
 
 #include "tst_tables.moc"

@@ -3,6 +3,7 @@
 #include "app/widgets/WarningBox.h"
 #include "support/Installation.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
 #include <QLineEdit>
@@ -237,9 +238,6 @@ void TstWarningBox::refuseWithoutAFieldLeavesTheFocus()
     QCOMPARE(fields.window.focusWidget(), &fields.second);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstWarningBox>(argc, argv);
-}
+TEST_ENTRY(warningbox, runTest<TstWarningBox>)
 
 #include "tst_warningbox.moc"

@@ -1,4 +1,5 @@
 #include "common/AddressRules.h"
+#include "support/TestEntry.h"
 
 #include <QtTest>
 
@@ -101,5 +102,5 @@ void TstAddressRules::dottedPatternIsTheContractualText()
     QCOMPARE(QByteArray(dottedAddressPattern), QByteArray("^((([1-9]{0,1}|2[0-4]|1\\d)\\d|25[0-5])(\\.|$)){4}"));
 }
 
-QTEST_APPLESS_MAIN(TstAddressRules)
+TEST_ENTRY(addressrules, runApplessTest<TstAddressRules>)
 #include "tst_addressrules.moc"

@@ -1,4 +1,5 @@
 #include "common/Base64.h"
+#include "support/TestEntry.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -306,5 +307,5 @@ void TstBase64::randomBytesMatchOpenSslInBothDirections()
     }
 }
 
-QTEST_GUILESS_MAIN(TstBase64)
+TEST_ENTRY(base64, runGuilessTest<TstBase64>)
 #include "tst_base64.moc"

@@ -3,6 +3,7 @@
 #include "common/Version.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -520,7 +521,7 @@ void TstClientArchive::executablePathOf259CharactersStopsTheGenerator()
     QCOMPARE(installation::callFromPathOfLength(length, QStringLiteral("genFilePack")), report);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     if (argc == 3 && strcmp(argv[1], "call") == 0) {
@@ -530,5 +531,7 @@ int main(int argc, char** argv)
     TstClientArchive test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(clientarchive, run)
 
 #include "tst_clientarchive.moc"

@@ -2,6 +2,8 @@
 #include "common/KeyGen.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
+#include "support/TestEntry.h"
 #include "xml/InChild.h"
 
 #include <QCryptographicHash>
@@ -15,24 +17,6 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-namespace {
-
-// The time that the process sees; 0 is the true one.
-time_t s_time = 0;
-
-} // namespace
-
-// The test executable's own time() stands before the C library's.
-extern "C" time_t time(time_t* out) noexcept
-{
-    timespec now = {};
-    clock_gettime(CLOCK_REALTIME, &now);
-    const time_t answer = s_time != 0 ? s_time : now.tv_sec;
-    if (out)
-        *out = answer;
-    return answer;
-}
 
 namespace {
 
@@ -219,14 +203,14 @@ void TstCustomInfoVerify::initTestCase()
 
 void TstCustomInfoVerify::init()
 {
-    s_time = 0;
+    frozenTime = 0;
     installation::clear();
     QVERIFY(QDir().mkpath(installation::path(QStringLiteral("custom"))));
 }
 
 void TstCustomInfoVerify::cleanup()
 {
-    s_time = 0;
+    frozenTime = 0;
 }
 
 void TstCustomInfoVerify::limitsHaveTheirValues()
@@ -266,7 +250,7 @@ void TstCustomInfoVerify::fileHoldsRandomBytesAndTheDigest()
 void TstCustomInfoVerify::randomBytesComeFromTheSecond()
 {
     installation::writeFile(documentPath(), document);
-    s_time = 1763610061;
+    frozenTime = 1763610061;
     QVERIFY(generate(documentPath()).done);
     srand(1763610061U);
     QByteArray expected;
@@ -277,7 +261,7 @@ void TstCustomInfoVerify::randomBytesComeFromTheSecond()
 
 void TstCustomInfoVerify::twoFilesOfOneSecondHaveTheSameRandomBytes()
 {
-    s_time = 1763610061;
+    frozenTime = 1763610061;
     installation::writeFile(documentPath(), document);
     QVERIFY(generate(documentPath()).done);
     const QByteArray first = generated();
@@ -289,7 +273,7 @@ void TstCustomInfoVerify::twoFilesOfOneSecondHaveTheSameRandomBytes()
     QCOMPARE(generated().left(240), first.left(240));
     QVERIFY(generated().mid(240) != first.mid(240));
 
-    s_time = 1763610062;
+    frozenTime = 1763610062;
     QVERIFY(generate(documentPath()).done);
     QVERIFY(generated().left(240) != first.left(240));
 }
@@ -299,7 +283,7 @@ void TstCustomInfoVerify::noRandomByteIs255()
     installation::writeFile(documentPath(), document);
     QVector<int> count(256);
     for (int second = 0; second < 200; ++second) {
-        s_time = 1763610061 + second;
+        frozenTime = 1763610061 + second;
         QVERIFY(generate(documentPath()).done);
         for (const char byte : generated().left(240))
             ++count[uchar(byte)];
@@ -726,5 +710,5 @@ void TstCustomInfoVerify::directoryMayHoldBlanksAndChineseCharacters()
     QCOMPARE(hints().first(), QStringLiteral("vrf file path is: ") + other + QLatin1String("/OrvexCustomXml.vrf"));
 }
 
-QTEST_GUILESS_MAIN(TstCustomInfoVerify)
+TEST_ENTRY(custominfoverify, runGuilessTest<TstCustomInfoVerify>)
 #include "tst_custominfoverify.moc"

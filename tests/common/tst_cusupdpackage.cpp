@@ -2,6 +2,7 @@
 #include "common/Version.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -491,7 +492,7 @@ void TstCusUpdPackage::executablePathOf259CharactersStopsTheGenerators()
     QCOMPARE(installation::callFromPathOfLength(length, function), report);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     if (argc == 3 && strcmp(argv[1], "call") == 0) {
@@ -509,5 +510,7 @@ int main(int argc, char** argv)
     TstCusUpdPackage test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(cusupdpackage, run)
 
 #include "tst_cusupdpackage.moc"

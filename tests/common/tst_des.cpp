@@ -1,4 +1,5 @@
 #include "common/Des.h"
+#include "support/TestEntry.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -712,5 +713,5 @@ void TstDes::randomTextsMatchOpenSslTripleDes()
     }
 }
 
-QTEST_GUILESS_MAIN(TstDes)
+TEST_ENTRY(des, runGuilessTest<TstDes>)
 #include "tst_des.moc"

@@ -1,5 +1,6 @@
 #include "common/Base64.h"
 #include "common/FieldCipher.h"
+#include "support/TestEntry.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -530,5 +531,5 @@ void TstFieldCipher::randomFieldsMatchOpenSslAndComeBack()
     }
 }
 
-QTEST_GUILESS_MAIN(TstFieldCipher)
+TEST_ENTRY(fieldcipher, runGuilessTest<TstFieldCipher>)
 #include "tst_fieldcipher.moc"

@@ -1,6 +1,7 @@
 #include "common/PackageGenerators.h"
 #include "common/Version.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -193,5 +194,5 @@ void TstGeneratorSpeed::generatorsAreAsFastAsTheirCommands()
     QVERIFY(ratio() <= s_limitRatio);
 }
 
-QTEST_GUILESS_MAIN(TstGeneratorSpeed)
+TEST_ENTRY(generatorspeed, runGuilessTest<TstGeneratorSpeed>)
 #include "tst_generatorspeed.moc"

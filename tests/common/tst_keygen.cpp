@@ -1,4 +1,5 @@
 #include "common/KeyGen.h"
+#include "support/TestEntry.h"
 
 #include <QtTest>
 
@@ -167,5 +168,5 @@ void TstKeyGen::sameSeedGivesTheSameKey()
     QVERIFY(keyOf(seed) != keyOf({9, 8, 7, 6, 5, 4, 2}));
 }
 
-QTEST_APPLESS_MAIN(TstKeyGen)
+TEST_ENTRY(keygen, runApplessTest<TstKeyGen>)
 #include "tst_keygen.moc"

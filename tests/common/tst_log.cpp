@@ -1,6 +1,8 @@
 #include "common/Log.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
+#include "support/TestEntry.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -12,7 +14,6 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -21,31 +22,12 @@
 
 namespace {
 
-constexpr time_t realClock = -1;
-std::atomic<time_t> s_clock{realClock};
-
-} // namespace
-
-// Stands before the C library's, so that a test can choose the second in which a line is written.
-extern "C" time_t time(time_t* out) noexcept
-{
-    using Time = time_t (*)(time_t*);
-    static const Time real = reinterpret_cast<Time>(dlsym(RTLD_NEXT, "time"));
-    const time_t fixed = s_clock;
-    const time_t now = fixed == realClock ? real(nullptr) : fixed;
-    if (out)
-        *out = now;
-    return now;
-}
-
-namespace {
-
 // The clock stands still at a local time, "YYYY-MM-DD HH:MM:SS", until the object goes.
 class StoppedClock
 {
 public:
     explicit StoppedClock(const char* localTime) { set(localTime); }
-    ~StoppedClock() { s_clock = realClock; }
+    ~StoppedClock() { frozenTime = 0; }
     StoppedClock(const StoppedClock&) = delete;
     StoppedClock& operator=(const StoppedClock&) = delete;
 
@@ -54,7 +36,7 @@ public:
         tm fields = {};
         QVERIFY(strptime(localTime, "%Y-%m-%d %H:%M:%S", &fields));
         fields.tm_isdst = -1;
-        s_clock = mktime(&fields);
+        frozenTime = mktime(&fields);
     }
 };
 
@@ -545,7 +527,7 @@ void TstLog::longExecutablePathIsRefusedInSilence()
     QCOMPARE(logFiles(inner + QLatin1String("/Log")).size(), logged ? 1 : 0);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     if (argc == 2 && strncmp(argv[1], "--log", 5) == 0)
         return logOneLine(argv[1]);
@@ -553,5 +535,7 @@ int main(int argc, char** argv)
     TstLog test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(log, run)
 
 #include "tst_log.moc"

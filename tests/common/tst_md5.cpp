@@ -1,4 +1,5 @@
 #include "common/MD5.h"
+#include "support/TestEntry.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -340,5 +341,5 @@ void TstMd5::fileWithFewerBytesThanItsSizeGivesNoDigest()
     QCOMPARE(hex(digest), QByteArray("a5").repeated(16));
 }
 
-QTEST_GUILESS_MAIN(TstMd5)
+TEST_ENTRY(md5, runGuilessTest<TstMd5>)
 #include "tst_md5.moc"

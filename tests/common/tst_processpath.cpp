@@ -1,5 +1,7 @@
 #include "common/ProcessPath.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
+#include "support/TestEntry.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -10,7 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <unistd.h>
 #include <vector>
 
@@ -20,16 +21,9 @@ bool s_pretending = false;
 QByteArray s_target; // null: the link cannot be read
 QByteArrayList s_links;
 
-} // namespace
-
-// Stands before the C library's, so that a test can choose where the executable seems to lie. By another name here,
-// since the C library's header may define this one inline.
-extern "C" ssize_t pretendingReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
-
-extern "C" ssize_t pretendingReadlink(const char* path, char* buffer, size_t size)
+/// The test chooses where the executable seems to lie.
+ssize_t pretendingReadlink(interposed::Readlink::Real real, const char* path, char* buffer, size_t size)
 {
-    using Readlink = ssize_t (*)(const char*, char*, size_t);
-    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
     if (!s_pretending)
         return real(path, buffer, size);
     s_links.append(QByteArray(path));
@@ -41,8 +35,6 @@ extern "C" ssize_t pretendingReadlink(const char* path, char* buffer, size_t siz
     memcpy(buffer, s_target.constData(), length);
     return static_cast<ssize_t>(length);
 }
-
-namespace {
 
 struct Answer
 {
@@ -282,13 +274,16 @@ void TstProcessPath::copyFindsItsOwnDirectory()
     QCOMPARE(installation::run(copy, {QStringLiteral("--directory"), QString::number(size)}), expected);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::onReadlink = pretendingReadlink;
     if (argc == 3 && strcmp(argv[1], "--directory") == 0)
         return printOwnDirectory(argv[2]);
     QCoreApplication application(argc, argv);
     TstProcessPath test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(processpath, run)
 
 #include "tst_processpath.moc"

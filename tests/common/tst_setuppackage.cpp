@@ -2,6 +2,7 @@
 #include "common/Version.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -304,7 +305,7 @@ void TstSetupPackage::executablePathOf259CharactersStopsTheGenerator()
     QCOMPARE(installation::callFromPathOfLength(length, generator), report);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     if (argc == 3 && strcmp(argv[1], "call") == 0) {
@@ -314,5 +315,7 @@ int main(int argc, char** argv)
     TstSetupPackage test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(setuppackage, run)
 
 #include "tst_setuppackage.moc"

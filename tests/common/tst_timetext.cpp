@@ -1,4 +1,5 @@
 #include "common/TimeText.h"
+#include "support/TestEntry.h"
 
 #include <QTest>
 
@@ -55,6 +56,6 @@ void TstTimeText::aStampWithoutALocalTimeHasNoText()
     QCOMPARE(localTimeText(std::numeric_limits<qlonglong>::max()), QByteArray());
 }
 
-QTEST_APPLESS_MAIN(TstTimeText)
+TEST_ENTRY(timetext, runApplessTest<TstTimeText>)
 
 #include "tst_timetext.moc"

@@ -2,6 +2,7 @@
 #include "common/Version.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QFile>
@@ -757,7 +758,7 @@ void TstUpdatePackage::executablePathOf259CharactersStopsTheGenerators()
     QCOMPARE(installation::callFromPathOfLength(length, function), report);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     if (argc == 3 && strcmp(argv[1], "call") == 0) {
@@ -775,5 +776,7 @@ int main(int argc, char** argv)
     TstUpdatePackage test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(updatepackage, run)
 
 #include "tst_updatepackage.moc"

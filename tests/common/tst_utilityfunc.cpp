@@ -1,6 +1,8 @@
 #include "common/UtilityFunc.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
+#include "support/TestEntry.h"
 
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -9,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -19,19 +20,16 @@ namespace {
 bool s_recordingSleep = false;
 std::vector<useconds_t> s_sleeps;
 
-} // namespace
-
-// Stands before the C library's, so that no test has to wait for an hour.
-extern "C" int usleep(useconds_t microseconds)
+/// No test has to wait for an hour.
+int recordedSleep(interposed::Usleep::Real real, useconds_t microseconds)
 {
-    if (s_recordingSleep) {
-        s_sleeps.push_back(microseconds);
-        return 0;
-    }
-    using Sleep = int (*)(useconds_t);
-    static const Sleep real = reinterpret_cast<Sleep>(dlsym(RTLD_NEXT, "usleep"));
-    return real(microseconds);
+    if (!s_recordingSleep)
+        return real(microseconds);
+    s_sleeps.push_back(microseconds);
+    return 0;
 }
+
+} // namespace
 
 using Operation = void (*)();
 Q_DECLARE_METATYPE(Operation)
@@ -1007,5 +1005,11 @@ void TstUtilityFunc::stateBeforeEachReplacementIsPrinted()
     QCOMPARE(output, expected);
 }
 
-QTEST_GUILESS_MAIN(TstUtilityFunc)
+static int run(int argc, char** argv)
+{
+    interposed::onUsleep = recordedSleep;
+    return runGuilessTest<TstUtilityFunc>(argc, argv);
+}
+
+TEST_ENTRY(utilityfunc, run)
 #include "tst_utilityfunc.moc"

@@ -2,6 +2,7 @@
 #include "common/KeyGen.h"
 #include "common/Version.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QCryptographicHash>
 #include <QtTest>
@@ -494,5 +495,5 @@ void TstVersion::pathAndSizeAreLogged()
     QCOMPARE(installation::log().count('\n'), 2);
 }
 
-QTEST_APPLESS_MAIN(TstVersion)
+TEST_ENTRY(version, runApplessTest<TstVersion>)
 #include "tst_version.moc"

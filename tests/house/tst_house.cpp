@@ -1,4 +1,5 @@
 #include "house/Layers.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -439,5 +440,6 @@ void TstHouse::anInstallationOverAnotherKeepsItsData()
              contentOf(sourceDir + QStringLiteral("/Resources/Language_en.xml")));
 }
 
-QTEST_GUILESS_MAIN(TstHouse)
+TEST_ENTRY(house, runGuilessTest<TstHouse>)
+
 #include "tst_house.moc"

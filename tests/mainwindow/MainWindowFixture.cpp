@@ -12,23 +12,6 @@
 #include <QPushButton>
 #include <QTextDocument>
 
-#include <ctime>
-
-time_t frozenTime = 0;
-bool isFrozenTimeTicking = false;
-
-extern "C" time_t time(time_t* out) noexcept
-{
-    timespec now = {};
-    clock_gettime(CLOCK_REALTIME, &now);
-    if (frozenTime != 0 && isFrozenTimeTicking)
-        ++frozenTime;
-    const time_t seconds = frozenTime != 0 ? frozenTime : now.tv_sec;
-    if (out)
-        *out = seconds;
-    return seconds;
-}
-
 void prepareInstallation()
 {
     installation::clear();

@@ -2,17 +2,13 @@
 
 #include "app/mainwindow/orvexmanager.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/ModalScript.h"
 #include "support/WindowPlay.h"
 
 #include <QMessageBox>
 #include <QTest>
 #include <QTreeWidget>
-
-/// Takes the place of the C library's time(): the clock of the tested code stands at this value while it is not 0.
-extern time_t frozenTime;
-/// Then each look at it moves that clock on by one second.
-extern bool isFrozenTimeTicking;
 
 /// A fresh store and settings below the test executable, in English, and the brand `tqm`.
 void prepareInstallation();
@@ -65,7 +61,7 @@ QString readToolTip(const QString& toolTip);
 /// Presses the button for details and closes what it shows. Empty when anything but a detail view came.
 QString titleOfDetails(const OrvexManager& window);
 
-/// The body of main(): the installation, the application object, then the tests.
+/// The test within a fresh installation and the application object.
 template <class Test> int playTest(int argc, char** argv)
 {
     prepareInstallation();

@@ -1,6 +1,8 @@
 #include "app/myapplication.h"
 #include "mainwindow/CommitPlay.h"
+#include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 
 #include <QComboBox>
 #include <QDesktopWidget>
@@ -36,21 +38,12 @@ void tell(const char* what, qint64 value)
     tell(what, QString::number(value));
 }
 
-} // namespace
-
-// Stands before the C library's, by another name here, since its header gives the first argument a type of its own.
-// The sanitizers call it before they are ready themselves, so it is not instrumented.
-extern "C" __attribute__((no_sanitize_address, no_sanitize_undefined)) int
-toldSetrlimit(int resource, const rlimit* limit) __asm__("setrlimit");
-
-extern "C" int toldSetrlimit(int resource, const rlimit* limit)
+int toldSetrlimit(interposed::Setrlimit::Real real, int resource, const rlimit* limit)
 {
     if (s_isProgram && resource == RLIMIT_NOFILE)
         tell("log when the limit is raised", QDir(installation::path(QStringLiteral("Log"))).exists());
-    return prlimit(0, static_cast<__rlimit_resource>(resource), limit, nullptr);
+    return real(resource, limit);
 }
-
-namespace {
 
 OrvexManager* mainWindow()
 {
@@ -252,7 +245,8 @@ void TstMain::childrenAndWorkingDirectoryStayAsTheyWere()
 void TstMain::aSecondStartLogsALineAndBuildsNoWindow()
 {
     const QString root = makeInstallation(QStringLiteral("orvex"));
-    const int descriptor = open("/tmp/OrvexMng_lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    const int descriptor = open(QFile::encodeName(root + QLatin1String(interposed::ownInstanceLock)).constData(),
+                                O_RDWR | O_CREAT | O_CLOEXEC, 0666);
     QVERIFY(descriptor >= 0);
     struct flock lock = {};
     lock.l_type = F_WRLCK;
@@ -304,16 +298,19 @@ void TstMain::aDirectoryTooDeepForTheHistoryIsRefusedWithALine()
     QVERIFY(log.contains(" [ERR]utl_DirCreate: path is too long: " + root.toLocal8Bit() + "UpdateCustom/1700000000\n"));
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "play") == 0) {
         s_play = argv[2];
         s_isProgram = !s_play.isEmpty();
+        interposed::onSetrlimit = toldSetrlimit;
         return programMain(argc, argv);
     }
     QCoreApplication application(argc, argv);
     TstMain test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_ENTRY(main, run)
 
 #include "tst_main.moc"

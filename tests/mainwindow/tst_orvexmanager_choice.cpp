@@ -3,6 +3,7 @@
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfoLoad.h"
 
 #include <QAbstractItemView>
@@ -337,9 +338,6 @@ void TstOrvexManagerChoice::anAlteredDocumentPutsTheComboBack()
                 .contains(QStringLiteral("GetSelCusDir::utl_CusXmlVerify failed.")));
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerChoice>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_choice, playTest<TstOrvexManagerChoice>)
 
 #include "tst_orvexmanager_choice.moc"

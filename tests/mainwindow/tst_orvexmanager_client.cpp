@@ -4,6 +4,7 @@
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -323,9 +324,6 @@ void TstOrvexManagerClient::untickingKefAsksNothingAndKeepsTheFields()
     QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.6"));
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerClient>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_client, playTest<TstOrvexManagerClient>)
 
 #include "tst_orvexmanager_client.moc"

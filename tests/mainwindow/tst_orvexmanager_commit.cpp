@@ -8,6 +8,7 @@
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfoLoad.h"
 
 #include <QCheckBox>
@@ -496,9 +497,6 @@ void TstOrvexManagerCommit::theStoredHistoryIsNotTouchedByACommit()
     QCOMPARE(window.history().size(), 2);
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerCommit>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_commit, playTest<TstOrvexManagerCommit>)
 
 #include "tst_orvexmanager_commit.moc"

@@ -2,6 +2,7 @@
 #include "mainwindow/MainWindowFixture.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
+#include "support/TestEntry.h"
 #include "view/ShowDetailDlg.h"
 
 #include <QComboBox>
@@ -385,9 +386,6 @@ void TstOrvexManagerDeletion::deleteAllOfNothingStopsAfterTheQuestion()
     QCOMPARE(tickedBoxes(window), before);
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerDeletion>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_deletion, playTest<TstOrvexManagerDeletion>)
 
 #include "tst_orvexmanager_deletion.moc"

@@ -3,6 +3,7 @@
 #include "app/language/LangText.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfo.h"
@@ -163,9 +164,6 @@ void TstOrvexManagerDetails::lookingAtADetailLeavesTheStoreAsItWas()
     QCOMPARE(storeAsItStands(), before);
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerDetails>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_details, playTest<TstOrvexManagerDetails>)
 
 #include "tst_orvexmanager_details.moc"

@@ -6,7 +6,9 @@
 #include "pack/WorkThread.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
+#include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -15,7 +17,6 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <dlfcn.h>
 #include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -57,21 +58,16 @@ void fillUp(CustomInfo& record)
     record.gui.subTitle = QString(rest, QLatin1Char('x'));
 }
 
-} // namespace
-
-// Stands before the C library's, by another name here, since its header may define this one inline.
-extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
-
-extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size)
+ssize_t losingReadlink(interposed::Readlink::Real real, const char* path, char* buffer, size_t size)
 {
-    using Readlink = ssize_t (*)(const char*, char*, size_t);
-    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
     if (s_isLost && !pthread_equal(pthread_self(), s_main)) {
         errno = EACCES;
         return -1;
     }
     return real(path, buffer, size);
 }
+
+} // namespace
 
 // Where a commit stops, and what it goes on through.
 class TstOrvexManagerFailures : public QObject
@@ -274,9 +270,12 @@ void TstOrvexManagerFailures::aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart
     QCOMPARE(shownTimes(nextStart), QStringList{QStringLiteral("2020-09-13 20:26:40")});
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::onReadlink = losingReadlink;
     return playTest<TstOrvexManagerFailures>(argc, argv);
 }
+
+TEST_ENTRY(orvexmanager_failures, run)
 
 #include "tst_orvexmanager_failures.moc"

@@ -3,6 +3,7 @@
 #include "mainwindow/MainWindowFixture.h"
 #include "pack/CustomCompleteDlg.h"
 #include "support/CommandRecorder.h"
+#include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 
 #include <QAction>
@@ -476,9 +477,6 @@ void TstOrvexManagerFrame::exitClosesTheWindow()
     QCOMPARE(counter.closes, 1);
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerFrame>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_frame, playTest<TstOrvexManagerFrame>)
 
 #include "tst_orvexmanager_frame.moc"

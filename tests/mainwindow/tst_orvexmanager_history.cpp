@@ -2,6 +2,7 @@
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "view/ShowDetailDlg.h"
 
 #include <QComboBox>
@@ -274,9 +275,6 @@ void TstOrvexManagerHistory::detailTakesTheStampOfTheDocumentForTheDirectory()
     QVERIFY(pressWarns(window, "toolButton_detail", "CusIniNotFound"));
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerHistory>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_history, playTest<TstOrvexManagerHistory>)
 
 #include "tst_orvexmanager_history.moc"

@@ -1,5 +1,7 @@
 #include "mainwindow/MainWindowFixture.h"
+#include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -7,7 +9,6 @@
 #include <algorithm>
 #include <cstring>
 #include <dirent.h>
-#include <dlfcn.h>
 #include <vector>
 
 namespace {
@@ -17,14 +18,10 @@ DIR* s_directory = nullptr;
 std::vector<dirent> s_entries;
 size_t s_next = 0;
 
-} // namespace
-
-// Stands before the C library's: while `s_isSorted` is set a directory gives its names in ascending order, so that a
-// test knows what the scan meets first. One directory at a time, read from its start to its end or abandoned.
-extern "C" dirent* readdir(DIR* directory)
+/// While `s_isSorted` is set a directory gives its names in ascending order, so that a test knows what the scan meets
+/// first. One directory at a time, read from its start to its end or abandoned.
+dirent* sortedReaddir(interposed::Readdir::Real real, DIR* directory)
 {
-    using Readdir = dirent* (*)(DIR*);
-    static const Readdir real = reinterpret_cast<Readdir>(dlsym(RTLD_NEXT, "readdir"));
     if (!s_isSorted)
         return real(directory);
     if (directory != s_directory) {
@@ -44,8 +41,6 @@ extern "C" dirent* readdir(DIR* directory)
     s_directory = nullptr;
     return nullptr;
 }
-
-namespace {
 
 QString numbered(const char* prefix, int number)
 {
@@ -447,9 +442,12 @@ void TstOrvexManagerScan::hostileStoresNeverCrashOrHangTheScan()
     QCOMPARE(installation::readFile(inHistory(QStringLiteral("1700000002/OrvexCustom.xml"))), document);
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::onReaddir = sortedReaddir;
     return playTest<TstOrvexManagerScan>(argc, argv);
 }
+
+TEST_ENTRY(orvexmanager_scan, run)
 
 #include "tst_orvexmanager_scan.moc"

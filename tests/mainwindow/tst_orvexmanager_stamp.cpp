@@ -1,6 +1,7 @@
 #include "common/CustomInfoVerify.h"
 #include "mainwindow/CommitPlay.h"
 #include "pack/WorkThread.h"
+#include "support/TestEntry.h"
 
 #include <QComboBox>
 #include <QDateTime>
@@ -129,9 +130,6 @@ void TstOrvexManagerStamp::aCommitPast2038IsFoundAgainOnlyByItsDirectory()
     QCOMPARE(installation::namesIn(inHistory()), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerStamp>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_stamp, playTest<TstOrvexManagerStamp>)
 
 #include "tst_orvexmanager_stamp.moc"

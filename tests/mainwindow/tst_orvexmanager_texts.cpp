@@ -1,4 +1,5 @@
 #include "mainwindow/MainWindowFixture.h"
+#include "support/TestEntry.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -406,9 +407,6 @@ void TstOrvexManagerTexts::aMaximisedWindowStaysSo()
     QVERIFY(window.isMaximized());
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOrvexManagerTexts>(argc, argv);
-}
+TEST_ENTRY(orvexmanager_texts, playTest<TstOrvexManagerTexts>)
 
 #include "tst_orvexmanager_texts.moc"

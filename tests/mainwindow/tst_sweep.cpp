@@ -6,6 +6,7 @@
 #include "pack/PackingWait.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "vpn/QVPNAdvProperty.h"
 #include "xml/CustomInfoLoad.h"
 
@@ -336,9 +337,6 @@ void TstSweep::tableAndListNameEveryFieldOnce()
     QCOMPARE(plain(settable + fixed).size(), plain(all).size());
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstSweep>(argc, argv);
-}
+TEST_ENTRY(sweep, playTest<TstSweep>)
 
 #include "tst_sweep.moc"

@@ -4,7 +4,9 @@
 #include "pack/CustomCompleteDlg.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
 #include <QDir>
@@ -18,7 +20,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <dlfcn.h>
 #include <sys/types.h>
 
 using windowplay::child;
@@ -30,16 +31,9 @@ namespace {
 bool s_isElsewhere = false;
 QByteArray s_executable; // null: nobody finds the executable
 
-} // namespace
-
-// Stands before the C library's, so that a test can choose where the executable seems to lie. By another name here,
-// since the C library's header may define this one inline.
-extern "C" ssize_t movingReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
-
-extern "C" ssize_t movingReadlink(const char* path, char* buffer, size_t size)
+/// The test chooses where the executable seems to lie.
+ssize_t movingReadlink(interposed::Readlink::Real real, const char* path, char* buffer, size_t size)
 {
-    using Readlink = ssize_t (*)(const char*, char*, size_t);
-    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
     if (!s_isElsewhere)
         return real(path, buffer, size);
     if (s_executable.isNull()) {
@@ -50,6 +44,8 @@ extern "C" ssize_t movingReadlink(const char* path, char* buffer, size_t size)
     memcpy(buffer, s_executable.constData(), length);
     return static_cast<ssize_t>(length);
 }
+
+} // namespace
 
 using installation::texts;
 
@@ -496,9 +492,12 @@ void TstCustomCompleteDlg::exitClosesTheWindow()
     QVERIFY(!window.isVisible());
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::onReadlink = movingReadlink;
     return runTest<TstCustomCompleteDlg>(argc, argv);
 }
+
+TEST_ENTRY(customcompletedlg, run)
 
 #include "tst_customcompletedlg.moc"

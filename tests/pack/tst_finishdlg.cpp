@@ -2,6 +2,7 @@
 #include "app/myapplication.h"
 #include "pack/FinishDlg.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 #include "xml/CustomInfo.h"
 
@@ -460,9 +461,6 @@ void TstFinishDlg::focusGoesFromTopToBottom()
     QCOMPARE(child<QLabel>(window, "label_addinfo")->buddy(), remark(window));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstFinishDlg>(argc, argv);
-}
+TEST_ENTRY(finishdlg, runTest<TstFinishDlg>)
 
 #include "tst_finishdlg.moc"

@@ -4,7 +4,9 @@
 #include "pack/PackingWait.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
 #include <QAbstractEventDispatcher>
@@ -19,7 +21,6 @@
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
-#include <dlfcn.h>
 #include <mutex>
 #include <pthread.h>
 #include <sys/types.h>
@@ -38,20 +39,19 @@ std::atomic<bool> s_isLost{false}; // the worker does not find it
 std::atomic<bool> s_mainIsSet{false};
 pthread_t s_main;
 
+void noteMain()
+{
+    s_main = pthread_self();
+    s_mainIsSet = true;
+}
+
 bool isWorker()
 {
     return s_mainIsSet && !pthread_equal(pthread_self(), s_main);
 }
 
-} // namespace
-
-// Stands before the C library's, by another name here, since its header may define this one inline.
-extern "C" ssize_t gatedReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
-
-extern "C" ssize_t gatedReadlink(const char* path, char* buffer, size_t size)
+ssize_t gatedReadlink(interposed::Readlink::Real real, const char* path, char* buffer, size_t size)
 {
-    using Readlink = ssize_t (*)(const char*, char*, size_t);
-    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
     if (isWorker()) {
         std::unique_lock<std::mutex> lock(s_mutex);
         ++s_held;
@@ -64,6 +64,8 @@ extern "C" ssize_t gatedReadlink(const char* path, char* buffer, size_t size)
     }
     return real(path, buffer, size);
 }
+
+} // namespace
 
 using installation::path;
 using installation::texts;
@@ -473,10 +475,12 @@ void TstPackingWait::finishEndsThePolling()
     QCOMPARE(window.result(), int(QDialog::Accepted));
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
-    s_main = pthread_self();
-    return runTest<TstPackingWait>(argc, argv, [] { s_mainIsSet = true; });
+    interposed::onReadlink = gatedReadlink;
+    return runTest<TstPackingWait, noteMain>(argc, argv);
 }
+
+TEST_ENTRY(packingwait, run)
 
 #include "tst_packingwait.moc"

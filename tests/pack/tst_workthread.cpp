@@ -4,6 +4,8 @@
 #include "pack/WorkThread.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
+#include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
 #include <QDir>
@@ -11,7 +13,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <dlfcn.h>
 #include <sys/types.h>
 
 using windowplay::runTest;
@@ -22,21 +23,16 @@ namespace {
 // While set, nobody finds the directory of the executable; the log then goes below the working directory.
 std::atomic<bool> s_isLost{false};
 
-} // namespace
-
-// Stands before the C library's, by another name here, since its header may define this one inline.
-extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size) __asm__("readlink");
-
-extern "C" ssize_t losingReadlink(const char* path, char* buffer, size_t size)
+ssize_t losingReadlink(interposed::Readlink::Real real, const char* path, char* buffer, size_t size)
 {
-    using Readlink = ssize_t (*)(const char*, char*, size_t);
-    static const Readlink real = reinterpret_cast<Readlink>(dlsym(RTLD_NEXT, "readlink"));
     if (s_isLost) {
         errno = EACCES;
         return -1;
     }
     return real(path, buffer, size);
 }
+
+} // namespace
 
 using installation::path;
 using installation::texts;
@@ -376,10 +372,13 @@ void TstWorkThread::threadMayRunTwice()
     QCOMPARE(results.at(1), results.at(0));
 }
 
-int main(int argc, char** argv)
+static int run(int argc, char** argv)
 {
+    interposed::onReadlink = losingReadlink;
     runWithoutApplication();
     return runTest<TstWorkThread>(argc, argv);
 }
+
+TEST_ENTRY(workthread, run)
 
 #include "tst_workthread.moc"

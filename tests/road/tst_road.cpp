@@ -1,6 +1,7 @@
 #include "road/RunningProgram.h"
 #include "support/Installation.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
 #include "xml/CustomXmlParser.h"
 
@@ -367,5 +368,5 @@ void TstRoad::theExecutableIsHardened()
 #endif
 }
 
-QTEST_GUILESS_MAIN(TstRoad)
+TEST_ENTRY(road, runGuilessTest<TstRoad>)
 #include "tst_road.moc"

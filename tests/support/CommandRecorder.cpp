@@ -1,9 +1,9 @@
 #include "support/CommandRecorder.h"
 
+#include "support/Interposed.h"
+
 #include <QMutex>
 #include <QMutexLocker>
-
-#include <dlfcn.h>
 
 namespace {
 
@@ -13,9 +13,7 @@ CommandRecorder::Mode s_mode = CommandRecorder::Run;
 QByteArrayList s_commands;
 CommandRecorder::Hook s_atCommand;
 
-} // namespace
-
-extern "C" int system(const char* command)
+int recordedSystem(interposed::System::Real real, const char* command)
 {
     CommandRecorder::Hook atCommand;
     bool isRun = true;
@@ -29,16 +27,15 @@ extern "C" int system(const char* command)
     }
     if (atCommand)
         atCommand(QByteArray(command));
-    if (!isRun)
-        return 0;
-    using System = int (*)(const char*);
-    static const System real = reinterpret_cast<System>(dlsym(RTLD_NEXT, "system"));
-    return real(command);
+    return isRun ? real(command) : 0;
 }
+
+} // namespace
 
 CommandRecorder::CommandRecorder(Mode mode, const Hook& atCommand)
 {
     QMutexLocker lock(&s_mutex);
+    interposed::onSystem = recordedSystem;
     s_recording = true;
     s_mode = mode;
     s_atCommand = atCommand;

@@ -37,6 +37,11 @@ void useLanguage(const QString& code)
     CMyApplication::current()->m_LanguageParser.LoadLanguage(languageFile(code));
 }
 
+void useEnglish()
+{
+    useLanguage(QStringLiteral("en"));
+}
+
 void showKeysAsTexts(const char* before, const char* behind)
 {
     QByteArray xml = "<language>";

@@ -37,6 +37,7 @@ QStringList words(const char* text);
 QString languageFile(const QString& code);
 /// Fills the application's table with them.
 void useLanguage(const QString& code);
+void useEnglish();
 /// Fills the application's table with the keys themselves as texts, so that no key can pass for another. Each stands
 /// between the two marks.
 void showKeysAsTexts(const char* before = "", const char* behind = "");
@@ -72,12 +73,14 @@ public:
     bool lends = true;
 };
 
-/// The body of main(): the application object, still without texts, then the tests.
+inline void prepareNothing()
+{
+}
+
+/// The test within the application object, still without texts.
 ///
-/// @param prepare  runs between the two
-template <class Test>
-int runTest(
-    int argc, char** argv, void (*prepare)() = [] {})
+/// @tparam prepare  runs once the application is there
+template <class Test, void (*prepare)() = prepareNothing> int runTest(int argc, char** argv)
 {
     CMyApplication application(argc, argv);
     if (application.m_bAlreadyRunning) {

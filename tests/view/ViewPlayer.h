@@ -49,10 +49,10 @@ QString clippedTexts(QDialog& dialog);
 /// The files below the root of the store, the log aside.
 QStringList storedFiles();
 
-/// The body of main(): the application object with the keys as texts, then the tests.
+/// The test within the application object with the keys as texts.
 template <class Test> int runTest(int argc, char** argv)
 {
-    return windowplay::runTest<Test>(argc, argv, useKeysAsTexts);
+    return windowplay::runTest<Test, useKeysAsTexts>(argc, argv);
 }
 
 } // namespace viewplay

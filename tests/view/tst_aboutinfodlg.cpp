@@ -1,5 +1,6 @@
 #include "common/Version.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 #include "view/ViewPlayer.h"
 
@@ -335,9 +336,6 @@ void TstAboutInfoDlg::closeControlOfTheWindowEndsIt()
     QCOMPARE(script.complaints(), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstAboutInfoDlg>(argc, argv);
-}
+TEST_ENTRY(aboutinfodlg, runTest<TstAboutInfoDlg>)
 
 #include "tst_aboutinfodlg.moc"

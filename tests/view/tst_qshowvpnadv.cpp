@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "view/OpenViews.h"
 
 #include <QCheckBox>
@@ -362,9 +363,6 @@ void TstQShowVpnAdv::closingWritesNothing()
     QCOMPARE(storedFiles(), files);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQShowVpnAdv>(argc, argv);
-}
+TEST_ENTRY(qshowvpnadv, runTest<TstQShowVpnAdv>)
 
 #include "tst_qshowvpnadv.moc"

@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "view/OpenViews.h"
 
 #include <QCheckBox>
@@ -409,9 +410,6 @@ void TstQShowVpnAdvFields::filledAnewFromAnotherRecordNothingOfTheFirstStays()
     QCOMPARE(view.enabledOf("lineEdit_AH_Auth"), QStringLiteral("lineEdit_AH_Auth"));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQShowVpnAdvFields>(argc, argv);
-}
+TEST_ENTRY(qshowvpnadv_fields, runTest<TstQShowVpnAdvFields>)
 
 #include "tst_qshowvpnadv_fields.moc"

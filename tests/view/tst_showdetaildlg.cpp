@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "view/OpenViews.h"
 
 #include <QCheckBox>
@@ -446,9 +447,6 @@ void TstShowDetailDlg::closingWritesNothing()
     QCOMPARE(storedFiles(), files);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstShowDetailDlg>(argc, argv);
-}
+TEST_ENTRY(showdetaildlg, runTest<TstShowDetailDlg>)
 
 #include "tst_showdetaildlg.moc"

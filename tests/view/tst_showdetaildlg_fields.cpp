@@ -1,4 +1,5 @@
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "view/OpenViews.h"
 
 #include <QCheckBox>
@@ -594,9 +595,6 @@ void TstShowDetailDlgFields::componentThatIsNotChosenIsNotFilled()
     QCOMPARE(view.field("lineEdit_Title"), fullRecord().gui.subTitle);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstShowDetailDlgFields>(argc, argv);
-}
+TEST_ENTRY(showdetaildlg_fields, runTest<TstShowDetailDlgFields>)
 
 #include "tst_showdetaildlg_fields.moc"

@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewPlayer.h"
 
@@ -219,9 +220,6 @@ void TstShowDetailDlgFunction::longTextsWrap()
     useKeysAsTexts();
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstShowDetailDlgFunction>(argc, argv);
-}
+TEST_ENTRY(showdetaildlg_function, runTest<TstShowDetailDlgFunction>)
 
 #include "tst_showdetaildlg_function.moc"

@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "view/ShowDetailDlg.h"
 #include "view/ViewPlayer.h"
 
@@ -139,9 +140,6 @@ void TstShowDetailDlgTabs::firstTabIsInFront()
     QCOMPARE(child<QTabWidget>(dialog, "tabWidget")->currentIndex(), 0);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstShowDetailDlgTabs>(argc, argv);
-}
+TEST_ENTRY(showdetaildlg_tabs, runTest<TstShowDetailDlgTabs>)
 
 #include "tst_showdetaildlg_tabs.moc"

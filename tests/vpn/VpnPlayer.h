@@ -78,10 +78,10 @@ bool isOn(const QVPNAdvProperty& dialog, const char* box);
 QStringList enabledOf(const QVPNAdvProperty& dialog, const QStringList& names);
 QStringList itemsOf(const QVPNAdvProperty& dialog, const char* combo);
 
-/// The body of main(): the application object with the English texts, then the tests.
+/// The test within the application object with the English texts.
 template <class Test> int runTest(int argc, char** argv)
 {
-    return windowplay::runTest<Test>(argc, argv, [] { windowplay::useLanguage(QStringLiteral("en")); });
+    return windowplay::runTest<Test, windowplay::useEnglish>(argc, argv);
 }
 
 } // namespace vpnplay

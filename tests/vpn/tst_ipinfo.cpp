@@ -1,5 +1,6 @@
 #include "app/language/LangText.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "vpn/IpInfo.h"
 #include "vpn/VpnPlayer.h"
 
@@ -261,9 +262,6 @@ void TstIpInfo::cancelHandsOverNothing()
     QCOMPARE(dialog.m_strIp, QString());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstIpInfo>(argc, argv);
-}
+TEST_ENTRY(ipinfo, runTest<TstIpInfo>)
 
 #include "tst_ipinfo.moc"

@@ -1,5 +1,6 @@
 #include "app/language/LangText.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "vpn/VpnPlayer.h"
 
 #include <QTreeWidget>
@@ -486,9 +487,6 @@ void TstQVPNAdvProperty::theRecordOfTheParentIsRead()
     QVERIFY(!wasEmpty);
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQVPNAdvProperty>(argc, argv);
-}
+TEST_ENTRY(qvpnadvproperty, runTest<TstQVPNAdvProperty>)
 
 #include "tst_qvpnadvproperty.moc"

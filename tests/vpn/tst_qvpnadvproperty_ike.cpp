@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "vpn/VpnPlayer.h"
 
 using namespace vpnplay;
@@ -806,9 +807,6 @@ void TstQVPNAdvPropertyIke::authMethodIsLeftAlone()
     QCOMPARE(changes(info, session.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQVPNAdvPropertyIke>(argc, argv);
-}
+TEST_ENTRY(qvpnadvproperty_ike, runTest<TstQVPNAdvPropertyIke>)
 
 #include "tst_qvpnadvproperty_ike.moc"

@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "vpn/VpnPlayer.h"
 
 using namespace vpnplay;
@@ -505,9 +506,6 @@ void TstQVPNAdvPropertyIpsec::refusedLifetimeKeepsTheOtherFields()
     QCOMPARE(changes(tellingRecord(), session.info), QStringList());
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQVPNAdvPropertyIpsec>(argc, argv);
-}
+TEST_ENTRY(qvpnadvproperty_ipsec, runTest<TstQVPNAdvPropertyIpsec>)
 
 #include "tst_qvpnadvproperty_ipsec.moc"

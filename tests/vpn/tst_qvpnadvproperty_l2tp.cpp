@@ -1,3 +1,4 @@
+#include "support/TestEntry.h"
 #include "vpn/NameValidator.h"
 #include "vpn/VpnPlayer.h"
 
@@ -482,9 +483,6 @@ void TstQVPNAdvPropertyL2tp::passwordValidatorHasTheStatedPattern()
     });
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQVPNAdvPropertyL2tp>(argc, argv);
-}
+TEST_ENTRY(qvpnadvproperty_l2tp, runTest<TstQVPNAdvPropertyL2tp>)
 
 #include "tst_qvpnadvproperty_l2tp.moc"

@@ -1,5 +1,6 @@
 #include "app/language/LangText.h"
 #include "support/ModalScript.h"
+#include "support/TestEntry.h"
 #include "vpn/IpInfo.h"
 #include "vpn/VpnPlayer.h"
 
@@ -435,9 +436,6 @@ void TstQVPNAdvPropertyRoute::cancelDiscardsAdditionsAndDeletions()
     QCOMPARE(routesOf(session.info), routesOf(info));
 }
 
-int main(int argc, char** argv)
-{
-    return runTest<TstQVPNAdvPropertyRoute>(argc, argv);
-}
+TEST_ENTRY(qvpnadvproperty_route, runTest<TstQVPNAdvPropertyRoute>)
 
 #include "tst_qvpnadvproperty_route.moc"

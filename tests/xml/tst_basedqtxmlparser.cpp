@@ -1,4 +1,5 @@
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/CBasedQtXmlParser.h"
 #include "xml/XmlTestSupport.h"
 
@@ -1263,5 +1264,5 @@ void TstBasedQtXmlParser::nullTextSetsNoAttribute()
     QVERIFY(!parser.m_qoRootElement.hasAttribute(QStringLiteral("y")));
 }
 
-QTEST_GUILESS_MAIN(TstBasedQtXmlParser)
+TEST_ENTRY(basedqtxmlparser, runGuilessTest<TstBasedQtXmlParser>)
 #include "tst_basedqtxmlparser.moc"

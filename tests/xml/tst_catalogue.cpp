@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/Catalogue.h"
 #include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
@@ -342,5 +343,6 @@ void TstCatalogue::fieldOfAMemberIsThatOfTheCatalogue()
     QCOMPARE(flag.number(record), quint64(1));
 }
 
-QTEST_GUILESS_MAIN(TstCatalogue)
+TEST_ENTRY(catalogue, runGuilessTest<TstCatalogue>)
+
 #include "tst_catalogue.moc"

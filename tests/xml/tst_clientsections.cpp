@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/XmlTestSupport.h"
 
 #include <QtTest>
@@ -1232,5 +1233,5 @@ void TstClientSections::retryTimesOfZoaAreAlwaysFourAndNeverRead()
             }).contains("<switchZOARetryTimes>4</switchZOARetryTimes>"));
 }
 
-QTEST_GUILESS_MAIN(TstClientSections)
+TEST_ENTRY(clientsections, runGuilessTest<TstClientSections>)
 #include "tst_clientsections.moc"

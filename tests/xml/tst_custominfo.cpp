@@ -1,4 +1,5 @@
 #include "support/DistinctRecord.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
 
 #include <QtTest>
@@ -761,5 +762,5 @@ void TstCustomInfo::differentLengthsOfListsAreNamed()
     QCOMPARE(differences(record, distinctRecord()), expected);
 }
 
-QTEST_GUILESS_MAIN(TstCustomInfo)
+TEST_ENTRY(custominfo, runGuilessTest<TstCustomInfo>)
 #include "tst_custominfo.moc"

@@ -2,6 +2,7 @@
 #include "common/Log.h"
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
 #include "xml/InChild.h"
@@ -758,5 +759,5 @@ void TstCustomInfoLoad::tenThousandDamagedDocumentsLoadWithoutACrash()
     QVERIFY2(parsed > 500 && parsed < 9500, qPrintable(QString::number(parsed)));
 }
 
-QTEST_GUILESS_MAIN(TstCustomInfoLoad)
+TEST_ENTRY(custominfoload, runGuilessTest<TstCustomInfoLoad>)
 #include "tst_custominfoload.moc"

@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/XmlTestSupport.h"
 
 #include <QtTest>
@@ -547,5 +548,5 @@ void TstCustomXmlParser::nameOfTheRootDoesNotCount()
     QCOMPARE(kef.kefIP, QStringLiteral("one"));
 }
 
-QTEST_GUILESS_MAIN(TstCustomXmlParser)
+TEST_ENTRY(customxmlparser, runGuilessTest<TstCustomXmlParser>)
 #include "tst_customxmlparser.moc"

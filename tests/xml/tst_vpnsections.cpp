@@ -1,5 +1,6 @@
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 #include "xml/XmlTestSupport.h"
 
 #include <QtTest>
@@ -1018,5 +1019,5 @@ void TstVpnSections::routeIsWrittenThroughTheLocalCodec()
     QCOMPARE(read.at(0).mask, QStringLiteral("Ã¼"));
 }
 
-QTEST_GUILESS_MAIN(TstVpnSections)
+TEST_ENTRY(vpnsections, runGuilessTest<TstVpnSections>)
 #include "tst_vpnsections.moc"
