@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the project, reads with clang-tidy what has changed, and runs every test. --sanitize builds with
-# AddressSanitizer and UndefinedBehaviorSanitizer and leaves clang-tidy out. Ends with CTest's summary.
+# Builds the project, reads with clang-tidy what has changed, and runs every test but those labelled `timing`, which
+# compare times. --sanitize builds with AddressSanitizer and UndefinedBehaviorSanitizer and leaves clang-tidy out. Ends
+# with CTest's summary.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -21,4 +22,5 @@ cmake --preset "$preset" -DORVEX_WARNINGS_AS_ERRORS="$warnings"
 cmake --build --preset "$preset"
 # All findings at once, not only those of the first source that has some.
 [ "$preset" = sanitize ] || cmake --build --preset "$preset" --target tidy -- -k 0
-exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(nproc)"
+exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(nproc)" \
+    --label-exclude '^timing$'
