@@ -254,15 +254,16 @@ void TstLanguageKeys::initTestCase()
     s_listed =
         QString::fromUtf8(installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/tests/data/language_keys.txt")))
             .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const char* folder :
-         {"xml", "app", "app/language", "app/widgets", "app/mainwindow", "pack", "advanced", "vpn", "view"}) {
-        const QDir directory(QStringLiteral(ORVEX_SOURCE_DIR "/") + QLatin1String(folder));
+    const QStringList rooms = QStringLiteral(ORVEX_ROOMS).split(QLatin1Char(':'));
+    QVERIFY(rooms.contains(QStringLiteral("app/mainwindow")));
+    for (const QString& room : rooms) {
+        const QDir directory(QStringLiteral(ORVEX_SOURCE_DIR "/") + room);
         const QStringList names =
             directory.entryList({QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files, QDir::Name);
-        QVERIFY2(!names.isEmpty(), folder);
+        QVERIFY2(!names.isEmpty(), qPrintable(room));
         for (const QString& name : names) {
             const QString content = QString::fromUtf8(installation::readFile(directory.filePath(name)));
-            s_sources.append({QLatin1String(folder) + QLatin1Char('/') + name, Scanner(content).tokens()});
+            s_sources.append({room + QLatin1Char('/') + name, Scanner(content).tokens()});
         }
     }
 }
