@@ -2,32 +2,7 @@
 
 #include "support/DistinctRecord.h"
 
-#include <QAbstractButton>
-#include <QLineEdit>
-#include <QScrollArea>
-
 namespace advplay {
-
-void click(const QWidget& window, const char* name)
-{
-    QAbstractButton* button = child<QAbstractButton>(window, name);
-    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
-}
-
-void type(const QWidget& window, const char* name, const QString& text)
-{
-    QLineEdit* edit = child<QLineEdit>(window, name);
-    edit->setFocus();
-    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(edit, Qt::Key_Delete);
-    QTest::keyClicks(edit, text);
-}
-
-void press(const QDialog& dialog, QDialogButtonBox::StandardButton button)
-{
-    const QDialogButtonBox* box = dialog.findChild<QDialogButtonBox*>();
-    QTest::mouseClick(box->button(button), Qt::LeftButton);
-}
 
 QString describe(const QMessageBox& box)
 {
@@ -46,19 +21,6 @@ QString warning(const char* titleKey, const char* textKey)
         qFatal("no such key: %s or %s", titleKey ? titleKey : "", textKey);
     return QStringLiteral("[%1] %2 (icon %3, buttons %4, default ok)")
         .arg(title, text, QString::number(QMessageBox::Warning), QString::number(int(QMessageBox::Ok), 16));
-}
-
-void bringToFront(const CustomAdvProperty& dialog, QWidget* widget)
-{
-    QTabWidget* tabWidget = child<QTabWidget>(dialog, "tabWidget");
-    for (int index = 0; index < tabWidget->count(); ++index) {
-        QWidget* page = tabWidget->widget(index);
-        if (!page->isAncestorOf(widget))
-            continue;
-        tabWidget->setCurrentIndex(index);
-        QCoreApplication::processEvents();
-        page->findChild<QScrollArea*>()->ensureWidgetVisible(widget);
-    }
 }
 
 CustomInfo recordFor(quint64 procomVal, quint64 funcomVal)
@@ -126,29 +88,11 @@ QStringList OpenDialog::shown() const
     return m_boxes + script.complaints();
 }
 
-void OpenDialog::clickOn(const char* name)
-{
-    bringToFront(dialog, widget<QWidget>(name));
-    click(dialog, name);
-}
-
-void OpenDialog::tick(const char* name, bool on)
-{
-    if (isOn(name) != on)
-        clickOn(name);
-}
-
-void OpenDialog::typeInto(const char* name, const QString& text)
-{
-    bringToFront(dialog, widget<QWidget>(name));
-    type(dialog, name, text);
-}
-
 // By keys, as a user would: from the first item downwards.
 void OpenDialog::choose(const char* name, int index)
 {
     QComboBox* combo = widget<QComboBox>(name);
-    bringToFront(dialog, combo);
+    bringToFront(combo);
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Home);
     for (int step = 0; step < index; ++step)
@@ -158,24 +102,10 @@ void OpenDialog::choose(const char* name, int index)
 void OpenDialog::selectRow(const char* name, int row)
 {
     QTreeWidget* tree = widget<QTreeWidget>(name);
-    bringToFront(dialog, tree);
+    bringToFront(tree);
     QTreeWidgetItem* item = tree->topLevelItem(row);
     tree->scrollToItem(item);
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, tree->visualItemRect(item).center());
-}
-
-QString OpenDialog::textOf(const char* name) const
-{
-    return widget<QLineEdit>(name)->text();
-}
-
-QStringList OpenDialog::itemsOf(const char* name) const
-{
-    const QComboBox* combo = widget<QComboBox>(name);
-    QStringList items;
-    for (int index = 0; index < combo->count(); ++index)
-        items.append(combo->itemText(index));
-    return items;
 }
 
 QStringList OpenDialog::rowsOf(const char* name) const
@@ -189,16 +119,6 @@ QStringList OpenDialog::rowsOf(const char* name) const
         rows.append(texts.join(QLatin1Char('|')));
     }
     return rows;
-}
-
-QStringList OpenDialog::enabledOf(const QStringList& names) const
-{
-    QStringList enabled;
-    for (const QString& name : names) {
-        if (isEnabled(name.toLatin1().constData()))
-            enabled.append(name);
-    }
-    return enabled;
 }
 
 QStringList OpenDialog::tickedOf(const QStringList& names) const

@@ -20,21 +20,18 @@
 /// Plays the advanced dialog and its small dialogs through their widgets.
 namespace advplay {
 
+using windowplay::bringToFront;
 using windowplay::child;
+using windowplay::click;
 using windowplay::focusOf;
+using windowplay::press;
+using windowplay::type;
 using windowplay::words;
 
-/// A mouse click on the indicator of a check box or radio button, or on a push button.
-void click(const QWidget& window, const char* button);
-/// Replaces the text by key strokes; ASCII only.
-void type(const QWidget& window, const char* edit, const QString& text);
-void press(const QDialog& dialog, QDialogButtonBox::StandardButton button);
 /// Everything that a message box shows, in one line.
 QString describe(const QMessageBox& box);
 /// What describe() says of the plain warning with these texts; a null title key stands for an empty title.
 QString warning(const char* titleKey, const char* textKey);
-/// Brings the tab of the widget to the front and scrolls to it.
-void bringToFront(const CustomAdvProperty& dialog, QWidget* widget);
 /// The defaults, with these components.
 CustomInfo recordFor(quint64 procomVal, quint64 funcomVal = 0);
 /// A record with all components and hardly a default in it, which OK stores back unchanged.
@@ -65,26 +62,25 @@ public:
     QStringList shown() const;
 
     template <class Widget> Widget* widget(const char* name) const { return child<Widget>(dialog, name); }
-    void clickOn(const char* button);
-    /// Clicks until the box has this state.
-    void tick(const char* box, bool on = true);
-    void typeInto(const char* edit, const QString& text);
+    void clickOn(const char* button) { click(dialog, button); }
+    void tick(const char* box, bool on = true) { windowplay::tick(dialog, box, on); }
+    void typeInto(const char* edit, const QString& text) { type(dialog, edit, text); }
     void choose(const char* combo, int index);
     void selectRow(const char* tree, int row);
     void pressOk() { press(dialog, QDialogButtonBox::Ok); }
     void pressCancel() { press(dialog, QDialogButtonBox::Cancel); }
 
     bool isOpen() const { return dialog.isVisible(); }
-    bool isOn(const char* box) const { return widget<QAbstractButton>(box)->isChecked(); }
-    bool isEnabled(const char* name) const { return widget<QWidget>(name)->isEnabled(); }
-    QString textOf(const char* edit) const;
-    int indexOf(const char* combo) const { return widget<QComboBox>(combo)->currentIndex(); }
+    bool isOn(const char* box) const { return windowplay::isOn(dialog, box); }
+    bool isEnabled(const char* name) const { return windowplay::isEnabled(dialog, name); }
+    QString textOf(const char* edit) const { return windowplay::textOf(dialog, edit); }
+    int indexOf(const char* combo) const { return windowplay::indexOf(dialog, combo); }
     QString choiceOf(const char* combo) const { return widget<QComboBox>(combo)->currentText(); }
-    QStringList itemsOf(const char* combo) const;
+    QStringList itemsOf(const char* combo) const { return windowplay::itemsOf(dialog, combo); }
     /// The rows of a table, the columns parted by "|".
     QStringList rowsOf(const char* tree) const;
     /// The names among these whose widgets are enabled.
-    QStringList enabledOf(const QStringList& names) const;
+    QStringList enabledOf(const QStringList& names) const { return windowplay::enabledOf(dialog, names); }
     /// The names among these whose boxes are ticked.
     QStringList tickedOf(const QStringList& names) const;
     /// The object names of the tabs, in their order.

@@ -82,7 +82,7 @@ void TstCDynamicPwdDlg::okAssignsBothFlags()
     script.expect<CDynamicPwdDlg>([&](CDynamicPwdDlg& dialog) {
         tick(dialog, "checkBox_default", isDefault);
         tick(dialog, "checkBox_editable", isEditable);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CDynamicPwdDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -98,7 +98,7 @@ void TstCDynamicPwdDlg::aSecondOkClearsWhatTheFirstSet()
         script.expect<CDynamicPwdDlg>([ticked](CDynamicPwdDlg& dialog) {
             tick(dialog, "checkBox_default", ticked);
             tick(dialog, "checkBox_editable", ticked);
-            click(dialog, QDialogButtonBox::Ok);
+            press(dialog, QDialogButtonBox::Ok);
         });
     }
     CDynamicPwdDlg dialog;
@@ -118,7 +118,7 @@ void TstCDynamicPwdDlg::cancelLeavesTheFlagsAtZero()
     ModalScript script;
     script.expect<CDynamicPwdDlg>([](CDynamicPwdDlg& dialog) {
         tick(dialog, "checkBox_default", true);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CDynamicPwdDlg dialog;
     dialog.installEventFilter(&closeEvents);

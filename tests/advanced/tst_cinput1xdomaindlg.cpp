@@ -160,7 +160,7 @@ void TstCInput1XDomainDlg::okStoresTextsAndTheTickAsTheyStand()
         type(dialog, "lineEdit_des_domain", QStringLiteral(" office "));
         if (startChecked != isDefault)
             child<QCheckBox>(dialog, "checkBox_dftDomain")->click();
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CInput1XDomainDlg dialog(info, 0, QStringLiteral("old"), QStringLiteral("old"), startChecked, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -186,7 +186,7 @@ void TstCInput1XDomainDlg::disabledBoxKeepsItsTickAsTheResult()
     script.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) {
         child<QCheckBox>(dialog, "checkBox_dftDomain")->click();
         type(dialog, "lineEdit_des_domain", QStringLiteral("office"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CInput1XDomainDlg dialog(info, 7, QString(), QString(), startChecked, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -239,7 +239,7 @@ void TstCInput1XDomainDlg::entryThatTheListHasIsRefusedWhenDuplicatesAreChecked(
         type(dialog, "lineEdit_domain", domain);
         type(dialog, "lineEdit_des_domain", description);
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CInput1XDomainDlg dialog(info, 0, QString(), QString(), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -265,7 +265,7 @@ void TstCInput1XDomainDlg::duplicateTestComparesExactly()
     script.expect<CInput1XDomainDlg>([&](CInput1XDomainDlg& dialog) {
         type(dialog, "lineEdit_domain", domain);
         type(dialog, "lineEdit_des_domain", description);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CInput1XDomainDlg dialog(info, 0, QString(), QString(), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -278,7 +278,7 @@ void TstCInput1XDomainDlg::duplicatesPassWhenTheyAreNotChecked()
 {
     SUIDomainInfo info = twoDomains();
     ModalScript script;
-    script.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) { click(dialog, QDialogButtonBox::Ok); });
+    script.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) { press(dialog, QDialogButtonBox::Ok); });
     CInput1XDomainDlg dialog(info, 0, QStringLiteral("one"), QStringLiteral("First"), false, false, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
     QCOMPARE(script.complaints(), QStringList());
@@ -292,7 +292,7 @@ void TstCInput1XDomainDlg::duplicateTestSeesTheListAsItIsAtOk()
     script.expect<CInput1XDomainDlg>([&](CInput1XDomainDlg& dialog) {
         info = twoDomains();
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CInput1XDomainDlg dialog(info, 0, QStringLiteral("one"), QStringLiteral("new"), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -307,7 +307,7 @@ void TstCInput1XDomainDlg::emptyDomainPasses()
     script.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) {
         type(dialog, "lineEdit_domain", QString());
         type(dialog, "lineEdit_des_domain", QStringLiteral("d"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CInput1XDomainDlg dialog(info, 0, QStringLiteral("old"), QString(), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -325,7 +325,7 @@ void TstCInput1XDomainDlg::emptyDescriptionIsRefused()
         type(dialog, "lineEdit_domain", QStringLiteral("three"));
         told = clickRefusedOk(script, dialog);
         type(dialog, "lineEdit_des_domain", QStringLiteral(" "));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CInput1XDomainDlg dialog(info, 0, QString(), QString(), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -364,10 +364,10 @@ void TstCInput1XDomainDlg::limitOfThirtyTwoStandsBesideTheMaximumOfTheEdits()
         type(dialog, "lineEdit_domain", QString(domainLength, QLatin1Char('d')));
         type(dialog, "lineEdit_des_domain", QString(descriptionLength, QLatin1Char('e')));
         if (key.isEmpty()) {
-            click(dialog, QDialogButtonBox::Ok);
+            press(dialog, QDialogButtonBox::Ok);
         } else {
             told = clickRefusedOk(script, dialog);
-            click(dialog, QDialogButtonBox::Cancel);
+            press(dialog, QDialogButtonBox::Cancel);
         }
     });
     CInput1XDomainDlg dialog(info, 0, QString(), QString(), false, true, nullptr);
@@ -386,7 +386,7 @@ void TstCInput1XDomainDlg::resultsAreStoredBeforeAnyCheck()
         type(dialog, "lineEdit_des_domain", QStringLiteral("new"));
         child<QCheckBox>(dialog, "checkBox_dftDomain")->click();
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CInput1XDomainDlg dialog(info, 0, QString(), QString(), false, true, nullptr);
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -405,7 +405,7 @@ void TstCInput1XDomainDlg::cancelLeavesTheGivenValues()
     script.expect<CInput1XDomainDlg>([](CInput1XDomainDlg& dialog) {
         type(dialog, "lineEdit_domain", QStringLiteral("changed"));
         type(dialog, "lineEdit_des_domain", QStringLiteral("changed"));
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CInput1XDomainDlg dialog(info, 3, QStringLiteral("one"), QStringLiteral("First"), false, true, nullptr);
     dialog.installEventFilter(&closeEvents);

@@ -125,7 +125,7 @@ void TstCMsgAuthDlg::okStoresAllResults()
         tick(dialog, "checkBox_default", isDefault);
         tick(dialog, "checkBox_editable", isEditable);
         typeServer(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("8443"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -158,7 +158,7 @@ void TstCMsgAuthDlg::malformedAddressIsRefusedAndNotStored()
     script.expect<CMsgAuthDlg>([&](CMsgAuthDlg& dialog) {
         typeServer(dialog, address, QStringLiteral("8443"));
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -185,7 +185,7 @@ void TstCMsgAuthDlg::anyDottedAddressIsAccepted()
     ModalScript script;
     script.expect<CMsgAuthDlg>([&](CMsgAuthDlg& dialog) {
         typeServer(dialog, address, QStringLiteral("8443"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -214,7 +214,7 @@ void TstCMsgAuthDlg::portOutsideTheRangeIsRefusedAfterTheAddressIsStored()
     script.expect<CMsgAuthDlg>([&](CMsgAuthDlg& dialog) {
         typeServer(dialog, QStringLiteral("192.168.1.10"), port);
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -241,7 +241,7 @@ void TstCMsgAuthDlg::portWithinTheRangeIsAccepted()
     ModalScript script;
     script.expect<CMsgAuthDlg>([&](CMsgAuthDlg& dialog) {
         typeServer(dialog, QStringLiteral("192.168.1.10"), text);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -256,7 +256,7 @@ void TstCMsgAuthDlg::addressIsCheckedBeforeThePort()
     script.expect<CMsgAuthDlg>([&](CMsgAuthDlg& dialog) {
         typeServer(dialog, QStringLiteral("1.2.3"), QStringLiteral("0"));
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -275,7 +275,7 @@ void TstCMsgAuthDlg::boxesTickedDuringARefusedOkCount()
         tick(dialog, "checkBox_default", false);
         tick(dialog, "checkBox_editable", false);
         typeServer(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -293,7 +293,7 @@ void TstCMsgAuthDlg::boxesUntickedBeforeTheFirstOkDoNotCount()
         tick(dialog, "checkBox_default", false);
         tick(dialog, "checkBox_editable", false);
         typeServer(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CMsgAuthDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -335,7 +335,7 @@ void TstCMsgAuthDlg::cancelStoresNothing()
     script.expect<CMsgAuthDlg>([](CMsgAuthDlg& dialog) {
         tick(dialog, "checkBox_default", true);
         typeServer(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"));
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CMsgAuthDlg dialog;
     dialog.installEventFilter(&closeEvents);

@@ -193,7 +193,7 @@ void TstCSslVpnIp::opensWithTheFocusOnTheName()
     ModalScript script;
     script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
         focus = focusOf(dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     SSLVPNRemoteInfo info;
     info.ip = QStringLiteral("vpn.example");
@@ -227,7 +227,7 @@ void TstCSslVpnIp::dialogModeRulesTheDefaultBox()
         script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
             if (clicked)
                 child<QCheckBox>(dialog, "checkBox_vnsSvr_default")->click();
-            click(dialog, QDialogButtonBox::Ok);
+            press(dialog, QDialogButtonBox::Ok);
         });
         SSLVPNRemoteInfo info = gateway("Office", "192.168.1.10");
         CSslVpnIp dialog(info, mode, nullptr);
@@ -289,7 +289,7 @@ void TstCSslVpnIp::clickedKindEnablesAndFocusesItsField()
             seen << QString::number(child<QLineEdit>(dialog, "lineEdit_vnsSvr_IP")->isEnabled())
                  << QString::number(child<QLineEdit>(dialog, "lineEdit_vnsSvr_DNS")->isEnabled()) << focusOf(dialog);
         }
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     SSLVPNRemoteInfo info;
     CSslVpnIp dialog(info, 0, nullptr);
@@ -321,7 +321,7 @@ void TstCSslVpnIp::okStoresTheTrimmedResults()
     ModalScript script;
     script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
         typeGateway(dialog, QStringLiteral("  Head office "), isIp, typed, QStringLiteral(" 80 "));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     SSLVPNRemoteInfo info;
     info.remoteSlot = 7;
@@ -398,7 +398,7 @@ void TstCSslVpnIp::wrongEntryIsRefusedAndNothingIsStored()
         typeGateway(dialog, name, isIp, address, port);
         child<QCheckBox>(dialog, "checkBox_vnsSvr_default")->click();
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     Holder holder;
     SSLVPNRemoteInfo info = gateway("Old", "172.16.0.1", "444");
@@ -426,7 +426,7 @@ void TstCSslVpnIp::portBoundsAreAccepted()
     ModalScript script;
     script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
         type(dialog, "lineEdit_vnsSvr_port", port);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     SSLVPNRemoteInfo info = gateway("Office", "192.168.1.10");
     CSslVpnIp dialog(info, 0, nullptr);
@@ -479,7 +479,7 @@ void TstCSslVpnIp::duplicateOfAnotherGatewayIsRefused()
     script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
         typeGateway(dialog, name, isIp, address, QStringLiteral("443"));
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     Holder holder;
     SSLVPNRemoteInfo info = gateway("Old", "172.16.0.1", "444");
@@ -512,7 +512,7 @@ void TstCSslVpnIp::textsOfNoOtherGatewayPass()
     ModalScript script;
     script.expect<CSslVpnIp>([&](CSslVpnIp& dialog) {
         typeGateway(dialog, name, isIp, address, QStringLiteral("443"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     Holder holder;
     SSLVPNRemoteInfo info;
@@ -533,7 +533,7 @@ void TstCSslVpnIp::unchangedGatewayPassesAgainstItsOwnEntry()
 {
     QFETCH(int, row);
     ModalScript script;
-    script.expect<CSslVpnIp>([](CSslVpnIp& dialog) { click(dialog, QDialogButtonBox::Ok); });
+    script.expect<CSslVpnIp>([](CSslVpnIp& dialog) { press(dialog, QDialogButtonBox::Ok); });
     Holder holder;
     SSLVPNRemoteInfo info = holder.list.at(row);
     CSslVpnIp dialog(info, 0, &holder);
@@ -548,7 +548,7 @@ void TstCSslVpnIp::onlyTheAddressOfTheSelectedKindIsCompared()
     script.expect<CSslVpnIp>([](CSslVpnIp& dialog) {
         typeGateway(dialog, QStringLiteral("Branch"), false, QStringLiteral("backup.example"), QStringLiteral("443"));
         typeGateway(dialog, QStringLiteral("Branch"), true, QStringLiteral("192.168.1.11"), QStringLiteral("443"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     Holder holder;
     SSLVPNRemoteInfo info;
@@ -571,7 +571,7 @@ void TstCSslVpnIp::parentWithoutAListHasNoDuplicates()
     ModalScript script;
     script.expect<CSslVpnIp>([](CSslVpnIp& dialog) {
         typeGateway(dialog, QStringLiteral("Head office"), true, QStringLiteral("10.0.0.1"), QStringLiteral("443"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     QDialog parent;
     SSLVPNRemoteInfo info;
@@ -617,7 +617,7 @@ void TstCSslVpnIp::cancelStoresNothing()
     ModalScript script;
     script.expect<CSslVpnIp>([](CSslVpnIp& dialog) {
         typeGateway(dialog, QStringLiteral("Branch"), true, QStringLiteral("192.168.1.11"), QStringLiteral("80"));
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     SSLVPNRemoteInfo info = gateway("Office", "vpn.example", "444");
     CSslVpnIp dialog(info, 1, nullptr);

@@ -142,7 +142,7 @@ Page showPage(const QString& widget, int minimumWidth)
     wide->setMinimumWidth(minimumWidth);
     page.dialog->initalDialog(page.info.get());
     page.dialog->show();
-    bringToFront(*page.dialog, wide);
+    bringToFront(wide);
     QCoreApplication::processEvents();
     page.area = child<QTabWidget>(*page.dialog, "tabWidget")->currentWidget()->findChild<QScrollArea*>();
     return page;
@@ -810,7 +810,7 @@ void TstCustomAdvPropertyFrame::wheelLeavesAListWithoutFocusAlone()
     const QList<QComboBox*> combos = open.dialog.findChildren<QComboBox*>();
     QCOMPARE(combos.size(), 8);
     for (QComboBox* combo : combos) {
-        bringToFront(open.dialog, combo);
+        bringToFront(combo);
         const int index = combo->currentIndex();
         windowplay::turnWheel(combo, -120);
         windowplay::turnWheel(combo, 120);
@@ -821,7 +821,7 @@ void TstCustomAdvPropertyFrame::wheelLeavesAListWithoutFocusAlone()
     // The page takes the wheel.
     open.dialog.resize(726, 300);
     auto* combo = open.widget<QComboBox>("comboBox_defaultType");
-    bringToFront(open.dialog, combo);
+    bringToFront(combo);
     const QScrollBar* bar = open.widget<QScrollArea>("scrollArea_sslvpn")->verticalScrollBar();
     const int before = bar->value();
     QVERIFY(before > 0);
@@ -834,7 +834,7 @@ void TstCustomAdvPropertyFrame::wheelTurnsAListWithFocus()
     OpenDialog open(settledRecord());
     QVERIFY(QTest::qWaitForWindowActive(&open.dialog));
     auto* combo = open.widget<QComboBox>("comboBox_RetryTimes");
-    bringToFront(open.dialog, combo);
+    bringToFront(combo);
     combo->setCurrentIndex(0);
     combo->setFocus(Qt::MouseFocusReason);
     windowplay::turnWheel(combo, -120);

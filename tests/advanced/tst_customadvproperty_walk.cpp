@@ -181,8 +181,8 @@ void Walker::mend()
 
 void Walker::clickOn(QAbstractButton* button)
 {
-    bringToFront(*m_dialog, button);
-    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
+    bringToFront(button);
+    click(button);
 }
 
 /// The widgets of this class that a user could reach, on any tab.
@@ -232,14 +232,14 @@ QString Walker::textFor(const QLineEdit* edit)
 void Walker::typeAny()
 {
     QLineEdit* edit = any(usable<QLineEdit>(*m_dialog));
-    bringToFront(*m_dialog, edit);
+    bringToFront(edit);
     type(*m_dialog, edit->objectName().toLatin1().constData(), textFor(edit));
 }
 
 void Walker::selectAnyRow(const char* name)
 {
     QTreeWidget* tree = named<QTreeWidget>(name);
-    bringToFront(*m_dialog, tree);
+    bringToFront(tree);
     if (tree->topLevelItemCount() == 0)
         return;
     if (chance(5)) {

@@ -138,7 +138,7 @@ void TstCWanEscapeDlg::okStoresTheFourTextsAsTheyStand()
     ModalScript script;
     script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
         typeServers(dialog, address, port, dns, backup);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -214,7 +214,7 @@ void TstCWanEscapeDlg::firstFailedCheckIsShownAndNothingIsStored()
     script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
         typeServers(dialog, address, port, dns, backup);
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -231,7 +231,7 @@ void TstCWanEscapeDlg::malformedDnsAddressMovesTheFocusToTheBackupField()
         typeServers(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"), QStringLiteral("dns"), QString());
         child<QLineEdit>(dialog, "lineEdit_dnsIp")->setFocus();
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -276,7 +276,7 @@ void TstCWanEscapeDlg::textThatIsNoNumberCountsAsPortZero()
     script.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
         typeServers(dialog, QStringLiteral("1.2.3.4"), QString(), QStringLiteral("1.2.3.5"), QString());
         child<QLineEdit>(dialog, "lineEdit_pyxPort")->setText(QStringLiteral("http"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -292,7 +292,7 @@ void TstCWanEscapeDlg::negativePortIsRefused()
         typeServers(dialog, QStringLiteral("1.2.3.4"), QString(), QStringLiteral("1.2.3.5"), QString());
         child<QLineEdit>(dialog, "lineEdit_pyxPort")->setText(QStringLiteral("-1"));
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -308,7 +308,7 @@ void TstCWanEscapeDlg::correctedEntriesAreAcceptedAfterARefusal()
         typeServers(dialog, QStringLiteral("1.2.3.4"), QStringLiteral("80"), QString(), QString());
         told = clickRefusedOk(script, dialog);
         type(dialog, "lineEdit_dnsIp", QStringLiteral("1.2.3.5"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -324,7 +324,7 @@ void TstCWanEscapeDlg::cancelClosesTheWindowAndStoresNothing()
     ModalScript script;
     script.expect<CWanEscapeDlg>([](CWanEscapeDlg& dialog) {
         typeServers(dialog, QStringLiteral("1.2.3.4"), QStringLiteral("80"), QStringLiteral("1.2.3.5"), QString());
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     CWanEscapeDlg dialog;
     dialog.installEventFilter(&closeEvents);

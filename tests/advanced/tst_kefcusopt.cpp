@@ -45,7 +45,7 @@ void TstKEFCusOpt::opensWithItsDefaultsAndTheFocusOnTheAddress()
     ModalScript script;
     script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
         focus = focusOf(dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     KEFCusOpt dialog;
     QCOMPARE(child<QLineEdit>(dialog, "lineEdit_kefIp")->text(), QString());
@@ -131,7 +131,7 @@ void TstKEFCusOpt::okStoresAllResults()
         type(dialog, "lineEdit_kefPort", port);
         if (customize)
             child<QCheckBox>(dialog, "checkBox_disable")->click();
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     KEFCusOpt dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -165,7 +165,7 @@ void TstKEFCusOpt::wrongAddressIsRefusedBeforePortAndFlagAreStored()
         type(dialog, "lineEdit_kefIp", address);
         child<QCheckBox>(dialog, "checkBox_disable")->click();
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     KEFCusOpt dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -187,11 +187,11 @@ void TstKEFCusOpt::eachRefusalHasABoxOfItsOwn()
             first = &box;
             box.button(QMessageBox::Ok)->click();
         });
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
         firstIsGone = first.isNull();
         type(dialog, "lineEdit_kefIp", QStringLiteral("proxy"));
         told = clickRefusedOk(script, dialog);
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     KEFCusOpt dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -207,7 +207,7 @@ void TstKEFCusOpt::cancelStoresNothing()
     script.expect<KEFCusOpt>([](KEFCusOpt& dialog) {
         type(dialog, "lineEdit_kefIp", QStringLiteral("192.168.1.10"));
         child<QCheckBox>(dialog, "checkBox_disable")->click();
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     KEFCusOpt dialog;
     dialog.installEventFilter(&closeEvents);

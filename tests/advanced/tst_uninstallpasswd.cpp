@@ -123,7 +123,7 @@ void TstUninstallPasswd::passwordIsTakenExactlyAsTyped()
     script.expect<UninstallPasswd>([&](UninstallPasswd& dialog) {
         child<QLineEdit>(dialog, "input")->insert(password);
         child<QLineEdit>(dialog, "confirm")->insert(password);
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     UninstallPasswd dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -149,7 +149,7 @@ void TstUninstallPasswd::emptyPasswordIsRefused()
         type(dialog, "confirm", confirmation);
         told = clickRefusedOk(script, dialog);
         kept = child<QLineEdit>(dialog, "confirm")->text();
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     UninstallPasswd dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -182,7 +182,7 @@ void TstUninstallPasswd::differentTextsAreRefusedAndBothFieldsCleared()
         type(dialog, "confirm", confirmation);
         told = clickRefusedOk(script, dialog);
         left = QStringList{child<QLineEdit>(dialog, "input")->text(), child<QLineEdit>(dialog, "confirm")->text()};
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     UninstallPasswd dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -211,7 +211,7 @@ void TstUninstallPasswd::extendedPasswordLeavesTheFieldsUnread()
         type(dialog, "input", password);
         type(dialog, "confirm", confirmation);
         child<QCheckBox>(dialog, "checkBox_extend")->click();
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     UninstallPasswd dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -229,7 +229,7 @@ void TstUninstallPasswd::correctedPasswordIsAcceptedAfterARefusal()
         told = clickRefusedOk(script, dialog);
         type(dialog, "input", QStringLiteral("second"));
         type(dialog, "confirm", QStringLiteral("second"));
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     UninstallPasswd dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -246,7 +246,7 @@ void TstUninstallPasswd::cancelStoresNothing()
         type(dialog, "input", QStringLiteral("secret"));
         type(dialog, "confirm", QStringLiteral("secret"));
         child<QCheckBox>(dialog, "checkBox_extend")->click();
-        click(dialog, QDialogButtonBox::Cancel);
+        press(dialog, QDialogButtonBox::Cancel);
     });
     UninstallPasswd dialog;
     dialog.installEventFilter(&closeEvents);

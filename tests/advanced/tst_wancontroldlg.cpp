@@ -79,7 +79,7 @@ void TstWancontrolDlg::okStoresTheSelectedAction()
     ModalScript script;
     script.expect<WancontrolDlg>([&](WancontrolDlg& dialog) {
         child<QRadioButton>(dialog, radioButton.toLatin1().constData())->click();
-        click(dialog, QDialogButtonBox::Ok);
+        press(dialog, QDialogButtonBox::Ok);
     });
     WancontrolDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Accepted));
@@ -103,7 +103,7 @@ void TstWancontrolDlg::onlyOkReadsTheChoice()
         if (byKey)
             QTest::keyClick(&dialog, Qt::Key_Escape);
         else
-            click(dialog, QDialogButtonBox::Cancel);
+            press(dialog, QDialogButtonBox::Cancel);
     });
     WancontrolDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
@@ -115,7 +115,7 @@ void TstWancontrolDlg::cancelClosesTheWindow()
 {
     CloseEvents closeEvents;
     ModalScript script;
-    script.expect<WancontrolDlg>([](WancontrolDlg& dialog) { click(dialog, QDialogButtonBox::Cancel); });
+    script.expect<WancontrolDlg>([](WancontrolDlg& dialog) { press(dialog, QDialogButtonBox::Cancel); });
     WancontrolDlg dialog;
     dialog.installEventFilter(&closeEvents);
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));

@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+using windowplay::click;
+
 QString inWorking(const QString& relative)
 {
     return installation::path(QLatin1String("custom/") + relative);
@@ -27,9 +29,9 @@ void expectFinish(ModalScript& script, const QString& remark, int packages)
 {
     script.expect<FinishDlg>([remark, packages](FinishDlg& dialog) {
         child<QLineEdit>(dialog, "lineEdit_addinfo")->setText(remark);
-        setTicked(dialog, "checkBox_cusSetup", packages & PackageSetup);
-        setTicked(dialog, "checkBox_cusUpdate", packages & PackageUpdate);
-        setTicked(dialog, "checkBox_cusCusUpd", packages & PackageCusUpd);
+        tick(dialog, "checkBox_cusSetup", packages & PackageSetup);
+        tick(dialog, "checkBox_cusUpdate", packages & PackageUpdate);
+        tick(dialog, "checkBox_cusCusUpd", packages & PackageCusUpd);
         pressOk(dialog);
     });
 }
@@ -39,7 +41,7 @@ void expectReport(ModalScript& script, QString* line)
     script.expect<CustomCompleteDlg>([line](CustomCompleteDlg& dialog) {
         if (line)
             *line = child<QLabel>(dialog, "label_customSuccHint")->text();
-        press(dialog, "pushButton_exit");
+        click(dialog, "pushButton_exit");
     });
 }
 
@@ -49,7 +51,7 @@ QStringList commit(const OrvexManager& window, const QString& remark, int packag
     expectFinish(script, remark, packages);
     expectReport(script);
     script.tolerate<PackingWait>();
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     return script.complaints();
 }
 
@@ -58,6 +60,6 @@ QStringList commitInVain(const OrvexManager& window, ShownBox& shown, const QStr
     ModalScript script;
     expectFinish(script, remark);
     script.expect<QMessageBox>(answer(shown));
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     return script.complaints();
 }

@@ -5,12 +5,13 @@
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfo.h"
 
-#include <QAbstractButton>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTextDocument>
+
+using windowplay::click;
 
 void prepareInstallation()
 {
@@ -25,18 +26,6 @@ void prepareInstallation()
 void writeSettings(const QByteArray& lines)
 {
     installation::writeFile(installation::path(QStringLiteral("config.ini")), "[config]\n" + lines);
-}
-
-void press(const QWidget& window, const char* buttonName)
-{
-    QTest::mouseClick(child<QAbstractButton>(window, buttonName), Qt::LeftButton);
-}
-
-void setTicked(const QWidget& window, const char* boxName, bool ticked)
-{
-    QCheckBox* box = child<QCheckBox>(window, boxName);
-    if (box->isChecked() != ticked)
-        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
 }
 
 void pressOk(QWidget& dialog, const char* boxName)
@@ -65,12 +54,7 @@ QStringList tickedBoxes(const QWidget& window)
 std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button)
 {
     return [&shown, button](QMessageBox& box) {
-        shown.parent = box.parent();
-        shown.title = box.windowTitle();
-        shown.text = box.text();
-        shown.icon = box.icon();
-        shown.buttons = box.standardButtons();
-        shown.defaultButton = box.standardButton(box.defaultButton());
+        shown = windowplay::shown(box);
         QTest::mouseClick(box.button(button), Qt::LeftButton);
     };
 }
@@ -87,7 +71,7 @@ bool pressWarns(const OrvexManager& window, const char* buttonName, const char* 
     ShownBox shown;
     ModalScript script;
     script.expect<QMessageBox>(answer(shown));
-    press(window, buttonName);
+    click(window, buttonName);
     return script.complaints().isEmpty() && isWarning(shown, window, textKey);
 }
 
@@ -140,11 +124,6 @@ void clickRow(const OrvexManager& window, int row)
                       tree->visualItemRect(tree->topLevelItem(row)).center());
 }
 
-bool isEnabled(const OrvexManager& window, const char* buttonName)
-{
-    return child<QAbstractButton>(window, buttonName)->isEnabled();
-}
-
 QString readToolTip(const QString& toolTip)
 {
     if (!Qt::mightBeRichText(toolTip))
@@ -161,8 +140,8 @@ QString titleOfDetails(const OrvexManager& window)
     script.expect<ShowDetailDlg>([&](ShowDetailDlg& dialog) {
         if (dialog.parent() == &window)
             title = dialog.windowTitle();
-        press(dialog, "toolButton");
+        click(dialog, "toolButton");
     });
-    press(window, "toolButton_detail");
+    click(window, "toolButton_detail");
     return script.complaints().isEmpty() ? title : QString();
 }

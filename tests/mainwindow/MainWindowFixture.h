@@ -16,24 +16,15 @@ void writeSettings(const QByteArray& lines);
 
 using windowplay::ApplicationFont;
 using windowplay::child;
+using windowplay::isEnabled;
+using windowplay::ShownBox;
+using windowplay::tick;
 
-void press(const QWidget& window, const char* buttonName);
-/// Clicks the box when it is not in that state already.
-void setTicked(const QWidget& window, const char* boxName, bool ticked);
 void pressOk(QWidget& dialog, const char* boxName = "buttonBox");
 void pressCancel(QWidget& dialog, const char* boxName = "buttonBox");
 /// The names of the ticked components, hidden ones too, in the order of the page.
 QStringList tickedBoxes(const QWidget& window);
 
-struct ShownBox
-{
-    const QObject* parent = nullptr;
-    QString title;
-    QString text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
-    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-};
 /// Notes what the message box shows and presses the button.
 std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardButton button = QMessageBox::Ok);
 /// Whether it is the main window's warning with this text: a child of the window, one Ok button, also the default.
@@ -55,7 +46,6 @@ QStringList shownTimes(const OrvexManager& window);
 int rowOf(const OrvexManager& window, const char* timeString);
 /// Turns to the history page and clicks the row.
 void clickRow(const OrvexManager& window, int row);
-bool isEnabled(const OrvexManager& window, const char* buttonName);
 /// The text that a tooltip shows.
 QString readToolTip(const QString& toolTip);
 /// Presses the button for details and closes what it shows. Empty when anything but a detail view came.

@@ -19,6 +19,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+using windowplay::click;
+
 /// The main() of the program, which the build gives this name.
 int programMain(int argc, char** argv);
 
@@ -87,7 +89,7 @@ void playRoad(const OrvexManager& window)
     combo->setCurrentIndex(1);
     tell("chosen again", window.record().common.cusAddInfo);
     clickRow(window, rowOf(window, "2020-09-13 20:26:40"));
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     tell("rows left", window.history().size());
     tell("working directory", QDir::currentPath());
     QApplication::exit(0);

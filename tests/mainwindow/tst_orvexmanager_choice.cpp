@@ -11,6 +11,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 
+using windowplay::click;
+
 namespace {
 
 const QStringList defaultBoxes = {QStringLiteral("8021xPro"), QStringLiteral("portalPro"), QStringLiteral("zoafunc")};
@@ -147,7 +149,7 @@ void TstOrvexManagerChoice::eachComponentHasItsBox()
     if (access == 0)
         child<QCheckBox>(window, "checkBox_wlanPro")->setChecked(true);
     script.expect<CustomAdvProperty>([](CustomAdvProperty& dialog) { pressCancel(dialog, "buttonBox_adv"); });
-    press(window, "toolButton_adv");
+    click(window, "toolButton_adv");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(window.record().common.procomVal, quint64(access == 0 ? 8 : access));
     QCOMPARE(window.record().common.funcomVal, quint64(funcomVal & 5));
@@ -302,7 +304,7 @@ void TstOrvexManagerChoice::clearingAndFillingBothLogALineForEachSection()
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), unopenedLines(11));
     clickRow(window, 0);
     installation::clearLog();
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), unopenedLines(22));
 }
 

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QToolButton>
 
+using windowplay::click;
+
 namespace {
 
 const QStringList defaultBoxes = {QStringLiteral("8021xPro"), QStringLiteral("portalPro"), QStringLiteral("zoafunc")};
@@ -19,7 +21,7 @@ void untickAccess(const OrvexManager& window)
 {
     for (const char* box : {"checkBox_8021xPro", "checkBox_portalPro", "checkBox_sslvpnPro", "checkBox_wlanPro",
                             "checkBox_ipsecvpnPro", "checkBox_zoaPro"})
-        setTicked(window, box, false);
+        tick(window, box, false);
 }
 
 /// Stores a customisation with all three fields of KEF, whatever the mask says of that component.
@@ -124,13 +126,13 @@ void TstOrvexManagerClient::withoutAccessComponentsAdvancedIsRefused()
         ShownBox shown;
         ModalScript script;
         script.expect<QMessageBox>(answer(shown));
-        press(window, "toolButton_adv");
+        click(window, "toolButton_adv");
         return script.complaints().isEmpty() && isWarning(shown, window, "SelProtocolPls");
     };
     QVERIFY(refuse());
     QCOMPARE(window.record().common.procomVal, quint64(0));
     // The mask of the functions is not counted then.
-    setTicked(window, "checkBox_zoafunc", false);
+    tick(window, "checkBox_zoafunc", false);
     QVERIFY(refuse());
     QCOMPARE(window.record().common.funcomVal, quint64(1));
 }
@@ -145,7 +147,7 @@ void TstOrvexManagerClient::aStoredIpsecComponentCountsThoughItsBoxIsHidden()
     QCOMPARE(tickedBoxes(window), QStringList{QStringLiteral("ipsecvpnPro")});
     ModalScript script;
     script.expect<CustomAdvProperty>([](CustomAdvProperty& dialog) { pressCancel(dialog, "buttonBox_adv"); });
-    press(window, "toolButton_adv");
+    click(window, "toolButton_adv");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(window.record().common.procomVal, quint64(4));
 }
@@ -155,13 +157,13 @@ void TstOrvexManagerClient::advancedTakesTheMasksFromTheBoxes()
     OrvexManager window(nullptr);
     window.show();
     untickAccess(window);
-    setTicked(window, "checkBox_sslvpnPro", true);
-    setTicked(window, "checkBox_wlanPro", true);
-    setTicked(window, "checkBox_zoaPro", true);
-    setTicked(window, "checkBox_zoafunc", false);
+    tick(window, "checkBox_sslvpnPro", true);
+    tick(window, "checkBox_wlanPro", true);
+    tick(window, "checkBox_zoaPro", true);
+    tick(window, "checkBox_zoafunc", false);
     ModalScript script;
     script.expect<CustomAdvProperty>([](CustomAdvProperty& dialog) { pressCancel(dialog, "buttonBox_adv"); });
-    press(window, "toolButton_adv");
+    click(window, "toolButton_adv");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(window.record().common.procomVal, quint64(56));
     QCOMPARE(window.record().common.funcomVal, quint64(0));
@@ -179,7 +181,7 @@ void TstOrvexManagerClient::advancedWritesIntoTheRecordInHand()
         child<QLineEdit>(dialog, "lineEdit_ZOAIp")->setText(QStringLiteral("192.0.2.10"));
         pressOk(dialog, "buttonBox_adv");
     });
-    press(window, "toolButton_adv");
+    click(window, "toolButton_adv");
     QCOMPARE(script.complaints(), QStringList());
     QVERIFY(isChild);
     QCOMPARE(window.record().gui.subTitle, QStringLiteral("客户端"));
@@ -195,10 +197,10 @@ void TstOrvexManagerClient::tickingKefAsksAndTakesTheAnswers()
     script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
         isChild = dialog.parent() == &window;
         QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), QStringLiteral("192.0.2.5"));
-        setTicked(dialog, "checkBox_disable", true);
+        tick(dialog, "checkBox_disable", true);
         pressOk(dialog);
     });
-    setTicked(window, "checkBox_keffunc", true);
+    tick(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
     QVERIFY(isChild);
     QVERIFY(child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
@@ -216,7 +218,7 @@ void TstOrvexManagerClient::cancellingTheKefDialogUnticksTheBox()
         QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), QStringLiteral("192.0.2.5"));
         pressCancel(dialog);
     });
-    setTicked(window, "checkBox_keffunc", true);
+    tick(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
     QVERIFY(!child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
     QCOMPARE(window.record().kef.kefIP, QString());
@@ -244,7 +246,7 @@ void TstOrvexManagerClient::cancellingTheKefDialogKeepsTheStoredFields()
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QVERIFY(holdsStoredKef(window));
     QCOMPARE(child<QCheckBox>(window, "checkBox_keffunc")->isChecked(), funcomVal == 4);
-    setTicked(window, "checkBox_keffunc", false);
+    tick(window, "checkBox_keffunc", false);
     ShownBox shown;
     ModalScript script;
     script.expect<KEFCusOpt>([&](KEFCusOpt& dialog) {
@@ -256,7 +258,7 @@ void TstOrvexManagerClient::cancellingTheKefDialogKeepsTheStoredFields()
         }
         pressCancel(dialog);
     });
-    setTicked(window, "checkBox_keffunc", true);
+    tick(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(shown.text, isRefused ? langText("KEF_IpErr") : QString());
     QVERIFY(!child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
@@ -270,13 +272,13 @@ void TstOrvexManagerClient::acceptingTheKefDialogReplacesAllThreeStoredFields()
     window.show();
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QVERIFY(holdsStoredKef(window));
-    setTicked(window, "checkBox_keffunc", false);
+    tick(window, "checkBox_keffunc", false);
     ModalScript script;
     script.expect<KEFCusOpt>([](KEFCusOpt& dialog) {
         QTest::keyClicks(child<QLineEdit>(dialog, "lineEdit_kefIp"), QStringLiteral("192.0.2.5"));
         pressOk(dialog);
     });
-    setTicked(window, "checkBox_keffunc", true);
+    tick(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.5"));
     QCOMPARE(window.record().kef.kefPort, QStringLiteral("9029"));
@@ -290,7 +292,7 @@ void TstOrvexManagerClient::kefDialogOpensWithItsDefaultsOverAStoredRecord()
     window.show();
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QVERIFY(holdsStoredKef(window));
-    setTicked(window, "checkBox_keffunc", false);
+    tick(window, "checkBox_keffunc", false);
     QString address = QStringLiteral("not read");
     QString port;
     bool isTicked = true;
@@ -301,7 +303,7 @@ void TstOrvexManagerClient::kefDialogOpensWithItsDefaultsOverAStoredRecord()
         isTicked = child<QCheckBox>(dialog, "checkBox_disable")->isChecked();
         pressCancel(dialog);
     });
-    setTicked(window, "checkBox_keffunc", true);
+    tick(window, "checkBox_keffunc", true);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(address, QString());
     QCOMPARE(port, QStringLiteral("9029"));
@@ -318,7 +320,7 @@ void TstOrvexManagerClient::untickingKefAsksNothingAndKeepsTheFields()
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QVERIFY(child<QCheckBox>(window, "checkBox_keffunc")->isChecked());
     ModalScript script;
-    setTicked(window, "checkBox_keffunc", false);
+    tick(window, "checkBox_keffunc", false);
     QTest::qWait(100);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.6"));

@@ -20,6 +20,8 @@
 #include <QRegularExpression>
 #include <QTreeWidget>
 
+using windowplay::click;
+
 class TstOrvexManagerCommit : public QObject
 {
     Q_OBJECT
@@ -66,7 +68,7 @@ void TstOrvexManagerCommit::withoutPackagesDocumentHistoryAndReportFollow()
     expectFinish(script, QStringLiteral("北京分部"));
     expectReport(script, &line);
     script.tolerate<PackingWait>();
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(line, langText("CusCfgOnlySuccHint"));
 
@@ -168,10 +170,10 @@ void TstOrvexManagerCommit::theWindowsBelongToTheMainWindow()
     });
     script.expect<CustomCompleteDlg>([&](CustomCompleteDlg& dialog) {
         parents.append(dialog.parent());
-        press(dialog, "pushButton_exit");
+        click(dialog, "pushButton_exit");
     });
     script.tolerate<PackingWait>();
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(parents, (QList<QObject*>{&window, &window}));
     QVERIFY(window.findChildren<QDialog*>().isEmpty());
@@ -263,7 +265,7 @@ void TstOrvexManagerCommit::functionComponentsMayBeNone()
 {
     OrvexManager window(nullptr);
     window.show();
-    setTicked(window, "checkBox_zoafunc", false);
+    tick(window, "checkBox_zoafunc", false);
     QCOMPARE(commit(window), QStringList());
     QCOMPARE(window.history().first().funcomVal, 0U);
     QCOMPARE(window.history().first().procomVal, 3U);
@@ -283,7 +285,7 @@ void TstOrvexManagerCommit::theKefSectionDependsOnTheBoxAlone()
 
     frozenTime = commitMoment + 1;
     combo->setCurrentIndex(combo->findText(QStringLiteral("2020-09-13"), Qt::MatchStartsWith));
-    setTicked(window, "checkBox_keffunc", false);
+    tick(window, "checkBox_keffunc", false);
     QCOMPARE(window.record().kef.kefIP, QStringLiteral("192.0.2.6"));
     QCOMPARE(commit(window), QStringList());
     const QByteArray without = installation::readFile(inWorking(QStringLiteral("OrvexCustom.xml")));
@@ -459,13 +461,13 @@ void TstOrvexManagerCommit::theReportTellsWhatWasAskedFor()
         }
         if (child<QLabel>(dialog, "label_customSuccHint")->isVisible())
             line = child<QLabel>(dialog, "label_customSuccHint")->text();
-        press(dialog, "pushButton_exit");
+        click(dialog, "pushButton_exit");
     });
     script.tolerate<PackingWait>();
     // Nothing is run, so nothing is made; the report tells it all the same.
     const CommandRecorder recorder(CommandRecorder::RecordOnly);
     QDir().mkpath(inWorking());
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     QCOMPARE(script.complaints(), QStringList());
     QTEST(rows, "rows");
     QCOMPARE(line, langText(key.toLatin1().constData()));

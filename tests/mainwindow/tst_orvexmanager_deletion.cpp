@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QListWidget>
 
+using windowplay::click;
+
 namespace {
 
 QByteArray removalOf(const char* name)
@@ -22,7 +24,7 @@ QStringList deleteAll(const OrvexManager& window, const std::function<void(QMess
     child<QListWidget>(window, "listWidget")->setCurrentRow(1);
     ModalScript script;
     script.expect<QMessageBox>(play);
-    press(window, "toolButton_deleteall");
+    click(window, "toolButton_deleteall");
     return script.complaints();
 }
 
@@ -66,7 +68,7 @@ void TstOrvexManagerDeletion::deleteTakesTheSelectedRowAndItsDirectoryWithoutAQu
     clickRow(window, rowOf(window, "2023-11-15 06:13:21"));
     const CommandRecorder recorder;
     ModalScript script;
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QTest::qWait(50);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(recorder.commands(), QByteArrayList{removalOf("1700000001")});
@@ -86,7 +88,7 @@ void TstOrvexManagerDeletion::deleteTakesTheSelectedRowWhicheverWasClicked()
     const QString clicked = shownTimes(window).first();
     clickRow(window, 0);
     QTest::keyClick(historyTree(window), Qt::Key_Down);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QCOMPARE(shownTimes(window), QStringList{clicked});
     QCOMPARE(window.history().first().cusTimeString, clicked);
 }
@@ -111,7 +113,7 @@ void TstOrvexManagerDeletion::buttonsStayEnabledAfterADeletionWhileRowsRemain()
     OrvexManager window(nullptr);
     window.show();
     clickRow(window, 0);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(isEnabled(window, "toolButton_detail"));
     QVERIFY(isEnabled(window, "toolButton_delete"));
     QVERIFY(isEnabled(window, "toolButton_deleteall"));
@@ -119,12 +121,12 @@ void TstOrvexManagerDeletion::buttonsStayEnabledAfterADeletionWhileRowsRemain()
         ShownBox shown;
         ModalScript script;
         script.expect<QMessageBox>(answer(shown));
-        press(window, button);
+        click(window, button);
         QCOMPARE(script.complaints(), QStringList());
         QVERIFY(isWarning(shown, window, "SelCus"));
     }
     clickRow(window, 0);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(!isEnabled(window, "toolButton_detail"));
     QVERIFY(!isEnabled(window, "toolButton_delete"));
     QVERIFY(!isEnabled(window, "toolButton_deleteall"));
@@ -138,7 +140,7 @@ void TstOrvexManagerDeletion::twoRowsOfOneTimeAreFoundByTheFirst()
     window.show();
     const quint64 first = window.history().first().cusTimeStamp;
     clickRow(window, 1);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(!QDir(inHistory(QString::number(first))).exists());
     QCOMPARE(window.history().size(), 1);
     QVERIFY(window.history().first().cusTimeStamp != first);
@@ -153,7 +155,7 @@ void TstOrvexManagerDeletion::deletionTellsTimesApartByCase()
     const quint64 first = window.history().at(0).cusTimeStamp;
     const quint64 second = window.history().at(1).cusTimeStamp;
     clickRow(window, 1);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(QDir(inHistory(QString::number(first))).exists());
     QVERIFY(!QDir(inHistory(QString::number(second))).exists());
     QCOMPARE(window.history().size(), 1);
@@ -171,7 +173,7 @@ void TstOrvexManagerDeletion::aRowThatTheHistoryDoesNotKnowDeletesNothing()
     historyTree(window)->topLevelItem(0)->setText(0, QStringLiteral("2023-11-15 06:13:23"));
     const CommandRecorder recorder;
     ModalScript script;
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(recorder.commands(), QByteArrayList());
     QCOMPARE(window.history().size(), 2);
@@ -188,7 +190,7 @@ void TstOrvexManagerDeletion::aDirectoryOfAnotherNameSurvivesTheDeletionOfItsRow
         QCOMPARE(shownTimes(window), QStringList{QStringLiteral("2023-11-15 06:13:21")});
         clickRow(window, 0);
         const CommandRecorder recorder;
-        press(window, "toolButton_delete");
+        click(window, "toolButton_delete");
         QCOMPARE(recorder.commands(), QByteArrayList{removalOf("1700000001")});
         QCOMPARE(shownTimes(window), QStringList());
     }
@@ -207,7 +209,7 @@ void TstOrvexManagerDeletion::aFailedRemovalTakesTheRowUntilTheNextStart()
         installation::clearLog();
         const CommandRecorder recorder(CommandRecorder::RecordOnly);
         ModalScript script;
-        press(window, "toolButton_delete");
+        click(window, "toolButton_delete");
         QCOMPARE(script.complaints(), QStringList());
         QCOMPARE(shownTimes(window), QStringList());
         QVERIFY(recorder.commands().contains(removalOf("1700000001")));
@@ -225,7 +227,7 @@ void TstOrvexManagerDeletion::aVanishedStoreIsLoggedOnDeletion()
     clickRow(window, 0);
     QVERIFY(QDir(inHistory()).removeRecursively());
     const CommandRecorder recorder;
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(window.history().isEmpty());
     QVERIFY(installation::logMessages(QStringLiteral("[ERR]"))
                 .contains(QStringLiteral("DelCustomInfo::utl_DirectoryExists failed,return.")));
@@ -241,7 +243,7 @@ void TstOrvexManagerDeletion::deletionResetsTheRecord()
     child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
     QVERIFY(!window.record().common.cusAddInfo.isEmpty());
     clickRow(window, 0);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QCOMPARE(differences(window.record(), CustomInfo()), QStringList());
     QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->currentIndex(), 0);
 }
@@ -254,7 +256,7 @@ void TstOrvexManagerDeletion::afterADeletionNoRowCountsAsClicked()
     OrvexManager window(nullptr);
     window.show();
     clickRow(window, 0);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     const QString second = shownTimes(window).at(1);
     historyTree(window)->setCurrentItem(historyTree(window)->topLevelItem(1));
     QVERIFY(titleOfDetails(window).contains(second));
@@ -372,7 +374,7 @@ void TstOrvexManagerDeletion::deleteAllOfNothingStopsAfterTheQuestion()
 {
     OrvexManager window(nullptr);
     window.show();
-    setTicked(window, "checkBox_sslvpnPro", true);
+    tick(window, "checkBox_sslvpnPro", true);
     const QStringList before = tickedBoxes(window);
     const CommandRecorder recorder;
     ShownBox shown;

@@ -18,6 +18,8 @@
 #include <QRadioButton>
 #include <QtTest>
 
+using windowplay::click;
+
 /// The detail view as the history opens it, over a stored customisation.
 class TstOrvexManagerDetails : public QObject
 {
@@ -68,13 +70,13 @@ QStringList openDetails(const std::function<void(ShowDetailDlg&)>& look,
     script.expect<ShowDetailDlg>([&](ShowDetailDlg& dialog) {
         look(dialog);
         child<QAbstractButton>(dialog, "pushButton_Adv_S")->click();
-        press(dialog, "toolButton");
+        click(dialog, "toolButton");
     });
     script.expect<QShowVpnAdv>([&](QShowVpnAdv& dialog) {
         lookAtVpn(dialog);
-        press(dialog, "pushButton");
+        click(dialog, "pushButton");
     });
-    press(window, "toolButton_detail");
+    click(window, "toolButton_detail");
     return script.complaints();
 }
 

@@ -21,6 +21,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+using windowplay::click;
+
 namespace {
 
 std::atomic<bool> s_isLost{false}; // the worker does not find the directory of the executable
@@ -110,7 +112,7 @@ void TstOrvexManagerFailures::cancelChangesNothing()
         child<QLineEdit>(dialog, "lineEdit_addinfo")->setText(QStringLiteral("typed"));
         pressCancel(dialog);
     });
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(recorder.commands(), QByteArrayList());
     QCOMPARE(differences(window.record(), before), QStringList());
@@ -122,9 +124,9 @@ void TstOrvexManagerFailures::withoutAccessComponentsTheCommitStopsButTheRemarkS
     OrvexManager window(nullptr);
     window.show();
     installation::writeFile(inWorking(QStringLiteral("old.xml")), "earlier");
-    setTicked(window, "checkBox_8021xPro", false);
-    setTicked(window, "checkBox_portalPro", false);
-    setTicked(window, "checkBox_zoafunc", false);
+    tick(window, "checkBox_8021xPro", false);
+    tick(window, "checkBox_portalPro", false);
+    tick(window, "checkBox_zoafunc", false);
     const CommandRecorder recorder;
     ShownBox shown;
     QCOMPARE(commitInVain(window, shown, QStringLiteral("kept")), QStringList());

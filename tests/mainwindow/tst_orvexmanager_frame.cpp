@@ -18,6 +18,8 @@
 #include <QToolButton>
 #include <QTranslator>
 
+using windowplay::click;
+
 namespace {
 
 QMenu* menu(const OrvexManager& window, int index)
@@ -251,7 +253,7 @@ void TstOrvexManagerFrame::theAboutCommandOpensTheBox()
         bool isChild = false;
         script.expect<AboutInfoDlg>([&](AboutInfoDlg& about) {
             isChild = about.parent() == &window;
-            press(about, "toolButton");
+            click(about, "toolButton");
         });
         action->trigger();
         QCOMPARE(script.complaints(), QStringList());
@@ -350,7 +352,7 @@ void TstOrvexManagerFrame::theTranslatorIsInstalledWhileTheLanguageIsChinese()
 void TstOrvexManagerFrame::aLanguageSwitchLeavesTheRecordAlone()
 {
     OrvexManager window(nullptr);
-    setTicked(window, "checkBox_sslvpnPro", true);
+    tick(window, "checkBox_sslvpnPro", true);
     const QStringList before = tickedBoxes(window);
     window.changZhLanguage();
     QCOMPARE(tickedBoxes(window), before);
@@ -414,7 +416,7 @@ void TstOrvexManagerFrame::packagePlacesOpenWhenTheirDirectoriesExist()
         }
         successLine = child<QWidget>(dialog, "label_customSuccHint")->isVisible();
         isChild = dialog.parent() == &window;
-        press(dialog, "pushButton_exit");
+        click(dialog, "pushButton_exit");
     });
     menu(window, 1)->actions().at(entry)->trigger();
     QCOMPARE(script.complaints(), QStringList());

@@ -11,6 +11,8 @@
 #include <QListWidget>
 #include <QTextDocument>
 
+using windowplay::click;
+
 namespace {
 
 QString detailTitle(const char* timeString)
@@ -152,7 +154,7 @@ void TstOrvexManagerHistory::detailWithNothingSelectedAsksForARow()
     OrvexManager window(nullptr);
     window.show();
     clickRow(window, 0);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QVERIFY(isEnabled(window, "toolButton_detail"));
     QVERIFY(pressWarns(window, "toolButton_detail", "SelCus"));
 }
@@ -192,7 +194,7 @@ void TstOrvexManagerHistory::detailTakesTheSelectedRowWhenNoneWasClicked()
     OrvexManager window(nullptr);
     window.show();
     clickRow(window, 2);
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     const QStringList times = shownTimes(window);
     QCOMPARE(times.size(), 2);
     historyTree(window)->setCurrentItem(historyTree(window)->topLevelItem(1));

@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QDir>
 
+using windowplay::click;
+
 // The time stamp of a commit and where it goes.
 class TstOrvexManagerStamp : public QObject
 {
@@ -126,7 +128,7 @@ void TstOrvexManagerStamp::aCommitPast2038IsFoundAgainOnlyByItsDirectory()
                 .contains(QStringLiteral("GetSelCusDir::utl_FileExists failed.")));
     clickRow(window, 0);
     QVERIFY(titleOfDetails(window).contains(QLatin1String("2038-01-19 11:14:08")));
-    press(window, "toolButton_delete");
+    click(window, "toolButton_delete");
     QCOMPARE(installation::namesIn(inHistory()), QStringList());
 }
 

@@ -15,6 +15,8 @@
 
 #include <memory>
 
+using windowplay::click;
+
 using namespace sweep;
 
 namespace {
@@ -58,11 +60,11 @@ QStringList visit(OrvexManager& window, Place place, const Step& step, End end)
             end(dialog, "buttonBox");
         });
         if (end == pressOk) {
-            script.expect<CustomCompleteDlg>([](CustomCompleteDlg& report) { press(report, "pushButton_exit"); });
+            script.expect<CustomCompleteDlg>([](CustomCompleteDlg& report) { click(report, "pushButton_exit"); });
             script.tolerate<PackingWait>();
         }
     }
-    press(window, opener);
+    click(window, opener);
     return script.complaints();
 }
 

@@ -2,10 +2,8 @@
 
 #include "support/ModalScript.h"
 
-#include <QCheckBox>
 #include <QDialog>
 #include <QEvent>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -24,25 +22,6 @@ QPushButton* buttonOf(const QDialog& dialog, QDialogButtonBox::StandardButton bu
 }
 
 } // namespace
-
-void click(const QDialog& dialog, QDialogButtonBox::StandardButton button)
-{
-    QTest::mouseClick(buttonOf(dialog, button), Qt::LeftButton);
-}
-
-void type(const QDialog& dialog, const char* edit, const QString& text)
-{
-    QLineEdit* const field = child<QLineEdit>(dialog, edit);
-    field->clear();
-    QTest::keyClicks(field, text);
-}
-
-void tick(const QDialog& dialog, const char* box, bool ticked)
-{
-    QCheckBox* const checkBox = child<QCheckBox>(dialog, box);
-    if (checkBox->isChecked() != ticked)
-        checkBox->click();
-}
 
 QString okText(const QDialog& dialog)
 {
@@ -67,7 +46,7 @@ QStringList clickRefusedOk(ModalScript& script, const QDialog& dialog)
         else
             box.reject();
     });
-    click(dialog, QDialogButtonBox::Ok);
+    press(dialog, QDialogButtonBox::Ok);
     told->append({focusOf(dialog), QString::number(dialog.isVisible())});
     return *told;
 }

@@ -13,16 +13,13 @@ class QDialog;
 namespace dialogplay {
 
 using windowplay::child;
+using windowplay::click;
 using windowplay::focusOf;
+using windowplay::press;
 using windowplay::runTest;
 using windowplay::showKeysAsTexts;
-
-/// A mouse click on the button of the button box.
-void click(const QDialog& dialog, QDialogButtonBox::StandardButton button);
-/// Replaces the text of the line edit by key strokes; ASCII only.
-void type(const QDialog& dialog, const char* edit, const QString& text);
-/// Clicks the check box unless it has this state already.
-void tick(const QDialog& dialog, const char* box, bool ticked);
+using windowplay::tick;
+using windowplay::type;
 
 QString okText(const QDialog& dialog);
 QString cancelText(const QDialog& dialog);

@@ -10,17 +10,12 @@
 template <class Dialog> class OpenView
 {
 public:
-    QString field(const char* name) const { return viewplay::child<QLineEdit>(view(), name)->text(); }
-    bool isOn(const char* name) const { return viewplay::child<QAbstractButton>(view(), name)->isChecked(); }
+    QString field(const char* name) const { return windowplay::textOf(view(), name); }
+    bool isOn(const char* name) const { return windowplay::isOn(view(), name); }
     /// The names among these whose widgets are enabled.
     QString enabledOf(const char* names) const
     {
-        QStringList enabled;
-        for (const QByteArray& name : QByteArray(names).split(' ')) {
-            if (viewplay::child<QWidget>(view(), name.constData())->isEnabled())
-                enabled.append(QString::fromLatin1(name));
-        }
-        return enabled.join(QLatin1Char(' '));
+        return windowplay::enabledOf(view(), viewplay::words(names)).join(QLatin1Char(' '));
     }
 
 protected:

@@ -122,21 +122,6 @@ CustomInfo bareRecord()
     return info;
 }
 
-void bringToFront(const QWidget* widget)
-{
-    for (QTabWidget* tabs : widget->window()->findChildren<QTabWidget*>()) {
-        for (int index = 0; index < tabs->count(); ++index) {
-            if (tabs->widget(index)->isAncestorOf(widget))
-                tabs->setCurrentIndex(index);
-        }
-    }
-}
-
-void clickOn(QAbstractButton* button)
-{
-    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
-}
-
 QStringList ticks(const QDialog& dialog)
 {
     QStringList all;
@@ -155,7 +140,7 @@ QString changesByClicks(QDialog& dialog, int& clicked)
         if (!button->isEnabled() || !button->isVisible())
             continue;
         QSignalSpy spy(button, &QAbstractButton::clicked);
-        clickOn(button);
+        click(button);
         if (ticks(dialog) != before)
             changes.append(QLatin1String("mouse on ") + button->objectName());
         QTest::keyClick(button, Qt::Key_Space);

@@ -11,7 +11,9 @@
 /// there is nothing to complain of.
 namespace viewplay {
 
+using windowplay::bringToFront;
 using windowplay::child;
+using windowplay::click;
 using windowplay::RecordHolder;
 using windowplay::useLanguage;
 using windowplay::words;
@@ -22,11 +24,6 @@ void useKeysAsTexts();
 CustomInfo fullRecord();
 /// A record with all components and no flag set.
 CustomInfo bareRecord();
-
-/// Brings the tab of the widget to the front.
-void bringToFront(const QWidget* widget);
-/// Clicks on the indicator with the mouse.
-void clickOn(QAbstractButton* button);
 
 /// "name=value" for each check box and radio button, sorted.
 QStringList ticks(const QDialog& dialog);

@@ -166,7 +166,7 @@ void TstQShowVpnAdv::tabsHaveTheirTitlesAndOrder()
 void TstQShowVpnAdv::columnsOfTheRoutesHaveTheirTitlesAndWidths()
 {
     OpenVpnView view(fullRecord());
-    const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_RouteList");
+    auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_RouteList");
     bringToFront(tree);
     QCOMPARE(tree->header()->textElideMode(), Qt::ElideRight);
     QStringList columns;
@@ -304,9 +304,9 @@ void TstQShowVpnAdv::clickCountsTheFieldAsZeroOrNotZero()
     auto* box = child<QCheckBox>(view.dialog, QTest::currentDataTag());
     bringToFront(box);
     QVERIFY(!box->isChecked());
-    clickOn(box);
+    click(box);
     QVERIFY(box->isChecked());
-    clickOn(box);
+    click(box);
     QVERIFY(box->isChecked());
 }
 
@@ -335,7 +335,7 @@ void TstQShowVpnAdv::withoutHolderItStaysEmpty()
     QCOMPARE(child<QTreeWidget>(dialog, "treeWidget_RouteList")->topLevelItemCount(), 0);
     auto* box = child<QCheckBox>(dialog, "checkBox_TunnelAuthOn");
     QSignalSpy spy(box, &QAbstractButton::clicked);
-    clickOn(box);
+    click(box);
     QCOMPARE(spy.count(), 1);
 }
 

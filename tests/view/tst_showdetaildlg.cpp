@@ -164,7 +164,7 @@ void TstShowDetailDlg::textsComeFromTheirKeys()
 void TstShowDetailDlg::columnsOfTheGatewaysHaveTheirTitlesAndWidths()
 {
     OpenDetailView view(fullRecord());
-    const auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
+    auto* tree = child<QTreeWidget>(view.dialog, "treeWidget_SSLIP");
     bringToFront(tree);
     QCOMPARE(tree->header()->textElideMode(), Qt::ElideRight);
     QStringList columns;
@@ -292,7 +292,7 @@ void TstShowDetailDlg::clicksOnTheServerChoiceChangeNothing()
     bringToFront(lns);
     for (QRadioButton* button : {other, lns, lns, other, other}) {
         QSignalSpy spy(button, &QAbstractButton::clicked);
-        clickOn(button);
+        click(button);
         QCOMPARE(spy.count(), 1);
         QCOMPARE(lns->isChecked(), LNSAsIPSECServer != 0);
         QCOMPARE(other->isChecked(), LNSAsIPSECServer == 0);

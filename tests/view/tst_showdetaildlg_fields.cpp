@@ -548,7 +548,7 @@ void TstShowDetailDlgFields::iconsAreScaledIntoTheirLabels()
     QCOMPARE(shownSize(view.dialog, "label_deskIcon_MacOs"), QSize(40, 10));
     QCOMPARE(shownSize(view.dialog, "label_MainIcon"), QSize(8, 32));
     for (const char* name : {"label_deskIcon_Linux", "label_MainIcon"}) {
-        const auto* label = child<QLabel>(view.dialog, name);
+        auto* label = child<QLabel>(view.dialog, name);
         bringToFront(label);
         QVERIFY(label->isVisible());
         QVERIFY(label->width() >= 32 && label->width() <= 40);

@@ -3,11 +3,8 @@
 #include "app/language/LangText.h"
 #include "support/ModalScript.h"
 
-#include <QAbstractButton>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QTabWidget>
 
 namespace vpnplay {
 
@@ -79,7 +76,7 @@ Session run(const CustomInfo& info, const Edit& edit, int boxes, QDialogButtonBo
     });
     for (int box = 0; box < boxes; ++box) {
         script.expect<QMessageBox>([&](QMessageBox& opened) {
-            session.boxes.append(shown(opened, dialog));
+            session.boxes.append(shown(opened, &dialog));
             QTest::mouseClick(opened.button(QMessageBox::Ok), Qt::LeftButton);
         });
     }
@@ -143,17 +140,6 @@ QStringList changes(const CustomInfo& before, const CustomInfo& after)
     return all;
 }
 
-ShownBox shown(const QMessageBox& box, const QDialog& behind)
-{
-    return {box.windowTitle(),
-            box.text(),
-            box.icon(),
-            box.standardButtons(),
-            box.standardButton(box.defaultButton()),
-            box.parent() != nullptr,
-            windowplay::focusOf(behind)};
-}
-
 void compareWarning(const ShownBox& box, const char* titleKey, const char* textKey)
 {
     QVERIFY2(langText(titleKey) != QLatin1String("NULL"), titleKey);
@@ -163,7 +149,7 @@ void compareWarning(const ShownBox& box, const char* titleKey, const char* textK
     QCOMPARE(box.icon, QMessageBox::Warning);
     QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
     QCOMPARE(box.defaultButton, QMessageBox::Ok);
-    QVERIFY(!box.hasParent);
+    QVERIFY(!box.parent);
 }
 
 Session pressOkAfter(const CustomInfo& info, const Edit& edit, int boxes)
@@ -183,77 +169,11 @@ void inspect(const CustomInfo& info, const Edit& look)
     QCOMPARE(session.result, int(QDialog::Rejected));
 }
 
-void bringToFront(QVPNAdvProperty& dialog, const QWidget* widget)
-{
-    QTabWidget* tabs = child<QTabWidget>(dialog, "tabWidget");
-    for (int index = 0; index < tabs->count(); ++index) {
-        if (tabs->widget(index)->isAncestorOf(widget))
-            tabs->setCurrentIndex(index);
-    }
-}
-
-void typeText(QLineEdit* edit, const QString& text)
-{
-    for (const QChar& character : text)
-        QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(character), Qt::NoModifier);
-}
-
-void typeInto(QVPNAdvProperty& dialog, const char* name, const QString& text)
-{
-    QLineEdit* edit = child<QLineEdit>(dialog, name);
-    bringToFront(dialog, edit);
-    edit->setFocus();
-    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(edit, Qt::Key_Delete);
-    typeText(edit, text);
-}
-
-void clickOn(QVPNAdvProperty& dialog, const char* name)
-{
-    QAbstractButton* button = child<QAbstractButton>(dialog, name);
-    bringToFront(dialog, button);
-    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(8, button->height() / 2));
-}
-
 void choose(QVPNAdvProperty& dialog, const char* name, int index)
 {
     QComboBox* combo = child<QComboBox>(dialog, name);
     if (combo->isEnabled())
         combo->setCurrentIndex(index);
-}
-
-QString textOf(const QVPNAdvProperty& dialog, const char* edit)
-{
-    return child<QLineEdit>(dialog, edit)->text();
-}
-
-int indexOf(const QVPNAdvProperty& dialog, const char* combo)
-{
-    return child<QComboBox>(dialog, combo)->currentIndex();
-}
-
-bool isOn(const QVPNAdvProperty& dialog, const char* box)
-{
-    return child<QAbstractButton>(dialog, box)->isChecked();
-}
-
-QStringList enabledOf(const QVPNAdvProperty& dialog, const QStringList& names)
-{
-    QStringList enabled;
-    for (const QString& name : names) {
-        if (child<QWidget>(dialog, name.toLatin1().constData())->isEnabled())
-            enabled.append(name);
-    }
-    return enabled;
-}
-
-QStringList itemsOf(const QVPNAdvProperty& dialog, const char* name)
-{
-    const QComboBox* combo = child<QComboBox>(dialog, name);
-    QStringList items;
-    for (int index = 0; index < combo->count(); ++index)
-        items.append(combo->itemText(index));
-    return items;
 }
 
 } // namespace vpnplay

@@ -38,7 +38,7 @@ Refusal refusalOf(const QString& ip, const QString& mask)
         QTest::mouseClick(button(opened, QDialogButtonBox::Cancel), Qt::LeftButton);
     });
     script.expect<QMessageBox>([&](QMessageBox& box) {
-        refusal.box = shown(box, dialog);
+        refusal.box = shown(box, &dialog);
         QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
     });
     dialog.exec();

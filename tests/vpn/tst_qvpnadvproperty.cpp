@@ -299,7 +299,7 @@ void TstQVPNAdvProperty::aWheelInPassingChangesNoList()
         const QList<QComboBox*> combos = dialog.findChildren<QComboBox*>();
         QCOMPARE(combos.size(), 12);
         for (QComboBox* combo : combos) {
-            bringToFront(dialog, combo);
+            bringToFront(combo);
             const int index = combo->currentIndex();
             windowplay::turnWheel(combo, -120);
             QVERIFY2(combo->currentIndex() == index, qPrintable(combo->objectName()));
@@ -313,7 +313,7 @@ void TstQVPNAdvProperty::aListThatGotTheFocusFromALeftPageIsNoLessGuarded()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         QTabBar* tabs = child<QTabWidget>(dialog, "tabWidget")->tabBar();
-        typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("t"));
+        type(dialog, "lineEdit_TunnelName", QStringLiteral("t"));
         QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(2).center());
         QComboBox* combo = child<QComboBox>(dialog, "comboBox_IkeNeg");
         QVERIFY(combo->hasFocus());
@@ -353,7 +353,7 @@ void TstQVPNAdvProperty::checkBoxesAreHeardOnlyWhenClicked()
         checkBox->setChecked(true);
         QCOMPARE(enabledOf(dialog, switched), before);
         checkBox->setChecked(false);
-        clickOn(dialog, box.constData());
+        click(dialog, box.constData());
         QVERIFY(enabledOf(dialog, switched) != before);
     });
 }
@@ -377,14 +377,14 @@ void TstQVPNAdvProperty::okWithoutChangeOnDefaults()
 void TstQVPNAdvProperty::cancelLeavesTheRecordAsItWas()
 {
     const Session session = pressCancelAfter(tellingRecord(), [](QVPNAdvProperty& dialog) {
-        typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("other"));
-        clickOn(dialog, "checkBox_TunnelAuthOn");
-        typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("99"));
+        type(dialog, "lineEdit_TunnelName", QStringLiteral("other"));
+        click(dialog, "checkBox_TunnelAuthOn");
+        type(dialog, "lineEdit_SaLifeTime", QStringLiteral("99"));
         choose(dialog, "comboBox_IpsecProto", 1);
-        clickOn(dialog, "checkBox_UseNAT");
-        typeInto(dialog, "lineEdit_ISAKMPSA", QStringLiteral("99"));
+        click(dialog, "checkBox_UseNAT");
+        type(dialog, "lineEdit_ISAKMPSA", QStringLiteral("99"));
         choose(dialog, "comboBox_DH", 0);
-        clickOn(dialog, "checkBox_KeepAliveOn");
+        click(dialog, "checkBox_KeepAliveOn");
         QTreeWidget* routes = child<QTreeWidget>(dialog, "treeWidget_RouteList");
         routes->topLevelItem(0)->setText(0, QStringLiteral("9.9.9.9"));
     });
@@ -398,9 +398,9 @@ void TstQVPNAdvProperty::theDialogClosesWhateverThePagesReport()
     const Session session = pressOkAfter(
         tellingRecord(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_TunnelName", QString());
-            typeInto(dialog, "lineEdit_SaLifeTime", QString());
-            typeInto(dialog, "lineEdit_ISAKMPSA", QString());
+            type(dialog, "lineEdit_TunnelName", QString());
+            type(dialog, "lineEdit_SaLifeTime", QString());
+            type(dialog, "lineEdit_ISAKMPSA", QString());
             child<QTreeWidget>(dialog, "treeWidget_RouteList")->topLevelItem(1)->setText(1, QStringLiteral("m"));
         },
         3);
@@ -419,10 +419,10 @@ void TstQVPNAdvProperty::pagesBehindARefusedOneAreStored()
     const Session session = pressOkAfter(
         tellingRecord(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_TunnelName", QString());
-            typeInto(dialog, "lineEdit_L2tpPort", QStringLiteral("1"));
-            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("31"));
-            typeInto(dialog, "lineEdit_ISAKMPSA", QStringLiteral("62"));
+            type(dialog, "lineEdit_TunnelName", QString());
+            type(dialog, "lineEdit_L2tpPort", QStringLiteral("1"));
+            type(dialog, "lineEdit_SaLifeTime", QStringLiteral("31"));
+            type(dialog, "lineEdit_ISAKMPSA", QStringLiteral("62"));
             child<QTreeWidget>(dialog, "treeWidget_RouteList")->topLevelItem(1)->setText(1, QStringLiteral("m"));
         },
         1);

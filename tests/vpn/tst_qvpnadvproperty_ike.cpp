@@ -143,14 +143,14 @@ void TstQVPNAdvPropertyIke::everyFieldIsStored()
         choose(dialog, idType, 1);
         choose(dialog, "comboBox_IkeEncrypt", 1);
         choose(dialog, "comboBox_DH", 1);
-        typeInto(dialog, "lineEdit_IkePort", QStringLiteral("5500"));
-        typeInto(dialog, "lineEdit_ISAKMPSA", QStringLiteral("61"));
-        typeInto(dialog, "lineEdit_LocalName", QStringLiteral("here"));
-        typeInto(dialog, "lineEdit_PeerName", QStringLiteral("there"));
-        clickOn(dialog, "checkBox_KeepAliveOn");
-        typeInto(dialog, "lineEdit_TimeInterval", QStringLiteral("21"));
-        clickOn(dialog, "checkBox_KeepAliveTimeout");
-        typeInto(dialog, "lineEdit_TimeOut", QStringLiteral("22"));
+        type(dialog, "lineEdit_IkePort", QStringLiteral("5500"));
+        type(dialog, "lineEdit_ISAKMPSA", QStringLiteral("61"));
+        type(dialog, "lineEdit_LocalName", QStringLiteral("here"));
+        type(dialog, "lineEdit_PeerName", QStringLiteral("there"));
+        click(dialog, "checkBox_KeepAliveOn");
+        type(dialog, "lineEdit_TimeInterval", QStringLiteral("21"));
+        click(dialog, "checkBox_KeepAliveTimeout");
+        type(dialog, "lineEdit_TimeOut", QStringLiteral("22"));
     });
     QCOMPARE(session.complaints, QStringList());
     const QStringList expected = {
@@ -374,8 +374,8 @@ void TstQVPNAdvPropertyIke::natAtOpeningForcesAggressiveAndName()
 void TstQVPNAdvPropertyIke::namesAreStoredOnlyWithTheIdTypeName()
 {
     const auto typeNames = [](QVPNAdvProperty& dialog) {
-        typeInto(dialog, "lineEdit_LocalName", QStringLiteral("new local"));
-        typeInto(dialog, "lineEdit_PeerName", QStringLiteral("new peer"));
+        type(dialog, "lineEdit_LocalName", QStringLiteral("new local"));
+        type(dialog, "lineEdit_PeerName", QStringLiteral("new peer"));
     };
     Session session = pressOkAfter(tellingRecord(), [&](QVPNAdvProperty& dialog) {
         typeNames(dialog);
@@ -413,8 +413,8 @@ void TstQVPNAdvPropertyIke::emptyNamesAreRefusedWithTheIdTypeName()
     const Session session = pressOkAfter(
         tellingRecord(),
         [&](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_LocalName", local);
-            typeInto(dialog, "lineEdit_PeerName", peer);
+            type(dialog, "lineEdit_LocalName", local);
+            type(dialog, "lineEdit_PeerName", peer);
             child<QWidget>(dialog, ikeAuth)->setFocus();
         },
         1);
@@ -455,8 +455,8 @@ void TstQVPNAdvPropertyIke::natReminderComesLastAndTakesBackNothing()
     const Session session = pressOkAfter(
         info,
         [](QVPNAdvProperty& dialog) {
-            clickOn(dialog, "checkBox_UseNAT");
-            typeInto(dialog, "lineEdit_IkePort", QStringLiteral("501"));
+            click(dialog, "checkBox_UseNAT");
+            type(dialog, "lineEdit_IkePort", QStringLiteral("501"));
             choose(dialog, "comboBox_DH", 1);
         },
         1);
@@ -478,8 +478,8 @@ void TstQVPNAdvPropertyIke::natReminderFollowsTheBoxAlsoWhenTheIpsecPageIsRefuse
     const Session session = pressOkAfter(
         CustomInfo(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
-            clickOn(dialog, "checkBox_UseNAT");
+            type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+            click(dialog, "checkBox_UseNAT");
         },
         2);
     QCOMPARE(session.complaints, QStringList());
@@ -498,7 +498,7 @@ void TstQVPNAdvPropertyIke::ahBoxDecidesAlsoWhenTheIpsecPageIsRefused()
         info,
         [](QVPNAdvProperty& dialog) {
             choose(dialog, "comboBox_AH_Auth", 1);
-            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+            type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
         },
         1);
     QCOMPARE(session.complaints, QStringList());
@@ -510,7 +510,7 @@ void TstQVPNAdvPropertyIke::natReminderIsSilentWithBothNames()
     CustomInfo info;
     info.vpn.ikecfg.IKELocalName = QStringLiteral("l");
     info.vpn.ikecfg.IKERemoteName = QStringLiteral("p");
-    const Session session = pressOkAfter(info, [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_UseNAT"); });
+    const Session session = pressOkAfter(info, [](QVPNAdvProperty& dialog) { click(dialog, "checkBox_UseNAT"); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ipseccfg.IPSECUseNatTranversal, quint64(1));
 }
@@ -551,10 +551,10 @@ void TstQVPNAdvPropertyIke::keepAliveBoxSwitchesItsTime()
     QFETCH(int, which);
     const KeepAlive& pair = keepAlives[which];
     inspect(CustomInfo(), [&](QVPNAdvProperty& dialog) {
-        clickOn(dialog, pair.box);
+        click(dialog, pair.box);
         QCOMPARE(enabledOf(dialog, pair.switched), pair.switched);
         QCOMPARE(enabledOf(dialog, keepAlives[1 - which].switched), QStringList());
-        clickOn(dialog, pair.box);
+        click(dialog, pair.box);
         QCOMPARE(enabledOf(dialog, pair.switched), QStringList());
     });
 }
@@ -587,8 +587,8 @@ void TstQVPNAdvPropertyIke::keepAliveHasBounds()
     const Session session = pressOkAfter(
         info,
         [&](QVPNAdvProperty& dialog) {
-            clickOn(dialog, pair.box);
-            typeInto(dialog, pair.edit, typed);
+            click(dialog, pair.box);
+            type(dialog, pair.edit, typed);
             child<QWidget>(dialog, ikeAuth)->setFocus();
         },
         isTaken ? 0 : 1);
@@ -613,8 +613,8 @@ void TstQVPNAdvPropertyIke::switchedOffKeepAliveKeepsTheStoredTime()
     CustomInfo expected = tellingRecord();
     expected.vpn.ikecfg.*pair.flag = 0;
     const Session session = pressOkAfter(tellingRecord(), [&](QVPNAdvProperty& dialog) {
-        typeInto(dialog, pair.edit, QStringLiteral("1"));
-        clickOn(dialog, pair.box);
+        type(dialog, pair.edit, QStringLiteral("1"));
+        click(dialog, pair.box);
     });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(changes(expected, session.info), QStringList());
@@ -625,8 +625,8 @@ void TstQVPNAdvPropertyIke::refusedReceiveTimeKeepsTheStoredSendTime()
     const Session session = pressOkAfter(
         tellingRecord(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_TimeInterval", QStringLiteral("25"));
-            typeInto(dialog, "lineEdit_TimeOut", QStringLiteral("1"));
+            type(dialog, "lineEdit_TimeInterval", QStringLiteral("25"));
+            type(dialog, "lineEdit_TimeOut", QStringLiteral("1"));
         },
         1);
     QCOMPARE(session.complaints, QStringList());
@@ -652,7 +652,7 @@ void TstQVPNAdvPropertyIke::lengthLimitsActOnTypedAndLoadedTexts()
     info.vpn.ikecfg.IKERecvPacketTimeOut = QStringLiteral("12345678");
     inspect(info, [&](QVPNAdvProperty& dialog) {
         QCOMPARE(textOf(dialog, edit.constData()), QStringLiteral("12345678").left(length));
-        typeInto(dialog, edit.constData(), QStringLiteral("98765432"));
+        type(dialog, edit.constData(), QStringLiteral("98765432"));
         QCOMPARE(textOf(dialog, edit.constData()), QStringLiteral("98765432").left(length));
     });
 }
@@ -685,8 +685,7 @@ void TstQVPNAdvPropertyIke::lifetimeHasBounds()
     QFETCH(QString, typed);
     QFETCH(bool, isTaken);
     const Session session = pressOkAfter(
-        tellingRecord(), [&](QVPNAdvProperty& dialog) { typeInto(dialog, "lineEdit_ISAKMPSA", typed); },
-        isTaken ? 0 : 1);
+        tellingRecord(), [&](QVPNAdvProperty& dialog) { type(dialog, "lineEdit_ISAKMPSA", typed); }, isTaken ? 0 : 1);
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ikecfg.IKEISAKMPLifetime, isTaken ? typed : QStringLiteral("7654"));
     if (!isTaken)
@@ -712,8 +711,7 @@ void TstQVPNAdvPropertyIke::negativePortCountsAsZero()
     QFETCH(bool, isTaken);
     QFETCH(quint64, stored);
     const Session session = pressOkAfter(
-        tellingRecord(), [&](QVPNAdvProperty& dialog) { typeInto(dialog, "lineEdit_IkePort", typed); },
-        isTaken ? 0 : 1);
+        tellingRecord(), [&](QVPNAdvProperty& dialog) { type(dialog, "lineEdit_IkePort", typed); }, isTaken ? 0 : 1);
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.ikecfg.IKEPort, stored);
     if (!isTaken)
@@ -745,7 +743,7 @@ void TstQVPNAdvPropertyIke::refusalsMoveTheFocusBeforeTheMessage()
     const Session session = pressOkAfter(
         tellingRecord(),
         [&](QVPNAdvProperty& dialog) {
-            typeInto(dialog, edit.constData(), typed);
+            type(dialog, edit.constData(), typed);
             child<QWidget>(dialog, ikeAuth)->setFocus();
         },
         1);
@@ -787,11 +785,11 @@ void TstQVPNAdvPropertyIke::refusedFieldKeepsTheOnesBehindIt()
         info,
         [&](QVPNAdvProperty& dialog) {
             choose(dialog, "comboBox_IkeEncrypt", 0);
-            typeInto(dialog, "lineEdit_ISAKMPSA", QStringLiteral("100"));
-            typeInto(dialog, "lineEdit_LocalName", QStringLiteral("new local"));
-            typeInto(dialog, "lineEdit_TimeInterval", QStringLiteral("101"));
-            typeInto(dialog, "lineEdit_TimeOut", QStringLiteral("102"));
-            typeInto(dialog, edit.constData(), typed);
+            type(dialog, "lineEdit_ISAKMPSA", QStringLiteral("100"));
+            type(dialog, "lineEdit_LocalName", QStringLiteral("new local"));
+            type(dialog, "lineEdit_TimeInterval", QStringLiteral("101"));
+            type(dialog, "lineEdit_TimeOut", QStringLiteral("102"));
+            type(dialog, edit.constData(), typed);
         },
         1);
     QCOMPARE(session.complaints, QStringList());

@@ -99,12 +99,12 @@ void TstQVPNAdvPropertyIpsec::everyFieldIsStored()
 {
     const Session session = pressOkAfter(CustomInfo(), [](QVPNAdvProperty& dialog) {
         choose(dialog, encap, 1);
-        typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1234"));
+        type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1234"));
         choose(dialog, proto, 2);
         choose(dialog, espAuth, 3);
         choose(dialog, espEncrypt, 1);
         choose(dialog, ahAuth, 1);
-        clickOn(dialog, "checkBox_UsePFS");
+        click(dialog, "checkBox_UsePFS");
         choose(dialog, "comboBox_PFS", 1);
     });
     QCOMPARE(session.complaints, QStringList());
@@ -315,7 +315,7 @@ void TstQVPNAdvPropertyIpsec::natClickedOn()
     CustomInfo info = tellingRecord();
     info.vpn.ipseccfg.IPSECSecurityProto = protocol;
     const Session session = pressOkAfter(info, [&](QVPNAdvProperty& dialog) {
-        clickOn(dialog, "checkBox_UseNAT");
+        click(dialog, "checkBox_UseNAT");
         QCOMPARE(combos(dialog), expected);
     });
     QCOMPARE(session.complaints, QStringList());
@@ -341,7 +341,7 @@ void TstQVPNAdvPropertyIpsec::natClickedOff()
     info.vpn.ipseccfg.IPSECUseNatTranversal = 1;
     info.vpn.basecfg.LNSAsIPSECServer = lnsAsServer;
     const Session session = pressOkAfter(info, [&](QVPNAdvProperty& dialog) {
-        clickOn(dialog, "checkBox_UseNAT");
+        click(dialog, "checkBox_UseNAT");
         QCOMPARE(combos(dialog), expected);
     });
     QCOMPARE(session.complaints, QStringList());
@@ -353,8 +353,8 @@ void TstQVPNAdvPropertyIpsec::natLeavesTheIkePageAlone()
     const QStringList ikeWidgets =
         words("comboBox_IkeNeg comboBox_IDType label_LocalName lineEdit_LocalName label_PeerName lineEdit_PeerName");
     inspect(CustomInfo(), [&](QVPNAdvProperty& dialog) {
-        for (int click = 0; click < 2; ++click) {
-            clickOn(dialog, "checkBox_UseNAT");
+        for (int time = 0; time < 2; ++time) {
+            click(dialog, "checkBox_UseNAT");
             QCOMPARE(indexOf(dialog, "comboBox_IkeNeg"), 0);
             QCOMPARE(indexOf(dialog, "comboBox_IDType"), 0);
             QCOMPARE(enabledOf(dialog, ikeWidgets), words("comboBox_IkeNeg"));
@@ -363,7 +363,7 @@ void TstQVPNAdvPropertyIpsec::natLeavesTheIkePageAlone()
     CustomInfo info = tellingRecord();
     info.vpn.ipseccfg.IPSECUseNatTranversal = 1;
     inspect(info, [&](QVPNAdvProperty& dialog) {
-        clickOn(dialog, "checkBox_UseNAT");
+        click(dialog, "checkBox_UseNAT");
         QCOMPARE(indexOf(dialog, "comboBox_IkeNeg"), 1);
         QCOMPARE(indexOf(dialog, "comboBox_IDType"), 1);
         QCOMPARE(enabledOf(dialog, ikeWidgets), QStringList());
@@ -402,10 +402,10 @@ void TstQVPNAdvPropertyIpsec::pfsBoxSwitchesItsGroup()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         const QStringList group = words("label_PFS comboBox_PFS");
-        clickOn(dialog, "checkBox_UsePFS");
+        click(dialog, "checkBox_UsePFS");
         QCOMPARE(enabledOf(dialog, group), QStringList());
         QCOMPARE(indexOf(dialog, "comboBox_PFS"), 1);
-        clickOn(dialog, "checkBox_UsePFS");
+        click(dialog, "checkBox_UsePFS");
         QCOMPARE(enabledOf(dialog, group), group);
         QCOMPARE(indexOf(dialog, "comboBox_PFS"), 0);
     });
@@ -426,7 +426,7 @@ void TstQVPNAdvPropertyIpsec::pfsIsStoredByItsGroup()
     QFETCH(quint64, pfs);
     const Session session = pressOkAfter(tellingRecord(), [&](QVPNAdvProperty& dialog) {
         if (index < 0)
-            clickOn(dialog, "checkBox_UsePFS");
+            click(dialog, "checkBox_UsePFS");
         else
             choose(dialog, "comboBox_PFS", index);
     });
@@ -440,7 +440,7 @@ void TstQVPNAdvPropertyIpsec::lengthLimitActsOnTypedAndLoadedTexts()
     info.vpn.ipseccfg.IPSECSALifetime = QStringLiteral("6048001");
     inspect(info, [](QVPNAdvProperty& dialog) {
         QCOMPARE(textOf(dialog, "lineEdit_SaLifeTime"), QStringLiteral("604800"));
-        typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1234567"));
+        type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1234567"));
         QCOMPARE(textOf(dialog, "lineEdit_SaLifeTime"), QStringLiteral("123456"));
     });
 }
@@ -464,8 +464,7 @@ void TstQVPNAdvPropertyIpsec::lifetimeHasBounds()
     QFETCH(QString, typed);
     QFETCH(bool, isTaken);
     const Session session = pressOkAfter(
-        tellingRecord(), [&](QVPNAdvProperty& dialog) { typeInto(dialog, "lineEdit_SaLifeTime", typed); },
-        isTaken ? 0 : 1);
+        tellingRecord(), [&](QVPNAdvProperty& dialog) { type(dialog, "lineEdit_SaLifeTime", typed); }, isTaken ? 0 : 1);
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.result, int(QDialog::Accepted));
     QCOMPARE(session.info.vpn.ipseccfg.IPSECSALifetime, isTaken ? typed : QStringLiteral("4567"));
@@ -478,7 +477,7 @@ void TstQVPNAdvPropertyIpsec::refusalMovesTheFocusBeforeTheMessage()
     const Session session = pressOkAfter(
         tellingRecord(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+            type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
             child<QWidget>(dialog, encap)->setFocus();
         },
         1);
@@ -493,13 +492,13 @@ void TstQVPNAdvPropertyIpsec::refusedLifetimeKeepsTheOtherFields()
     const Session session = pressOkAfter(
         tellingRecord(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
+            type(dialog, "lineEdit_SaLifeTime", QStringLiteral("1"));
             choose(dialog, encap, 0);
             choose(dialog, espAuth, 3);
             choose(dialog, espEncrypt, 0);
             choose(dialog, ahAuth, 1);
-            clickOn(dialog, "checkBox_UsePFS");
-            clickOn(dialog, "checkBox_UseNAT");
+            click(dialog, "checkBox_UsePFS");
+            click(dialog, "checkBox_UseNAT");
         },
         1);
     QCOMPARE(session.complaints, QStringList());

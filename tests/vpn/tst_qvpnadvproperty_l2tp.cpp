@@ -75,13 +75,13 @@ void TstQVPNAdvPropertyL2tp::defaultsAreLoaded()
 void TstQVPNAdvPropertyL2tp::everyFieldIsStored()
 {
     const Session session = pressOkAfter(CustomInfo(), [](QVPNAdvProperty& dialog) {
-        typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("east wing"));
+        type(dialog, "lineEdit_TunnelName", QStringLiteral("east wing"));
         choose(dialog, "comboBox_AuthMode", 1);
-        typeInto(dialog, "lineEdit_HelloInterval", QStringLiteral("321"));
-        typeInto(dialog, "lineEdit_L2tpPort", QStringLiteral("2701"));
-        clickOn(dialog, "checkBox_TunnelAuthOn");
-        typeInto(dialog, "lineEdit_TunnelPwd", QStringLiteral("open sesame"));
-        clickOn(dialog, "checkBox_AVPHidden");
+        type(dialog, "lineEdit_HelloInterval", QStringLiteral("321"));
+        type(dialog, "lineEdit_L2tpPort", QStringLiteral("2701"));
+        click(dialog, "checkBox_TunnelAuthOn");
+        type(dialog, "lineEdit_TunnelPwd", QStringLiteral("open sesame"));
+        click(dialog, "checkBox_AVPHidden");
     });
     QCOMPARE(session.complaints, QStringList());
     QStringList expected = {QStringLiteral("L2TPTunnelName: vpn -> east wing"),
@@ -145,7 +145,7 @@ void TstQVPNAdvPropertyL2tp::onlyTheValueOneHidesTheAvpData()
 void TstQVPNAdvPropertyL2tp::avpFlagIsStoredAlsoWhileItsBoxIsDisabled()
 {
     const Session session =
-        pressOkAfter(tellingRecord(), [](QVPNAdvProperty& dialog) { clickOn(dialog, "checkBox_TunnelAuthOn"); });
+        pressOkAfter(tellingRecord(), [](QVPNAdvProperty& dialog) { click(dialog, "checkBox_TunnelAuthOn"); });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPUseTunnelPwd, quint64(0));
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPAVPHidden, quint64(1));
@@ -162,9 +162,9 @@ void TstQVPNAdvPropertyL2tp::tunnelAuthenticationSwitchesPasswordAndAvp()
 {
     const QStringList switched = words("label_TunnelPwd lineEdit_TunnelPwd checkBox_AVPHidden");
     inspect(CustomInfo(), [&](QVPNAdvProperty& dialog) {
-        clickOn(dialog, "checkBox_TunnelAuthOn");
+        click(dialog, "checkBox_TunnelAuthOn");
         QCOMPARE(enabledOf(dialog, switched), switched);
-        clickOn(dialog, "checkBox_TunnelAuthOn");
+        click(dialog, "checkBox_TunnelAuthOn");
         QCOMPARE(enabledOf(dialog, switched), QStringList());
     });
 }
@@ -186,7 +186,7 @@ void TstQVPNAdvPropertyL2tp::lengthLimitsActOnTypedTexts()
     QFETCH(int, typed);
     QFETCH(int, taken);
     inspect(tellingRecord(), [&](QVPNAdvProperty& dialog) {
-        typeInto(dialog, edit.constData(), QString(typed, QLatin1Char('7')));
+        type(dialog, edit.constData(), QString(typed, QLatin1Char('7')));
         QCOMPARE(textOf(dialog, edit.constData()), QString(taken, QLatin1Char('7')));
     });
 }
@@ -236,7 +236,7 @@ void TstQVPNAdvPropertyL2tp::helloIntervalHasBounds()
     QFETCH(QString, typed);
     QFETCH(bool, isTaken);
     const Session session = pressOkAfter(
-        tellingRecord(), [&](QVPNAdvProperty& dialog) { typeInto(dialog, "lineEdit_HelloInterval", typed); },
+        tellingRecord(), [&](QVPNAdvProperty& dialog) { type(dialog, "lineEdit_HelloInterval", typed); },
         isTaken ? 0 : 1);
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.result, int(QDialog::Accepted));
@@ -265,8 +265,7 @@ void TstQVPNAdvPropertyL2tp::portIsComparedAsUnsignedNumber()
     QFETCH(bool, isTaken);
     QFETCH(quint64, stored);
     const Session session = pressOkAfter(
-        tellingRecord(), [&](QVPNAdvProperty& dialog) { typeInto(dialog, "lineEdit_L2tpPort", typed); },
-        isTaken ? 0 : 1);
+        tellingRecord(), [&](QVPNAdvProperty& dialog) { type(dialog, "lineEdit_L2tpPort", typed); }, isTaken ? 0 : 1);
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPPort, stored);
     if (!isTaken)
@@ -296,7 +295,7 @@ void TstQVPNAdvPropertyL2tp::refusalsShowTheMessageBeforeTheFocus()
     const Session session = pressOkAfter(
         tellingRecord(),
         [&](QVPNAdvProperty& dialog) {
-            typeInto(dialog, edit.constData(), typed);
+            type(dialog, edit.constData(), typed);
             child<QWidget>(dialog, "comboBox_AuthMode")->setFocus();
         },
         1);
@@ -331,13 +330,13 @@ void TstQVPNAdvPropertyL2tp::refusedFieldKeepsTheOnesBehindIt()
     const Session session = pressOkAfter(
         tellingRecord(),
         [&](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
-            typeInto(dialog, "lineEdit_HelloInterval", QStringLiteral("99"));
-            typeInto(dialog, "lineEdit_TunnelPwd", QStringLiteral("changed"));
+            type(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
+            type(dialog, "lineEdit_HelloInterval", QStringLiteral("99"));
+            type(dialog, "lineEdit_TunnelPwd", QStringLiteral("changed"));
             choose(dialog, "comboBox_AuthMode", 0);
-            clickOn(dialog, "checkBox_AVPHidden");
-            typeInto(dialog, "lineEdit_L2tpPort", QStringLiteral("1"));
-            typeInto(dialog, edit.constData(), typed);
+            click(dialog, "checkBox_AVPHidden");
+            type(dialog, "lineEdit_L2tpPort", QStringLiteral("1"));
+            type(dialog, edit.constData(), typed);
         },
         1);
     QCOMPARE(session.complaints, QStringList());
@@ -349,9 +348,9 @@ void TstQVPNAdvPropertyL2tp::refusedPasswordDoesNotSwitchTunnelAuthenticationOn(
     const Session session = pressOkAfter(
         CustomInfo(),
         [](QVPNAdvProperty& dialog) {
-            typeInto(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
-            clickOn(dialog, "checkBox_TunnelAuthOn");
-            typeInto(dialog, "lineEdit_TunnelPwd", QString());
+            type(dialog, "lineEdit_TunnelName", QStringLiteral("changed"));
+            click(dialog, "checkBox_TunnelAuthOn");
+            type(dialog, "lineEdit_TunnelPwd", QString());
         },
         1);
     QCOMPARE(session.complaints, QStringList());
@@ -363,8 +362,8 @@ void TstQVPNAdvPropertyL2tp::refusedPasswordDoesNotSwitchTunnelAuthenticationOn(
 void TstQVPNAdvPropertyL2tp::passwordOutlivesSwitchedOffTunnelAuthentication()
 {
     const Session session = pressOkAfter(tellingRecord(), [](QVPNAdvProperty& dialog) {
-        typeInto(dialog, "lineEdit_TunnelPwd", QStringLiteral("not stored"));
-        clickOn(dialog, "checkBox_TunnelAuthOn");
+        type(dialog, "lineEdit_TunnelPwd", QStringLiteral("not stored"));
+        click(dialog, "checkBox_TunnelAuthOn");
     });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(changes(tellingRecord(), session.info), QStringList(QStringLiteral("L2TPUseTunnelPwd: 1 -> 0")));
@@ -373,8 +372,8 @@ void TstQVPNAdvPropertyL2tp::passwordOutlivesSwitchedOffTunnelAuthentication()
 void TstQVPNAdvPropertyL2tp::newPasswordIsStoredWhenTunnelAuthenticationIsSwitchedOn()
 {
     const Session session = pressOkAfter(CustomInfo(), [](QVPNAdvProperty& dialog) {
-        clickOn(dialog, "checkBox_TunnelAuthOn");
-        typeInto(dialog, "lineEdit_TunnelPwd", QStringLiteral("fresh"));
+        click(dialog, "checkBox_TunnelAuthOn");
+        type(dialog, "lineEdit_TunnelPwd", QStringLiteral("fresh"));
     });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(session.info.vpn.l2tpcfg.L2TPUseTunnelPwd, quint64(1));
@@ -412,7 +411,7 @@ void TstQVPNAdvPropertyL2tp::nameFieldsTakeTheListedCharacters()
     QFETCH(QString, typed);
     QFETCH(QString, taken);
     inspect(tellingRecord(), [&](QVPNAdvProperty& dialog) {
-        typeInto(dialog, edit.constData(), typed);
+        type(dialog, edit.constData(), typed);
         QCOMPARE(textOf(dialog, edit.constData()), taken);
     });
 }
@@ -465,7 +464,7 @@ void TstQVPNAdvPropertyL2tp::passwordTakesPrintableAscii()
     QFETCH(QString, typed);
     QFETCH(QString, taken);
     inspect(tellingRecord(), [&](QVPNAdvProperty& dialog) {
-        typeInto(dialog, "lineEdit_TunnelPwd", typed);
+        type(dialog, "lineEdit_TunnelPwd", typed);
         QCOMPARE(textOf(dialog, "lineEdit_TunnelPwd"), taken);
     });
 }

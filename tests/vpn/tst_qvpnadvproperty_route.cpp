@@ -91,7 +91,7 @@ void enterRoute(IpInfo& dialog, const QString& ip, const QString& mask)
 void addRoute(ModalScript& script, QVPNAdvProperty& dialog, const QString& ip, const QString& mask)
 {
     script.expect<IpInfo>([=](IpInfo& opened) { enterRoute(opened, ip, mask); });
-    clickOn(dialog, addButton);
+    click(dialog, addButton);
 }
 
 void selectRow(QVPNAdvProperty& dialog, int row)
@@ -104,7 +104,7 @@ void selectRow(QVPNAdvProperty& dialog, int row)
 void deleteSelected(ModalScript& script, QVPNAdvProperty& dialog, QMessageBox::StandardButton answer)
 {
     script.expect<QMessageBox>([=](QMessageBox& box) { QTest::mouseClick(box.button(answer), Qt::LeftButton); });
-    clickOn(dialog, deleteButton);
+    click(dialog, deleteButton);
 }
 
 } // namespace
@@ -151,7 +151,7 @@ void TstQVPNAdvPropertyRoute::routesAreLoadedInOrder()
 void TstQVPNAdvPropertyRoute::columnsHaveTheirWidth()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
-        bringToFront(dialog, list(dialog));
+        bringToFront(list(dialog));
         QCOMPARE(list(dialog)->columnCount(), 2);
         QCOMPARE(list(dialog)->columnWidth(0), 170);
         QCOMPARE(list(dialog)->columnWidth(1), 170);
@@ -224,7 +224,7 @@ void TstQVPNAdvPropertyRoute::fullListAddsNothingAndDisablesAdd()
 {
     const RouteSession session = run(recordWithRoutes(10), [](ModalScript&, QVPNAdvProperty& dialog) {
         child<QPushButton>(dialog, addButton)->setEnabled(true);
-        clickOn(dialog, addButton);
+        click(dialog, addButton);
         QCOMPARE(buttons(dialog), QStringLiteral("-+"));
     });
     QCOMPARE(session.complaints, QStringList());
@@ -242,7 +242,7 @@ void TstQVPNAdvPropertyRoute::cancelledEntryAddsNothing()
             QTest::mouseClick(child<QDialogButtonBox>(opened, "buttonBox")->button(QDialogButtonBox::Cancel),
                               Qt::LeftButton);
         });
-        clickOn(dialog, addButton);
+        click(dialog, addButton);
         QCOMPARE(parent, static_cast<QObject*>(&dialog));
         QCOMPARE(rowsOf(dialog), QStringList());
         QCOMPARE(buttons(dialog), QStringLiteral("+-"));
@@ -268,10 +268,10 @@ void TstQVPNAdvPropertyRoute::repeatedDestinationIsRefusedWhateverTheMask()
     const RouteSession session = run(info, [&](ModalScript& script, QVPNAdvProperty& dialog) {
         script.expect<IpInfo>([&](IpInfo& opened) { enterRoute(opened, ip, mask); });
         script.expect<QMessageBox>([&](QMessageBox& opened) {
-            box = shown(opened, dialog);
+            box = shown(opened, &dialog);
             QTest::mouseClick(opened.button(QMessageBox::Ok), Qt::LeftButton);
         });
-        clickOn(dialog, addButton);
+        click(dialog, addButton);
     });
     QCOMPARE(session.complaints, QStringList());
     compareWarning(box, "VUI_AddRoute", "VUI_NetworkAddrRepeat");
@@ -302,10 +302,10 @@ void TstQVPNAdvPropertyRoute::deleteWithoutSelectionAsksForOne()
     ShownBox box;
     const RouteSession session = run(info, [&](ModalScript& script, QVPNAdvProperty& dialog) {
         script.expect<QMessageBox>([&](QMessageBox& opened) {
-            box = shown(opened, dialog);
+            box = shown(opened, &dialog);
             QTest::mouseClick(opened.button(QMessageBox::Ok), Qt::LeftButton);
         });
-        clickOn(dialog, deleteButton);
+        click(dialog, deleteButton);
         QCOMPARE(buttons(dialog), QStringLiteral("++"));
     });
     QCOMPARE(session.complaints, QStringList());
@@ -319,10 +319,10 @@ void TstQVPNAdvPropertyRoute::deleteQuestionHasYesAndNo()
     const RouteSession session = run(recordWithRoutes(3), [&](ModalScript& script, QVPNAdvProperty& dialog) {
         selectRow(dialog, 1);
         script.expect<QMessageBox>([&](QMessageBox& opened) {
-            box = shown(opened, dialog);
+            box = shown(opened, &dialog);
             QTest::mouseClick(opened.button(QMessageBox::No), Qt::LeftButton);
         });
-        clickOn(dialog, deleteButton);
+        click(dialog, deleteButton);
     });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(box.title, langText("VUI_RouteSetting"));
@@ -331,7 +331,7 @@ void TstQVPNAdvPropertyRoute::deleteQuestionHasYesAndNo()
     QCOMPARE(box.icon, QMessageBox::Question);
     QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Yes | QMessageBox::No));
     QCOMPARE(box.defaultButton, QMessageBox::Yes);
-    QVERIFY(!box.hasParent);
+    QVERIFY(!box.parent);
 }
 
 void TstQVPNAdvPropertyRoute::deleteTakesTheSelectedRow()
@@ -364,7 +364,7 @@ void TstQVPNAdvPropertyRoute::deleteAnsweredByEscapeKeepsTheRow()
     const RouteSession session = run(info, [](ModalScript& script, QVPNAdvProperty& dialog) {
         selectRow(dialog, 1);
         script.expect<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-        clickOn(dialog, deleteButton);
+        click(dialog, deleteButton);
     });
     QCOMPARE(session.complaints, QStringList());
     QCOMPARE(routesOf(session.info), routesOf(info));
