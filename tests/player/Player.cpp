@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int s_lookIntervalMs = 30;
+constexpr int s_lookIntervalMs = 10;
 constexpr qint64 s_patienceMs = 180000;
 
 } // namespace

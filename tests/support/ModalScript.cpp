@@ -44,7 +44,7 @@ QStringList ModalScript::complaints() const
 // A fresh single shot each time: a repeating timer is silent inside its own slot, and the steps run nested windows.
 void ModalScript::scheduleLook()
 {
-    QTimer::singleShot(10, this, &ModalScript::look);
+    QTimer::singleShot(2, this, &ModalScript::look);
 }
 
 bool ModalScript::isKnown(const QWidget* window) const
