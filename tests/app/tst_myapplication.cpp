@@ -277,14 +277,30 @@ int runForeign(int argc, char** argv)
     return 0;
 }
 
+/// Asks who holds the instance lock; false when nobody can tell.
+bool askForLock(struct flock& lock)
+{
+    lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    const int descriptor = open(interposed::instanceLock, O_RDWR);
+    const bool answered = fcntl(descriptor, F_GETLK, &lock) == 0;
+    close(descriptor);
+    return answered;
+}
+
+/// Before this process asks for it: then a box would wait for an answer.
+bool isLockHeld()
+{
+    struct flock lock;
+    return askForLock(lock) && lock.l_type != F_UNLCK;
+}
+
 /// Who holds the instance lock.
 int runProbe()
 {
-    const int descriptor = open(interposed::instanceLock, O_RDWR);
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    const bool answered = fcntl(descriptor, F_GETLK, &lock) == 0;
+    struct flock lock;
+    const bool answered = askForLock(lock);
     tell({{QStringLiteral("answered"), answered},
           {QStringLiteral("isWriteLock"), lock.l_type == F_WRLCK},
           {QStringLiteral("owner"), int(lock.l_pid)},
@@ -1485,13 +1501,13 @@ static int run(int argc, char** argv)
         fprintf(stderr, "there is an application before it is built\n");
         return 1;
     }
-    installation::clear();
-    watch();
-    CMyApplication application(argc, argv);
-    if (application.m_bAlreadyRunning) {
+    if (isLockHeld()) {
         fprintf(stderr, "the instance lock is held by another process\n");
         return 1;
     }
+    installation::clear();
+    watch();
+    CMyApplication application(argc, argv);
     s_start = s_watch;
     s_startLog = installation::logLines();
     TstMyApplication test;
