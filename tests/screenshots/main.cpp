@@ -288,9 +288,12 @@ int main(int argc, char** argv)
 {
     installation::clear();
     installation::installLanguageFiles();
+    // The local server has the name of the application: one for each process.
+    QCoreApplication::setApplicationName(
+        QStringLiteral("orvex_screenshots-%1").arg(QCoreApplication::applicationPid()));
     CMyApplication application(argc, argv);
     if (application.m_bAlreadyRunning || argc < 2) {
-        fprintf(stderr, "usage: orvex_screenshots DIRECTORY, with no other instance running\n");
+        fprintf(stderr, "usage: orvex_screenshots DIRECTORY, one of the same build at a time\n");
         return 2;
     }
     s_directory = QString::fromLocal8Bit(argv[1]);
