@@ -78,7 +78,6 @@ private:
     // The history page.
     void refreshCusHis();
     bool GetCurAllCustoms();
-    void takeStoredCustom(const QByteArray& directory);
     int GetIndexByStrTime(QString time);
     QString GetSelCusDir(QString selText);
     void DelCustomInfo(unsigned long stamp);

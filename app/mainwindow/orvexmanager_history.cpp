@@ -2,29 +2,22 @@
 #include "app/mainwindow/orvexmanager.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
-#include "common/CustomInfoVerify.h"
 #include "common/Log.h"
-#include "common/ProcessPath.h"
-#include "common/StorePaths.h"
-#include "common/UtilityFunc.h"
+#include "store/HistoryRows.h"
+#include "store/HistoryScan.h"
+#include "store/StoredDirectory.h"
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfoLoad.h"
-#include "xml/CustomXmlParser.h"
 
 #include <QFontMetrics>
 #include <QMessageBox>
 
-#include <cerrno>
-#include <cstring>
-#include <dirent.h>
 #include <memory>
-#include <sys/stat.h>
 
 // The history page: the verified customisations below UpdateCustom/.
 
 namespace {
 
-constexpr int s_pathSize = 260;
 constexpr int s_timeColumnWidth = 140;
 
 // The column has a fixed width, so a large font gives way until a time string fits.
@@ -35,23 +28,6 @@ QFont fontForTimes(QFont font)
            QFontMetrics(font).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) > s_timeColumnWidth - cellMargin)
         font.setPointSizeF(font.pointSizeF() - 0.5);
     return font;
-}
-
-QByteArray historyDirectory()
-{
-    return processDirectory(true) + store::updateCustom;
-}
-
-QByteArray documentIn(const QByteArray& directory)
-{
-    return directory + "/" + store::document;
-}
-
-/// The name of a stored customisation's directory.
-// Contract: the time stamp goes through a signed 32-bit number.
-QByteArray directoryName(quint64 timeStamp)
-{
-    return QByteArray::number(static_cast<int>(timeStamp));
 }
 
 } // namespace
@@ -75,107 +51,43 @@ void OrvexManager::refreshCusHis()
 
 bool OrvexManager::GetCurAllCustoms()
 {
-    const QByteArray base = historyDirectory() + "/";
-    logX(4, "GetCurAllCustoms updatecustom dir: %s", base.constData());
-    m_cusPolicyList.clear();
-
-    DIR* directory = opendir(base.constData());
-    if (!directory) {
-        logX(1, "GetCurAllCustoms error opendir: %s", strerror(errno));
-        return false;
-    }
-    while (const dirent* entry = readdir(directory)) {
-        logX(4, "GetCurAllCustoms file d_name: %s", entry->d_name);
-        if (entry->d_name[0] == '.')
-            continue;
-        const QByteArray path = base + QByteArray(entry->d_name);
-        if (path.size() >= s_pathSize) {
-            logX(1, "GetCurAllCustoms: path is too long: %s", path.constData());
-            continue;
-        }
-        logX(4, "GetCurAllCustoms dir path: %s", path.constData());
-        struct stat status = {};
-        if (stat(path.constData(), &status) != 0) {
-            logX(2, "stat return error");
-            continue;
-        }
-        logX(4, "GetCurAllCustoms File type: %u", static_cast<unsigned int>(status.st_mode & S_IFMT));
-        if (!S_ISDIR(status.st_mode))
-            continue;
-        logX(4, "GetCurAllCustoms common file: %s", entry->d_name);
-        if (m_cusPolicyList.size() > MAX_COUTN_CUSTOM - 1) {
-            // Contract: the full-width comma stands in the log in its GBK bytes, and the directory stays open.
-            logX(4, "OrvexManager::GetCurAllCustoms: uCount >= MAX_COUTN_CUSTOM\xA3\xACso return.");
-            return true;
-        }
-        takeStoredCustom(path);
-    }
-    closedir(directory);
-    return true;
-}
-
-void OrvexManager::takeStoredCustom(const QByteArray& directory)
-{
-    const QByteArray document = documentIn(directory);
-    if (!utl_FileExists(document.constData()))
-        return;
-    CustomXmlParser parser;
-    parser.FormatXMLInit();
-    if (!utl_CusXmlVerify(directory.constData())) {
-        logX(2, "GetCurAllCustoms::utl_CusXmlVerify failed,continue.");
-        return;
-    }
-    CommonInfo info;
-    parser.GetXMLCommonInfo(QString::fromLocal8Bit(document), info);
-
-    CUSINFOPOLICY row;
-    row.cusTimeStamp = info.cusTimeStamp;
-    row.cusTimeString = info.cusTimeString;
-    row.cusAddInfo = info.cusAddInfo;
-    row.procomVal = static_cast<quint32>(info.procomVal);
-    row.funcomVal = static_cast<quint32>(info.funcomVal);
-    m_cusPolicyList.prepend(row);
+    return store::scanHistory(m_cusPolicyList, MAX_COUTN_CUSTOM);
 }
 
 int OrvexManager::GetIndexByStrTime(QString time)
 {
     // Contract: a deletion finds its row by the exact text; a choice (GetSelCusDir) disregards case.
-    for (int i = 0; i < m_cusPolicyList.size(); ++i) {
-        if (m_cusPolicyList.at(i).cusTimeString == time)
-            return i;
-    }
-    return -1;
+    return store::rowOfExactTime(m_cusPolicyList, time);
 }
 
 QString OrvexManager::GetSelCusDir(QString selText)
 {
-    if (selText.isEmpty()) {
-        m_customInfo.reset();
-        return QStringLiteral("");
-    }
     // The text of an entry begins with its time string, which finds the row again.
-    const QString time = selText.left(19);
     // Contract: a choice disregards case; a deletion (GetIndexByStrTime) finds its row by the exact text.
-    int index = 0;
-    while (index < m_cusPolicyList.size() &&
-           QString::compare(m_cusPolicyList.at(index).cusTimeString, time, Qt::CaseInsensitive) != 0)
-        ++index;
-    if (index == m_cusPolicyList.size()) {
+    const int row = selText.isEmpty() ? -1 : store::rowOfAnyCase(m_cusPolicyList, selText.left(19));
+    if (row < 0) {
         m_customInfo.reset();
         return QStringLiteral("");
     }
 
-    const QByteArray directory = historyDirectory() + "/" + QByteArray::number(m_cusPolicyList.at(index).cusTimeStamp);
+    // Contract: here the time stamp names the directory in all its 64 bits, unlike store::directoryName. A stamp beyond
+    // a signed 32-bit number is stored, shown and deleted under one name and looked for under another.
+    const QByteArray directory =
+        store::historyDirectory() + "/" + QByteArray::number(m_cusPolicyList.at(row).cusTimeStamp);
     const auto giveUp = [this](const char* line) {
         ui.comboBox_defaultCus->setCurrentIndex(0);
         m_customInfo.reset();
         logX(1, "%s", line);
         return QStringLiteral("");
     };
-    if (!utl_FileExists(documentIn(directory).constData()))
+    switch (store::documentState(directory)) {
+    case store::DocumentState::Missing:
         return giveUp("GetSelCusDir::utl_FileExists failed.");
-    if (!utl_CusXmlVerify(directory.constData()))
+    case store::DocumentState::Unverified:
         return giveUp("GetSelCusDir::utl_CusXmlVerify failed.");
+    case store::DocumentState::Verified:
+        break;
+    }
     return QString::fromLocal8Bit(directory);
 }
 
@@ -202,18 +114,19 @@ void OrvexManager::onDetail()
     }
     if (m_iSelIndex < 0 || m_iSelIndex >= m_cusPolicyList.size())
         return;
-    const QByteArray directory = historyDirectory() + "/" + directoryName(m_cusPolicyList.at(m_iSelIndex).cusTimeStamp);
-    const QByteArray document = documentIn(directory);
-    if (!utl_FileExists(document.constData())) {
+    const QByteArray directory = store::storedDirectory(m_cusPolicyList.at(m_iSelIndex).cusTimeStamp);
+    switch (store::documentState(directory)) {
+    case store::DocumentState::Missing:
         box.say("CusIniNotFound");
         return;
-    }
-    if (!utl_CusXmlVerify(directory.constData())) {
+    case store::DocumentState::Unverified:
         box.say("VerifyFail");
         return;
+    case store::DocumentState::Verified:
+        break;
     }
     CustomInfo stored;
-    utl_LoadCustomInfo(document.constData(), stored);
+    utl_LoadCustomInfo(store::documentIn(directory).constData(), stored);
     ShowDetailDlg dialog(this);
     dialog.onInitDialog(stored);
     dialog.exec();
@@ -221,12 +134,7 @@ void OrvexManager::onDetail()
 
 void OrvexManager::DelCustomInfo(unsigned long stamp)
 {
-    const QByteArray base = historyDirectory();
-    if (!utl_DirectoryExists(base.constData())) {
-        logX(1, "DelCustomInfo::utl_DirectoryExists failed,return.");
-        return;
-    }
-    utl_DelDirRecursively((base + "/" + directoryName(stamp)).constData());
+    store::removeStored(stamp);
 }
 
 void OrvexManager::onDelete()
