@@ -10,6 +10,7 @@
 #include <QVector>
 
 class PackingWait;
+class WarningBox;
 
 /// The main window: owner of the record in hand and of the history, with a page for each.
 class OrvexManager : public QMainWindow
@@ -72,8 +73,8 @@ private:
     // The client page.
     void refreshCusClient();
     void OnRepaintCustomCombo();
-    quint64 tickedAccessComponents() const;
-    quint64 tickedFunctionComponents() const;
+    /// Takes the ticked components into the record; refuses when none of them gives access.
+    bool takeComponents(WarningBox& box);
 
     // The history page.
     void refreshCusHis();
@@ -81,10 +82,6 @@ private:
     int GetIndexByStrTime(QString time);
     QString GetSelCusDir(QString selText);
     void DelCustomInfo(unsigned long stamp);
-
-    // The commit.
-    void stampRecord();
-    void copyIcons(const QByteArray& customDirectory);
 
     QMap<unsigned long, CUSINFOPOLICY> m_cusPolicyMap; // stays empty
     QVector<CUSINFOPOLICY> m_cusPolicyList;            // the history; row n of the tree is entry n

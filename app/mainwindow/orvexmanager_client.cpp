@@ -172,25 +172,21 @@ void OrvexManager::onDefaultCusChg(int)
     ui.comboBox_defaultCus->setAccessibleDescription(ui.comboBox_defaultCus->currentText());
 }
 
-quint64 OrvexManager::tickedAccessComponents() const
+bool OrvexManager::takeComponents(WarningBox& box)
 {
-    return ticked(ui, accessComponents);
-}
-
-quint64 OrvexManager::tickedFunctionComponents() const
-{
-    return ticked(ui, functionComponents);
+    m_customInfo.common.procomVal = ticked(ui, accessComponents);
+    // Contract: a refusal leaves no access component in the record, and its function components as they were.
+    if (m_customInfo.common.procomVal == 0)
+        return box.refuse("SelProtocolPls");
+    m_customInfo.common.funcomVal = ticked(ui, functionComponents);
+    return true;
 }
 
 void OrvexManager::showCusAdvProDlg()
 {
     WarningBox box("manager_title", this);
-    m_customInfo.common.procomVal = tickedAccessComponents();
-    if (m_customInfo.common.procomVal == 0) {
-        box.say("SelProtocolPls");
+    if (!takeComponents(box))
         return;
-    }
-    m_customInfo.common.funcomVal = tickedFunctionComponents();
     CustomAdvProperty dialog(this);
     dialog.initalDialog(&m_customInfo);
     dialog.exec();

@@ -1,0 +1,265 @@
+#include "common/CustomInfoVerify.h"
+#include "store/CommitSteps.h"
+#include "support/CommandRecorder.h"
+#include "support/DistinctRecord.h"
+#include "support/Installation.h"
+#include "support/StoredCustomisation.h"
+#include "xml/CustomInfo.h"
+
+#include <QDir>
+#include <QtTest>
+
+using installation::path;
+using installation::texts;
+using installation::withoutRoot;
+
+// Each step of a commit by itself, without any window.
+class TstCommitSteps : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        installation::clear();
+        QVERIFY(QDir().mkpath(path(QStringLiteral("Log"))));
+        qputenv("TZ", "Asia/Shanghai");
+    }
+
+    void aBareStoreGetsTheHistoryBeforeTheWorkingDirectory();
+    void theWorkingDirectoryIsEmptiedOfNamesWithADot();
+    void aWorkingDirectoryBehindALinkLosesItsDocument();
+    void theStampHasThreeForms();
+    void aStampBelowOneHasNoTimeString_data();
+    void aStampBelowOneHasNoTimeString();
+    void theDocumentIsTheRecordAsItStands();
+    void iconsAreCopiedBeforeTheDocumentIsSaved();
+    void onlyChosenIconsAreCopied();
+    void aMissingIconIsNotNoticed();
+    void theVerificationFitsTheDocument();
+    void withoutADocumentThereIsNoVerification();
+    void theCopyHoldsAllButHiddenNames();
+    void theDirectoryOfTheCopyIsNamedBySigned32Bits_data();
+    void theDirectoryOfTheCopyIsNamedBySigned32Bits();
+    void aSecondCopyOfTheSameSecondOverwritesTheFirst();
+};
+
+namespace {
+
+QByteArray root()
+{
+    return installation::root().chopped(1).toLocal8Bit();
+}
+
+store::CommitDirectories directories()
+{
+    return {root() + "/custom/", root() + "/UpdateCustom/"};
+}
+
+} // namespace
+
+void TstCommitSteps::aBareStoreGetsTheHistoryBeforeTheWorkingDirectory()
+{
+    QTest::ignoreMessage(QtDebugMsg, ('"' + root() + "/custom\"").constData());
+    const CommandRecorder recorder;
+    const store::CommitDirectories made = store::prepareDirectories(root());
+    QCOMPARE(made.working, root() + "/custom/");
+    QCOMPARE(made.history, root() + "/UpdateCustom/");
+    QCOMPARE(withoutRoot(recorder.commands()),
+             texts({R"(find "{root}custom" -name "*.*" -exec rm -rf {} \;)", R"(mkdir -p "{root}UpdateCustom")",
+                    R"(mkdir -p "{root}custom")"}));
+    QVERIFY(QDir(path(QStringLiteral("custom"))).exists());
+    QVERIFY(QDir(path(QStringLiteral("UpdateCustom"))).exists());
+}
+
+void TstCommitSteps::theWorkingDirectoryIsEmptiedOfNamesWithADot()
+{
+    installation::writeFile(path(QStringLiteral("custom/OrvexCustom.xml")), "earlier");
+    installation::writeFile(path(QStringLiteral("custom/a.directory/plain")), "earlier");
+    installation::writeFile(path(QStringLiteral("custom/plain")), "stays");
+    installation::writeFile(path(QStringLiteral("UpdateCustom/1/OrvexCustom.xml")), "history");
+    const installation::QuietOutput quiet;
+    store::prepareDirectories(root());
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), texts({"plain"}));
+    QCOMPARE(installation::readFile(path(QStringLiteral("UpdateCustom/1/OrvexCustom.xml"))), QByteArray("history"));
+}
+
+void TstCommitSteps::aWorkingDirectoryBehindALinkLosesItsDocument()
+{
+    installation::writeFile(path(QStringLiteral("template/elsewhere/OrvexCustom.xml")), "earlier");
+    installation::writeFile(path(QStringLiteral("template/elsewhere/MainIcon.ico")), "stays");
+    QVERIFY(QFile::link(QStringLiteral("template/elsewhere"), path(QStringLiteral("custom"))));
+    store::prepareDirectories(root());
+    QCOMPARE(installation::namesIn(path(QStringLiteral("template/elsewhere"))), texts({"MainIcon.ico"}));
+    QVERIFY(QFile::remove(path(QStringLiteral("custom"))));
+}
+
+void TstCommitSteps::theStampHasThreeForms()
+{
+    CommonInfo common;
+    common.cusAddInfo = QStringLiteral("remark");
+    store::stamp(common, 1700000000, 1);
+    QCOMPARE(common.cusTimeStamp, quint64(1700000000));
+    QCOMPARE(common.cusTimeString, QStringLiteral("2023-11-15 06:13:20"));
+    QCOMPARE(common.areaKey, 1U);
+    QCOMPARE(common.cusAddInfo, QStringLiteral("remark"));
+    store::stamp(common, 1700000000, 255);
+    QCOMPARE(common.areaKey, 255U);
+}
+
+void TstCommitSteps::aStampBelowOneHasNoTimeString_data()
+{
+    QTest::addColumn<qint64>("now");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("one") << qint64(1) << QStringLiteral("1970-01-01 08:00:01");
+    QTest::newRow("zero") << qint64(0) << QString();
+    QTest::newRow("below") << qint64(-1) << QString();
+}
+
+void TstCommitSteps::aStampBelowOneHasNoTimeString()
+{
+    QFETCH(qint64, now);
+    CommonInfo common;
+    common.cusTimeString = QStringLiteral("earlier");
+    store::stamp(common, now, 0);
+    QCOMPARE(common.cusTimeStamp, quint64(now));
+    QTEST(common.cusTimeString, "text");
+}
+
+void TstCommitSteps::theDocumentIsTheRecordAsItStands()
+{
+    CustomInfo record = distinctRecord();
+    record.gui.linuxDeskIconPath.clear();
+    record.gui.macosDeskIconPath.clear();
+    record.gui.mainIconPath.clear();
+    record.common.funcomVal = funcom::zoa | funcom::kef;
+    const CustomInfo before = record;
+    const QByteArray expected = documentOf(record);
+    QVERIFY(expected.contains("<kef>"));
+    installation::clear();
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+
+    const CommandRecorder recorder;
+    QCOMPARE(store::writeDocument(record, directories().working), root() + "/custom/OrvexCustom.xml");
+    QCOMPARE(installation::readFile(path(QStringLiteral("custom/OrvexCustom.xml"))), expected);
+    QCOMPARE(differences(record, before), QStringList());
+    QCOMPARE(recorder.commands(), QByteArrayList());
+
+    record.common.funcomVal = funcom::zoa;
+    store::writeDocument(record, directories().working);
+    QVERIFY(!installation::readFile(path(QStringLiteral("custom/OrvexCustom.xml"))).contains("<kef>"));
+}
+
+void TstCommitSteps::iconsAreCopiedBeforeTheDocumentIsSaved()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    CustomInfo record;
+    record.gui.mainIconPath = QStringLiteral("/nowhere/main.ico");
+    bool isSaved = false;
+    const CommandRecorder recorder(CommandRecorder::RecordOnly, [&](const QByteArray&) {
+        isSaved = isSaved || QFile::exists(path(QStringLiteral("custom/OrvexCustom.xml")));
+    });
+    store::writeDocument(record, directories().working);
+    QCOMPARE(recorder.commands().size(), 2);
+    QVERIFY(!isSaved);
+    QVERIFY(QFile::exists(path(QStringLiteral("custom/OrvexCustom.xml"))));
+}
+
+void TstCommitSteps::onlyChosenIconsAreCopied()
+{
+    GUIOptionsInfo gui;
+    {
+        const CommandRecorder recorder(CommandRecorder::RecordOnly);
+        store::copyIcons(gui, directories().working);
+        QCOMPARE(recorder.commands(), QByteArrayList());
+    }
+    gui.mainIconPath = QString::fromUtf8("/图标/main.ico");
+    gui.macosDeskIconPath = QStringLiteral("/tmp/desk.icns");
+    gui.linuxDeskIconPath = QStringLiteral("/tmp/a desk.png");
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    store::copyIcons(gui, directories().working);
+    QCOMPARE(withoutRoot(recorder.commands()), texts({R"(cp -f "/tmp/a desk.png" "{root}custom/DeskIconLinux.png")",
+                                                      R"(chmod a+r {root}custom/DeskIconLinux.png)",
+                                                      R"(cp -f "/tmp/desk.icns" "{root}custom/DeskIconMacos.icns")",
+                                                      R"(chmod a+r {root}custom/DeskIconMacos.icns)",
+                                                      R"(cp -f "/图标/main.ico" "{root}custom/MainIcon.ico")",
+                                                      R"(chmod a+r {root}custom/MainIcon.ico)"}));
+}
+
+void TstCommitSteps::aMissingIconIsNotNoticed()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    CustomInfo record;
+    record.gui.linuxDeskIconPath = QStringLiteral("/nowhere/at/all.png");
+    const QByteArray document = store::writeDocument(record, directories().working);
+    QVERIFY(installation::readFile(QString::fromLocal8Bit(document)).contains("<linuxDeskIcon>true<"));
+    QVERIFY(!QFile::exists(path(QStringLiteral("custom/DeskIconLinux.png"))));
+    QVERIFY(store::writeVerification(document));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstCommitSteps::theVerificationFitsTheDocument()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    CustomInfo record;
+    QVERIFY(store::writeVerification(store::writeDocument(record, directories().working)));
+    QVERIFY(utl_CusXmlVerify((root() + "/custom").constData()));
+    installation::writeFile(path(QStringLiteral("custom/OrvexCustom.xml")), "<other/>");
+    QVERIFY(!utl_CusXmlVerify((root() + "/custom").constData()));
+}
+
+void TstCommitSteps::withoutADocumentThereIsNoVerification()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    QVERIFY(!store::writeVerification(root() + "/custom/OrvexCustom.xml"));
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), QStringList());
+}
+
+void TstCommitSteps::theCopyHoldsAllButHiddenNames()
+{
+    installation::makeCustomisation("one");
+    installation::writeFile(path(QStringLiteral("custom/.hidden")), "stays");
+    const QString expected =
+        QStringLiteral(R"(cp  -Rf "%1custom/"* "%1UpdateCustom/1700000000/")").arg(installation::root());
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QRegularExpression::escape(
+                                         QString(expected).replace(QLatin1Char('"'), QLatin1String("\\\"")))));
+    const CommandRecorder recorder;
+    store::keepCopy(directories(), 1700000000);
+    QCOMPARE(withoutRoot(recorder.commands()),
+             texts({R"(mkdir -p "{root}UpdateCustom")", R"(mkdir -p "{root}UpdateCustom/1700000000")",
+                    R"(cp  -Rf "{root}custom/"* "{root}UpdateCustom/1700000000/")"}));
+    QStringList kept = installation::namesIn(path(QStringLiteral("custom")));
+    kept.removeAll(QStringLiteral(".hidden"));
+    QVERIFY(kept.size() > 4);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("UpdateCustom/1700000000"))), kept);
+}
+
+void TstCommitSteps::theDirectoryOfTheCopyIsNamedBySigned32Bits_data()
+{
+    QTest::addColumn<quint64>("timeStamp");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("last positive") << quint64(2147483647) << QStringLiteral("2147483647");
+    QTest::newRow("first negative") << quint64(2147483648) << QStringLiteral("-2147483648");
+    QTest::newRow("beyond 32 bits") << quint64(4294967297) << QStringLiteral("1");
+}
+
+void TstCommitSteps::theDirectoryOfTheCopyIsNamedBySigned32Bits()
+{
+    QFETCH(quint64, timeStamp);
+    installation::makeCustomisation("one");
+    store::keepCopy(directories(), timeStamp);
+    QFETCH(QString, name);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("UpdateCustom"))), QStringList{name});
+}
+
+void TstCommitSteps::aSecondCopyOfTheSameSecondOverwritesTheFirst()
+{
+    installation::makeCustomisation("first");
+    store::keepCopy(directories(), 1700000000);
+    installation::makeCustomisation("second");
+    store::keepCopy(directories(), 1700000000);
+    QVERIFY(installation::readFile(path(QStringLiteral("UpdateCustom/1700000000/OrvexCustom.xml"))).contains("second"));
+}
+
+QTEST_GUILESS_MAIN(TstCommitSteps)
+#include "tst_commitsteps.moc"
