@@ -4,6 +4,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "common/PortRules.h"
 #include "xml/RecordRows.h"
 
 #include <QPushButton>
@@ -57,11 +58,11 @@ void CMsgAuthDlg::OnBnClickedOk()
     }
     address = typedAddress;
 
-    const unsigned long typedPort = ui.lineEdit_MsgAuthSrv_Port->text().toULong(nullptr, 10);
-    if (typedPort < 1 || typedPort > 65535) {
+    const std::optional<quint32> typedPort = unsignedPortNumberFromOne(ui.lineEdit_MsgAuthSrv_Port->text());
+    if (!typedPort) {
         box.refuse("CUS_MsgAuthPortErr", ui.lineEdit_MsgAuthSrv_Port);
         return;
     }
-    port = typedPort;
+    port = *typedPort;
     accept();
 }

@@ -5,6 +5,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "common/PortRules.h"
 #include "xml/RecordRows.h"
 
 #include <QPushButton>
@@ -93,8 +94,7 @@ void CSslVpnIp::OnBnClickedOk()
         box.refuse("SSL_Ipv4Err", addressEdit);
         return;
     }
-    const unsigned long portNumber = port.toULong(nullptr, 10);
-    if (portNumber < 1 || portNumber > 65535) {
+    if (!isUnsignedPortFromOne(port)) {
         box.refuse("SSL_PortErr", ui.lineEdit_vnsSvr_port);
         return;
     }

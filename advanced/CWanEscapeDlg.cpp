@@ -4,6 +4,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "common/PortRules.h"
 #include "xml/RecordRows.h"
 
 #include <QIntValidator>
@@ -18,18 +19,12 @@ bool isEmptyOrLoopback(const QString& address)
     return address.isEmpty() || address.compare(QLatin1String("127.0.0.1"), Qt::CaseInsensitive) == 0;
 }
 
-// A text that is no number reads as 0, a negative number as a huge one.
-bool isPortTooHigh(const QString& port)
-{
-    return static_cast<unsigned int>(port.toInt(nullptr, 10)) > 65535;
-}
-
 /// Takes digits only: signs, and the separators that a language writes between thousands, would be stored with the
 /// text.
 class PortValidator : public QIntValidator
 {
 public:
-    explicit PortValidator(QObject* parent) : QIntValidator(0, 65535, parent) {}
+    explicit PortValidator(QObject* parent) : QIntValidator(0, highestPort, parent) {}
 
     State validate(QString& input, int& position) const override
     {
@@ -76,7 +71,7 @@ void CWanEscapeDlg::onOk()
         return;
     }
     // Contract: port 0 passes.
-    if (typedPort.isEmpty() || isPortTooHigh(typedPort)) {
+    if (typedPort.isEmpty() || !isSignedPortFromZero(typedPort)) {
         box.refuse("CUS_Wancotrol_Escape_PyxPort_Err", ui.lineEdit_pyxPort);
         return;
     }

@@ -2,6 +2,7 @@
 #include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
 #include "common/AddressRules.h"
+#include "common/PortRules.h"
 
 #include <QFileDialog>
 
@@ -18,23 +19,17 @@ struct ZoaRow
     const char* refusalKey;
 };
 
-bool isPortLegal(const QString& port)
-{
-    const int number = port.toInt(nullptr, 10);
-    return number >= 1 && number <= 65535;
-}
-
 // clang-format off
 // The order of the rows is the order of the checks.
 const ZoaRow zoaRows[] = {
     {{&Widgets::lineEdit_ZOAIp, &Widgets::label_ZOAIp, field<&ZOAOptionsInfo::ZOAIP>},
      isIPAddrLegal, "VUI_IllegalZOAIP"},
     {{&Widgets::lineEdit_ZOAport, &Widgets::label_ZOAport, field<&ZOAOptionsInfo::ZOAPORT>},
-     isPortLegal, "VUI_IllegalZOAPort"},
+     isSignedPortFromOne, "VUI_IllegalZOAPort"},
     {{&Widgets::lineEdit_standby_ZOAIp, &Widgets::label_standby_ZOAIp, field<&ZOAOptionsInfo::standbyZOAIP>},
      isIPAddrLegal, "VUI_IllegalStandbyZOAIP"},
     {{&Widgets::lineEdit_standby_ZOAport, &Widgets::label_standby_ZOAport, field<&ZOAOptionsInfo::standbyZOAPORT>},
-     isPortLegal, "VUI_IllegalStandbyZOAPort"},
+     isSignedPortFromOne, "VUI_IllegalStandbyZOAPort"},
 };
 const Caption<Widgets> zoaCaptions[] = {
     {&Widgets::checkBox_UseZoa, field<&ZOAOptionsInfo::useZOA>},

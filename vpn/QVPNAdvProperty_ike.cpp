@@ -2,6 +2,7 @@
 
 #include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
+#include "common/PortRules.h"
 #include "vpn/NameValidator.h"
 #include "xml/CustomInfo.h"
 
@@ -181,14 +182,13 @@ void QVPNAdvProperty::saveIkeCfg()
     const bool isFirst = ui.comboBox_AH_Auth->currentIndex() == 0;
     ike.IKEAuthAlgorithm = stored(words::ikeAuthAlgorithms, isFirst ? words::Md5 : words::Sha);
 
-    // Contract: a negative port is no number here, counts as 0 and passes, unlike the port of the L2TP page.
-    const unsigned long port = ui.lineEdit_IkePort->text().toULong(nullptr, 10);
-    if (port > 65535) {
+    const std::optional<quint32> port = unsignedPortNumberFromZero(ui.lineEdit_IkePort->text());
+    if (!port) {
         ui.lineEdit_IkePort->setFocus();
         box.say("VUI_InputValidIKEPort");
         return;
     }
-    ike.IKEPort = port;
+    ike.IKEPort = *port;
 
     // Contract: this reminder comes last and takes back nothing.
     if (ui.checkBox_UseNAT->isChecked() && (localName.isEmpty() || peerName.isEmpty()))

@@ -2,6 +2,7 @@
 
 #include "app/widgets/FormRows.h"
 #include "app/widgets/WarningBox.h"
+#include "common/PortRules.h"
 #include "vpn/NameValidator.h"
 #include "xml/CustomInfo.h"
 
@@ -104,13 +105,12 @@ void QVPNAdvProperty::saveL2tpCfg()
     store(ui, choices, *info);
     l2tp.L2TPAVPHidden = ui.checkBox_AVPHidden->isChecked() ? 1 : 0;
 
-    // Contract: a negative port wraps to a large number and is refused; a text that is no number counts as 0.
-    const unsigned long port = static_cast<unsigned long>(ui.lineEdit_L2tpPort->text().toLong(nullptr, 10));
-    if (port > 65535) {
+    const std::optional<quint32> port = signedPortNumberFromZero(ui.lineEdit_L2tpPort->text());
+    if (!port) {
         box.refuse("VUI_InvalidL2TPPort", ui.lineEdit_L2tpPort);
         return;
     }
-    l2tp.L2TPPort = port;
+    l2tp.L2TPPort = *port;
 }
 
 void QVPNAdvProperty::OnTunnelAuthChk()
