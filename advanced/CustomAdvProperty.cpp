@@ -215,13 +215,16 @@ int CustomAdvProperty::wholeWidth() const
     return qMax(tabs, contents + around + style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this));
 }
 
-// The tabs scroll, so that the buttons stay on a screen that is lower than the form.
+// The form opens at its own height wherever that and a title bar fit. On a lower screen the tabs scroll, so that the
+// buttons stay on it, and there is room for what else a window system draws around a window.
 void CustomAdvProperty::showEvent(QShowEvent* event)
 {
     if (!event->spontaneous()) {
         const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-        const QSize wanted = size().expandedTo(QSize(wholeWidth(), 0));
-        resize(wanted.boundedTo(screen()->availableSize() - QSize(frame, 2 * frame)));
+        const QSize available = screen()->availableSize();
+        const bool fits = height() + frame <= available.height();
+        const QSize room = available - QSize(frame, fits ? frame : 2 * frame);
+        resize(size().expandedTo(QSize(wholeWidth(), 0)).boundedTo(room));
     }
     QDialog::showEvent(event);
 }

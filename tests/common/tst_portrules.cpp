@@ -1,4 +1,5 @@
 #include "common/PortRules.h"
+#include "support/TestEntry.h"
 
 #include <QtTest>
 
@@ -89,5 +90,5 @@ void TstPortRules::theHighestPortIsThatOf16Bits()
     QCOMPARE(highestPort, 65535);
 }
 
-TEST_ENTRY(TstPortRules)
+TEST_ENTRY(portrules, runApplessTest<TstPortRules>)
 #include "tst_portrules.moc"

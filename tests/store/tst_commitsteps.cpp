@@ -4,6 +4,7 @@
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
 
 #include <QDir>
@@ -261,5 +262,5 @@ void TstCommitSteps::aSecondCopyOfTheSameSecondOverwritesTheFirst()
     QVERIFY(installation::readFile(path(QStringLiteral("UpdateCustom/1700000000/OrvexCustom.xml"))).contains("second"));
 }
 
-QTEST_GUILESS_MAIN(TstCommitSteps)
+TEST_ENTRY(commitsteps, runGuilessTest<TstCommitSteps>)
 #include "tst_commitsteps.moc"

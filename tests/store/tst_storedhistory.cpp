@@ -4,6 +4,7 @@
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
 #include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
 
 #include <QDir>
 #include <QtTest>
@@ -233,5 +234,5 @@ void TstStoredHistory::exactlyTheLimitIsNoReasonToStop()
     QVERIFY(!installation::log().contains("uCount"));
 }
 
-QTEST_GUILESS_MAIN(TstStoredHistory)
+TEST_ENTRY(storedhistory, runGuilessTest<TstStoredHistory>)
 #include "tst_storedhistory.moc"
