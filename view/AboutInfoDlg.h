@@ -7,8 +7,6 @@
 /// The About box. Its look depends on the brand of the installation.
 class AboutInfoDlg : public QDialog
 {
-    Q_OBJECT
-
 public:
     explicit AboutInfoDlg(QWidget* parent);
     ~AboutInfoDlg() override;

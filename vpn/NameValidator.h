@@ -9,8 +9,6 @@
 /// answer is given by the characters that it lists.
 class NameValidator : public QRegExpValidator
 {
-    Q_OBJECT
-
 public:
     explicit NameValidator(QObject* parent);
 

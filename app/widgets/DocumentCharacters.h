@@ -12,8 +12,6 @@ QString documentCharacters(const QString& text);
 /// clear. Works as an event filter of the application object.
 class DocumentCharacterFilter : public QObject
 {
-    Q_OBJECT
-
 public:
     using QObject::QObject;
 

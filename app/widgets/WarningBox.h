@@ -5,8 +5,6 @@
 /// The message box of the whole program: one Ok button, which is also the default, and the warning icon.
 class WarningBox : public QMessageBox
 {
-    Q_OBJECT
-
 public:
     /// @param titleKey  language key of the title; null leaves the title empty
     explicit WarningBox(const char* titleKey, QWidget* parent = nullptr);

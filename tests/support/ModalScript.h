@@ -28,7 +28,7 @@ public:
     template <class Window> void expect(std::function<void(Window&)> play)
     {
         m_steps.push_back({QString::fromLatin1(Window::staticMetaObject.className()), [play](QWidget& widget) {
-                               Window* window = qobject_cast<Window*>(&widget);
+                               Window* window = dynamic_cast<Window*>(&widget);
                                if (window)
                                    play(*window);
                                return window != nullptr;

@@ -438,7 +438,7 @@ void TstQVPNAdvPropertyL2tp::nameValidatorKeepsTheStatedPattern()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
         for (const char* edit : {"lineEdit_TunnelName", "lineEdit_LocalName", "lineEdit_PeerName"}) {
-            const auto* validator = qobject_cast<const NameValidator*>(child<QLineEdit>(dialog, edit)->validator());
+            const auto* validator = dynamic_cast<const NameValidator*>(child<QLineEdit>(dialog, edit)->validator());
             QVERIFY2(validator, edit);
             QCOMPARE(validator->parent(), static_cast<QObject*>(&dialog));
             const QRegExp pattern = validator->regExp();
