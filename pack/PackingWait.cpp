@@ -38,6 +38,7 @@ void PackingWait::finishPacket(bool result)
 void PackingWait::timerEvent(QTimerEvent* event)
 {
     Q_UNUSED(event)
+    // Contract: nothing sets the flag; finishPacket() alone closes the window.
     if (!m_bFinished)
         return;
     stopTimer();

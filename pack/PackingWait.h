@@ -33,5 +33,5 @@ private:
     Ui_PackingWait ui;
     WorkThread* m_pWorkThread; // not owned: it outlives the window
     int m_iTimerId = 0;
-    bool m_bFinished = false;
+    bool m_bFinished = false; // stays false
 };

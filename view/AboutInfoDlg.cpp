@@ -26,6 +26,7 @@ void AboutInfoDlg::setWindowText()
     ui.label->setPixmap(QPixmap(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
     ui.label_ver->setText(langText("product_ver"));
     ui.groupBox_right->setTitle(langText("product_right"));
+    // Contract: this first text of the rights box is always replaced, see showBrand().
     ui.textEdit_Right->setPlainText(langText("product_detailright"));
     ui.textEdit_Right->document()->setDocumentMargin(0); // in line with the logo
     ui.textEdit_Right->setAccessibleName(langText("product_right"));
