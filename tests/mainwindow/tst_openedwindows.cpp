@@ -5,6 +5,7 @@
 #include "pack/FinishDlg.h"
 #include "pack/PackingWait.h"
 #include "pack/WorkThread.h"
+#include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
@@ -203,9 +204,6 @@ void TstOpenedWindows::windowsWithoutSlotsSayWhatTheyDeriveFrom()
     QCOMPARE(AboutInfoDlg(nullptr).metaObject()->className(), "QDialog");
 }
 
-int main(int argc, char** argv)
-{
-    return playTest<TstOpenedWindows>(argc, argv);
-}
+TEST_ENTRY(openedwindows, playTest<TstOpenedWindows>)
 
 #include "tst_openedwindows.moc"
