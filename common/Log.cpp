@@ -3,6 +3,7 @@
 #include "common/ProcessPath.h"
 #include "common/UtilityFunc.h"
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +13,8 @@
 namespace {
 
 constexpr size_t s_pathSize = 256;
+
+std::atomic<bool> s_logging{true};
 
 const char* levelTag(int level)
 {
@@ -29,8 +32,15 @@ tm localNow()
 
 } // namespace
 
+void setLogging(bool on)
+{
+    s_logging = on;
+}
+
 void logX(int level, const char* format, ...)
 {
+    if (!s_logging)
+        return;
     char header[256] = {};
     setLogHeader(header, level);
 

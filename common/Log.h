@@ -3,6 +3,11 @@
 /// Size in bytes of the message buffer of a log line, terminator included: a longer message is not written.
 constexpr unsigned int LOG_MESSAGE_SIZE = 2048;
 
+/// Turns the log of this process on or off; it is on at the start. While it is off logX does nothing at all: it neither
+/// makes the directory Log/ nor opens a file. For a program that may not write beside its executable, as its first act.
+/// Callable from any thread.
+void setLogging(bool on);
+
 /// Writes one line to today's log file, `<executable directory>/Log/MainUI<YYYYMMDD>.log`. Callable from any thread,
 /// also before the application object exists. Never reports a failure of its own.
 ///

@@ -118,6 +118,9 @@ private slots:
     void initTestCase();
     void init();
 
+    void switchedOffItLeavesNoTrace();
+    void switchedOnAgainItGoesOn();
+
     void lineIsTimeTagMessageAndLineEnd();
     void everyLevelHasItsTag_data();
     void everyLevelHasItsTag();
@@ -525,6 +528,33 @@ void TstLog::longExecutablePathIsRefusedInSilence()
         expected.prepend(QStringLiteral("Log"));
     QCOMPARE(logFiles(inner), expected);
     QCOMPARE(logFiles(inner + QLatin1String("/Log")).size(), logged ? 1 : 0);
+}
+
+void TstLog::switchedOffItLeavesNoTrace()
+{
+    const QStringList before = installation::namesIn(installation::root());
+    const QStringList files = openFiles();
+    CommandRecorder recorder;
+    setLogging(false);
+    logX(0, "%s", "lost");
+    logX(4, "%s", QByteArray(3000, 'x').constData());
+    setLogging(true);
+    QCOMPARE(recorder.commands(), QByteArrayList());
+    QCOMPARE(openFiles(), files);
+    QCOMPARE(installation::namesIn(installation::root()), before);
+    QVERIFY(!before.contains(QStringLiteral("Log")));
+}
+
+void TstLog::switchedOnAgainItGoesOn()
+{
+    const StoppedClock clock("2026-11-14 23:31:18");
+    logX(4, "before");
+    setLogging(false);
+    logX(4, "lost");
+    setLogging(true);
+    logX(4, "after");
+    QCOMPARE(logFile("MainUI20261114.log"),
+             QByteArray("2026-11-14 23:31:18 [DBG]before\n2026-11-14 23:31:18 [DBG]after\n"));
 }
 
 static int run(int argc, char** argv)
