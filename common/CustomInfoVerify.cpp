@@ -24,7 +24,9 @@ constexpr unsigned long s_randomLength = 240;
 constexpr unsigned long s_blockLength = 32; // the byte 0xFF, then zero bytes
 constexpr unsigned long s_digestLength = 16;
 
-unsigned char s_uszCustomInfoBuf[uiCustomInfoLen + s_randomLength + s_blockLength + KEY_CAPACITY];
+constexpr unsigned long s_bufferSize = uiCustomInfoLen + s_randomLength + s_blockLength + KEY_CAPACITY;
+
+unsigned char s_uszCustomInfoBuf[s_bufferSize];
 
 bool makeKey(unsigned char (&key)[KEY_CAPACITY], unsigned long& keyLength)
 {
@@ -48,11 +50,12 @@ FILE* openRegularFile(const char* path)
     return file;
 }
 
-/// Digest over the document of `length` bytes, which already stands in the buffer, and what goes behind it.
-void makeDigest(unsigned char (&digest)[s_digestLength], unsigned long length, const unsigned char* random,
-                const unsigned char* key, unsigned long keyLength)
+/// Digest over the document of `length` bytes at the start of the buffer and what goes behind it, for which the buffer
+/// has room.
+void makeDigest(unsigned char (&digest)[s_digestLength], unsigned char* buffer, unsigned long length,
+                const unsigned char* random, const unsigned char* key, unsigned long keyLength)
 {
-    unsigned char* place = s_uszCustomInfoBuf + length;
+    unsigned char* place = buffer + length;
     memcpy(place, random, s_randomLength);
     place += s_randomLength;
     memset(place, 0, s_blockLength);
@@ -60,7 +63,7 @@ void makeDigest(unsigned char (&digest)[s_digestLength], unsigned long length, c
     place += s_blockLength;
     memcpy(place, key, keyLength);
     place += keyLength;
-    MD5Calc(digest, s_uszCustomInfoBuf, static_cast<unsigned int>(place - s_uszCustomInfoBuf));
+    MD5Calc(digest, buffer, static_cast<unsigned int>(place - buffer));
 }
 
 bool fail(unsigned long* out, unsigned long number)
@@ -106,7 +109,7 @@ bool utl_GenCustomInfoVerify(unsigned long* out, char* xmlPath)
     fclose(document);
 
     unsigned char digest[s_digestLength];
-    makeDigest(digest, length, block, key, keyLength);
+    makeDigest(digest, s_uszCustomInfoBuf, length, block, key, keyLength);
     memcpy(block + s_randomLength, digest, s_digestLength);
 
     utl_DeleteFile(vrfPath.constData());
@@ -160,8 +163,26 @@ bool utl_CusXmlVerify(const char* dir)
     fclose(document);
 
     unsigned char digest[s_digestLength];
-    makeDigest(digest, length, stored, key, keyLength);
+    makeDigest(digest, s_uszCustomInfoBuf, length, stored, key, keyLength);
     if (memcmp(digest, stored + s_randomLength, s_digestLength) != 0)
         return failLogged("memcmp ! = 0");
     return true;
+}
+
+bool customInfoDigestHolds(const QByteArray& document, const QByteArray& verification)
+{
+    if (static_cast<unsigned long>(document.size()) > uiCustomInfoLen ||
+        static_cast<unsigned long>(verification.size()) != VRF_TOTAL_LEN)
+        return false;
+    unsigned char key[KEY_CAPACITY] = {};
+    unsigned long keyLength = 0;
+    if (!makeKey(key, keyLength))
+        return false;
+    const unsigned char* stored = reinterpret_cast<const unsigned char*>(verification.constData());
+    unsigned char buffer[s_bufferSize];
+    const unsigned long length = static_cast<unsigned long>(document.size());
+    memcpy(buffer, document.constData(), length);
+    unsigned char digest[s_digestLength];
+    makeDigest(digest, buffer, length, stored, key, keyLength);
+    return memcmp(digest, stored + s_randomLength, s_digestLength) == 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+class QByteArray;
+
 /// Length in bytes of the verification file: 240 random bytes and an MD5 digest (RFC 1321).
 constexpr unsigned long VRF_TOTAL_LEN = 256;
 
@@ -19,3 +21,7 @@ bool utl_GenCustomInfoVerify(unsigned long* out, char* xmlPath);
 
 /// Tests the document in `dir` (without trailing "/") against the verification file beside it. Each failure is logged.
 bool utl_CusXmlVerify(const char* dir);
+
+/// Tests a document against the content of a verification file, both in memory; logs nothing. False for a document of
+/// more than uiCustomInfoLen bytes and for a verification of another length than VRF_TOTAL_LEN. For any thread.
+bool customInfoDigestHolds(const QByteArray& document, const QByteArray& verification);

@@ -145,6 +145,9 @@ private slots:
 
     void limitsHaveTheirValues();
 
+    void bytesInMemoryAreTestedWithoutALine_data();
+    void bytesInMemoryAreTestedWithoutALine();
+
     void fileHoldsRandomBytesAndTheDigest_data();
     void fileHoldsRandomBytesAndTheDigest();
     void randomBytesComeFromTheSecond();
@@ -708,6 +711,37 @@ void TstCustomInfoVerify::directoryMayHoldBlanksAndChineseCharacters()
     installation::writeFile(other + QLatin1String("/OrvexCustomXml.vrf"), verificationOf(document, randomBytes()));
     QCOMPARE(utl_CusXmlVerify(other.toLocal8Bit().constData()), true);
     QCOMPARE(hints().first(), QStringLiteral("vrf file path is: ") + other + QLatin1String("/OrvexCustomXml.vrf"));
+}
+
+void TstCustomInfoVerify::bytesInMemoryAreTestedWithoutALine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("verification");
+    QTest::addColumn<bool>("holds");
+    const QByteArray good = verificationOf(document, randomBytes());
+    const QByteArray largest(40588, 'x');
+    const QByteArray tooLong(40589, 'x');
+    QTest::newRow("good") << document << good << true;
+    QTest::newRow("empty document") << QByteArray() << verificationOf(QByteArray(), randomBytes()) << true;
+    QTest::newRow("largest document") << largest << verificationOf(largest, randomBytes()) << true;
+    QTest::newRow("document too long") << tooLong << verificationOf(tooLong, randomBytes()) << false;
+    QTest::newRow("document changed") << changed(document, 5, 1) << good << false;
+    QTest::newRow("first random byte changed") << document << changed(good, 0, 1) << false;
+    QTest::newRow("last random byte changed") << document << changed(good, 239, 1) << false;
+    QTest::newRow("first digest byte changed") << document << changed(good, 240, 1) << false;
+    QTest::newRow("last digest byte changed") << document << changed(good, 255, 1) << false;
+    QTest::newRow("255 bytes") << document << good.left(255) << false;
+    QTest::newRow("257 bytes") << document << good + '\0' << false;
+}
+
+void TstCustomInfoVerify::bytesInMemoryAreTestedWithoutALine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, verification);
+    QFETCH(bool, holds);
+    installation::clearLog();
+    QCOMPARE(customInfoDigestHolds(content, verification), holds);
+    QCOMPARE(installation::log(), QByteArray());
 }
 
 TEST_ENTRY(custominfoverify, runGuilessTest<TstCustomInfoVerify>)
