@@ -2,6 +2,7 @@
 
 #include "common/Log.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
@@ -110,14 +111,29 @@ bool CBasedQtXmlParser::LoadXmlFile(const QString& path)
         logX(1, "CBasedQtXmlParser::LoadXmlFile:Open XML File[%s].", path.toLocal8Bit().constData());
         return false;
     }
-    QString message;
-    int line = 0;
-    int column = 0;
-    const bool bounded = withinBounds(file.readAll()) && file.seek(0);
-    if (!bounded || !m_qoXmlDoc.setContent(&file, true, &message, &line, &column)) {
+    if (!loadDevice(file)) {
         logX(1, "CBasedQtXmlParser::LoadXmlFile:Load XML File[%s].", path.toLocal8Bit().constData());
         return false;
     }
+    return true;
+}
+
+bool CBasedQtXmlParser::LoadXmlBytes(const QByteArray& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    if (!loadDevice(buffer)) {
+        logX(1, "CBasedQtXmlParser::LoadXmlBytes: Load XML bytes.");
+        return false;
+    }
+    return true;
+}
+
+bool CBasedQtXmlParser::loadDevice(QIODevice& device)
+{
+    if (!withinBounds(device.readAll()) || !device.seek(0) || !m_qoXmlDoc.setContent(&device, true))
+        return false;
     m_qoRootElement = m_qoXmlDoc.documentElement();
     m_qoCurElement = m_qoRootElement;
     return true;

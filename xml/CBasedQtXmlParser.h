@@ -6,6 +6,8 @@
 
 #include <string>
 
+class QIODevice;
+
 /// A QDomDocument with a current element and typed add and read operations by element name on its children. A null
 /// name or a null current element makes every add, remove and read by name do nothing but clear its output where it
 /// does that. Not thread safe. Failures are told by false and a log line.
@@ -18,6 +20,8 @@ public:
     bool LoadXml(const QString& text);
     /// Parses a file, with namespace processing; sets the root and the current element.
     bool LoadXmlFile(const QString& path);
+    /// Parses the content of a file, as LoadXmlFile does.
+    bool LoadXmlBytes(const QByteArray& bytes);
     /// Writes the document as UTF-8 with an indentation of 4. When the document cannot be serialised the file stays
     /// truncated.
     bool SaveXmlFile(const QString& path);
@@ -83,5 +87,6 @@ protected:
     QString m_qstrXML;          // text of the last serialisation
 
 private:
+    bool loadDevice(QIODevice& device);
     QString childText(const char* name) const;
 };

@@ -10,7 +10,7 @@ int CustomXmlParser::FormatXMLInit()
 
 void CustomXmlParser::FormatFoundXML()
 {
-    ClearPraserData();
+    Clear();
     LoadXml(QStringLiteral("<msg><content></content></msg>"));
     const QDomProcessingInstruction instruction = m_qoXmlDoc.createProcessingInstruction(
         QStringLiteral("xml"), QStringLiteral("version=\"1.0\" encoding=\"utf-8\""));
@@ -30,14 +30,23 @@ int CustomXmlParser::LoadFile(const QString& path)
         return 0;
     if (path.compare(m_strFilePath, Qt::CaseInsensitive) == 0)
         return 1;
-    ClearPraserData();
+    Clear();
     m_strFilePath = path;
     return LoadXmlFile(path) ? 1 : 0;
+}
+
+bool CustomXmlParser::loadDocument(const QByteArray& bytes)
+{
+    Clear();
+    m_documentLoaded = LoadXmlBytes(bytes) && m_qoRootElement.tagName() == QLatin1String("msg") &&
+                       !m_qoRootElement.firstChildElement(QStringLiteral("content")).isNull();
+    return m_documentLoaded;
 }
 
 void CustomXmlParser::Clear()
 {
     ClearPraserData();
+    m_documentLoaded = false;
 }
 
 void CustomXmlParser::formatSection(const char* name, const std::function<void()>& addChildren, bool compact)
@@ -50,7 +59,7 @@ void CustomXmlParser::formatSection(const char* name, const std::function<void()
 
 int CustomXmlParser::getSection(const QString& path, const char* name, const std::function<void()>& readChildren)
 {
-    if (!LoadXmlFile(path))
+    if (!m_documentLoaded && !LoadXmlFile(path))
         return 0;
     m_qoCurElement =
         m_qoRootElement.firstChildElement(QStringLiteral("content")).firstChildElement(QString::fromLatin1(name));

@@ -56,6 +56,13 @@ public:
     int LoadFile(const QString& path);
     void Clear();
 
+    /// Parses a whole document from memory. From then on the Get operations read this document, without loading it
+    /// anew, and take from their path nothing but the directory that the icons are said to lie in.
+    ///
+    /// @return  false when the bytes are no XML within the bounds of the parser, or have no element `content` in the
+    ///          root element `msg`; the Get operations then read files again
+    bool loadDocument(const QByteArray& bytes);
+
 private:
     void formatSection(const char* name, const std::function<void()>& addChildren, bool compact = false);
     int getSection(const QString& path, const char* name, const std::function<void()>& readChildren);
@@ -64,5 +71,6 @@ private:
     /// Runs `readItem` with each child of `list` that bears the name as the current element.
     void forEachItem(const QDomElement& list, const char* name, const std::function<void()>& readItem);
 
-    QString m_strFilePath; // the path last given to LoadFile
+    bool m_documentLoaded = false; // by loadDocument
+    QString m_strFilePath;         // the path last given to LoadFile
 };

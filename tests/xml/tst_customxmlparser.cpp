@@ -94,6 +94,10 @@ class TstCustomXmlParser : public QObject
 private slots:
     void init();
 
+    void documentInMemoryIsReadWithoutItsFile();
+    void documentInMemoryIsRefused_data();
+    void documentInMemoryIsRefused();
+
     void documentWithoutSectionsIsTheFrameAlone();
     void newFrameDropsTheFormerSections();
     void newFrameDropsTheFormerText();
@@ -546,6 +550,65 @@ void TstCustomXmlParser::nameOfTheRootDoesNotCount()
                    "</other>");
     QCOMPARE(parser.GetXMLKefInfo(path, kef), 1);
     QCOMPARE(kef.kefIP, QStringLiteral("one"));
+}
+
+void TstCustomXmlParser::documentInMemoryIsReadWithoutItsFile()
+{
+    CustomInfo source = distinctRecord();
+    written([&](CustomXmlParser& parser) {
+        for (const Format& format : formats)
+            format.format(parser, source);
+    });
+    const QByteArray bytes = installation::readFile(documentPath());
+    CustomInfo fromFile;
+    CustomXmlParser fileParser;
+    for (const Get& get : gets)
+        QCOMPARE(get.get(fileParser, documentPath(), fromFile), 1);
+    QVERIFY(QFile::remove(documentPath()));
+    installation::clearLog();
+    CustomXmlParser parser;
+    QVERIFY(parser.loadDocument(bytes));
+    CustomInfo record;
+    for (const Get& get : gets)
+        QCOMPARE(get.get(parser, documentPath(), record), 1);
+    QCOMPARE(differences(record, fromFile), QStringList());
+    QVERIFY(differences(record, CustomInfo()).size() > 100);
+    QCOMPARE(installation::log(), QByteArray());
+
+    // Begun anew, it reads files again.
+    parser.FormatXMLInit();
+    QCOMPARE(parser.GetXMLCommonInfo(documentPath(), record.common), 0);
+}
+
+void TstCustomXmlParser::documentInMemoryIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("taken");
+    QByteArray deep;
+    for (int i = 0; i < 1001; ++i)
+        deep += "<a>";
+    for (int i = 0; i < 1001; ++i)
+        deep += "</a>";
+    QTest::newRow("frame") << QByteArray("<msg><content/></msg>") << true;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("no XML") << QByteArray("msg content") << false;
+    QTest::newRow("not closed") << QByteArray("<msg><content>") << false;
+    QTest::newRow("another root") << QByteArray("<other><content/></other>") << false;
+    QTest::newRow("no content") << QByteArray("<msg><contents/></msg>") << false;
+    QTest::newRow("content too deep") << QByteArray("<msg><a><content/></a></msg>") << false;
+    QTest::newRow("entity") << QByteArray("<!DOCTYPE msg [<!ENTITY e 'text'>]><msg><content>&e;</content></msg>")
+                            << false;
+    QTest::newRow("nested too deep") << QByteArray("<msg><content>" + deep + "</content></msg>") << false;
+}
+
+void TstCustomXmlParser::documentInMemoryIsRefused()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, taken);
+    CustomXmlParser parser;
+    QCOMPARE(parser.loadDocument(bytes), taken);
+    CommonInfo info;
+    QCOMPARE(parser.GetXMLCommonInfo(installation::path(QStringLiteral("missing.xml")), info), taken ? 1 : 0);
 }
 
 TEST_ENTRY(customxmlparser, runGuilessTest<TstCustomXmlParser>)
