@@ -18,13 +18,6 @@ constexpr int s_kindCusUpd = 2;
 
 constexpr int s_systemCount = 3; // Linux32, Linux64, MacOS
 
-/// The client version less its first and last byte, whatever they are.
-QByteArray innerVersion()
-{
-    const QByteArray version(utl_GetVersion());
-    return version.size() > 2 ? version.mid(1, version.size() - 2) : QByteArray();
-}
-
 QByteArray commentText(const char* timeString, const char* timeStamp, const char* setupName, int type, int os)
 {
     static const char* const systems[s_systemCount] = {"ostype=Linux32", "ostype=Linux64", "ostype=MacOS"};
@@ -36,7 +29,7 @@ QByteArray commentText(const char* timeString, const char* timeStamp, const char
     addLine("Silent=2");
     addLine("Overwrite=1");
     addLine(QByteArray(os >= 0 && os < s_systemCount ? systems[os] : ""));
-    addLine("@ver: " + innerVersion());
+    addLine("@ver: " + utl_InnerVersion());
     addLine("@new_ver: " + QByteArray(utl_OrvexVerDisplay()));
     if (type == s_kindUpdate)
         addLine(QByteArray("cusTimeStamp:") + timeStamp);

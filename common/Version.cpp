@@ -72,6 +72,12 @@ const char* utl_OrvexShortVersion()
     return strlen(g_szVerDisplay) > prefix ? g_szVerDisplay + prefix : "";
 }
 
+QByteArray utl_InnerVersion()
+{
+    const QByteArray version(g_szClientVer);
+    return version.size() > 2 ? version.mid(1, version.size() - 2) : QByteArray();
+}
+
 void utl_SetVersionStrings(const QByteArray& version, const QByteArray& internalVersion)
 {
     copyText(g_szClientVer, version.constData(), 11);

@@ -17,6 +17,9 @@ const char* utl_OrvexInterVerDisplay();
 /// The display form less its first 9 bytes ("Orvex PC "). Holds a blank and parentheses; stands in package names.
 const char* utl_OrvexShortVersion();
 
+/// The product version less its first and last byte, whatever they are; stands in the manifests of update packages.
+QByteArray utl_InnerVersion();
+
 /// Sets the product and internal version, both in the local 8-bit encoding and cut to their limits, and derives the
 /// display form from the product version.
 void utl_SetVersionStrings(const QByteArray& version, const QByteArray& internalVersion);

@@ -6,6 +6,7 @@ packages=(
     build-essential cmake ninja-build ccache
     clang-format clang-tidy
     qtbase5-dev qtbase5-dev-tools qttranslations5-l10n
+    libarchive-dev zlib1g-dev
     p7zip-full tar gzip procps
     openssl libssl-dev
     xvfb xauth xdotool imagemagick x11-utils
