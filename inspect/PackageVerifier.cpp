@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr char s_macosTop[] = "OrvexClient.pkg";
+constexpr char s_macosTop[] = "OrvexClient.pkg/";
 constexpr int s_digestLength = 16;
 
 /// Whether the manifest tells the time of the customisation, in the lines of its kind.
@@ -91,7 +91,7 @@ PackageAnswer PackageVerifier::identify(const QByteArray& package) const
 
 TemplateDigest* PackageVerifier::templateFor(PackageKind kind, const QByteArray& firstMember)
 {
-    const bool isMacos = firstMember.left(firstMember.indexOf('/')) == s_macosTop;
+    const bool isMacos = (firstMember + '/').startsWith(s_macosTop);
     if (kind == PackageKind::CustomisedUpdate && !isMacos)
         return nullptr;
     std::unique_ptr<TemplateDigest>& digest = isMacos ? m_macos : m_linux;
