@@ -4,10 +4,9 @@
 #include "common/StorePaths.h"
 #include "inspect/GzipStream.h"
 #include "inspect/PackageLimits.h"
+#include "inspect/Sha256.h"
 #include "inspect/StoreFile.h"
 #include "inspect/ZipDirectory.h"
-
-#include <QCryptographicHash>
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -127,7 +126,7 @@ private:
     PackageContent& m_content;
     const MemberSink& m_sink;
     PackageBudget m_budget;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Sha256 m_hash;
     qint64 m_nameBytes = 0;
     qint64 m_dataBytes = 0;
     int m_archives = 0;
@@ -245,10 +244,10 @@ bool Reading::readMember(archive* reader, archive_entry* entry, Found (&found)[s
     if (icon)
         *icon = {isFile ? FileBytes::Read : FileBytes::NotRegular, QByteArray(), QByteArray()};
     const bool isDigested = isFile && (m_sink || icon);
-    m_hash.reset();
+    m_hash.begin();
     const auto take = [&](const char* data, int length) {
         if (isDigested)
-            m_hash.addData(data, length);
+            m_hash.add(data, length);
         if (isFile && kept)
             kept->bytes.append(data, qMin(length, limit + 1 - kept->bytes.size()));
         if (isFile && icon && member.size <= limits::keptIconBytes)

@@ -1,6 +1,6 @@
 #include "inspect/StoreFile.h"
 
-#include <QCryptographicHash>
+#include "inspect/Sha256.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -117,7 +117,7 @@ QByteArray digestOfRegularFile(int directory, const QByteArray& name)
     const Descriptor file = openRegularFile(directory, name);
     if (!file.isOpen())
         return QByteArray();
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Sha256 hash;
     char buffer[s_chunkSize];
     for (;;) {
         const qint64 got = readSome(file.number(), buffer, sizeof buffer);
@@ -125,6 +125,6 @@ QByteArray digestOfRegularFile(int directory, const QByteArray& name)
             return QByteArray();
         if (got == 0)
             return hash.result();
-        hash.addData(buffer, int(got));
+        hash.add(buffer, int(got));
     }
 }
