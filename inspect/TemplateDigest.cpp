@@ -2,6 +2,9 @@
 
 #include "common/StorePaths.h"
 
+#include <chrono>
+#include <utility>
+
 namespace {
 
 /// The generator packs the names at the top that its shell's "*" finds, and writes the customisation over what the
@@ -26,6 +29,11 @@ bool isTakenOver(const QByteArray& name)
 } // namespace
 
 TemplateDigest::TemplateDigest(const QByteArray& path)
+    : m_reading(std::async(std::launch::async, [this, path] { read(path); }))
+{
+}
+
+void TemplateDigest::read(const QByteArray& path)
 {
     const PackageContent content = readPackage(path, [this](PackageKind, const PackageMember& member) {
         Row row = {};
@@ -53,14 +61,52 @@ bool TemplateDigest::describe(const PackageMember& member, Row& row) const
     return true;
 }
 
+bool TemplateDigest::isSound()
+{
+    catchUp();
+    return m_isSound;
+}
+
+bool TemplateDigest::anyDiffers()
+{
+    catchUp();
+    return m_anyDiffers;
+}
+
+bool TemplateDigest::anyMissing()
+{
+    catchUp();
+    return m_isSound && m_seen < m_rows.size();
+}
+
+void TemplateDigest::catchUp()
+{
+    if (m_reading.valid())
+        m_reading.get();
+    const QVector<PackageMember> waiting = std::exchange(m_waiting, {});
+    for (const PackageMember& member : waiting)
+        compare(member);
+}
+
 void TemplateDigest::begin()
 {
+    m_waiting.clear();
     ++m_package;
     m_seen = 0;
     m_anyDiffers = false;
 }
 
 void TemplateDigest::take(const PackageMember& member)
+{
+    if (m_reading.valid() && m_reading.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+        m_waiting.append(member);
+        return;
+    }
+    catchUp();
+    compare(member);
+}
+
+void TemplateDigest::compare(const PackageMember& member)
 {
     const auto row = m_rows.find(member.name);
     if (row == m_rows.end())
