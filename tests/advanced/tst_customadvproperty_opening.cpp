@@ -8,14 +8,14 @@ using advplay::recordFor;
 
 namespace {
 
-QSize s_available; // what a screen leaves to windows
+QSize s_available; // what a screen leaves to windows; invalid: as the platform has it
 
 } // namespace
 
 // Stands before the library's: the dialog is told of a screen of any size.
 QSize QScreen::availableSize() const
 {
-    return s_available;
+    return s_available.isValid() ? s_available : availableGeometry().size();
 }
 
 class TstCustomAdvPropertyOpening : public QObject

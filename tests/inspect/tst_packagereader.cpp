@@ -4,6 +4,7 @@
 #include "inspect/PackageReader.h"
 #include "inspect/PackageWorkshop.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
@@ -68,6 +69,23 @@ QMap<QString, QByteArray> updateFiles(const QByteArray& archive)
 {
     return {{QStringLiteral("comment.txt"), "Setup=\"x\"\r\n"},
             {QStringLiteral("Dot1X_OrvexClient_Linux64.tar.gz"), archive}};
+}
+
+/// A member with an old GNU header of a sparse file, which tells one piece of no data at its end.
+QByteArray sparseMember(const QByteArray& trueSize, bool goesOn)
+{
+    QByteArray member = tarMember("OrvexClient/sparse", QByteArray(), 'S');
+    const auto put = [&](int place, const QByteArray& text) { member.replace(place, text.size(), text); };
+    put(257, QByteArray("ustar  \0", 8));
+    put(386, trueSize + "00000000000 ");
+    member[482] = goesOn ? 1 : 0;
+    put(483, trueSize);
+    put(148, QByteArray(8, ' '));
+    unsigned int sum = 0;
+    for (const char byte : qAsConst(member))
+        sum += static_cast<unsigned char>(byte);
+    put(148, QByteArray::number(sum, 8).rightJustified(6, '0') + QByteArray("\0 ", 2));
+    return member;
 }
 
 /// The memory in KiB that the process had at the most since the last call.
@@ -592,27 +610,21 @@ void TstPackageReader::longNamesAreRefused()
 
 void TstPackageReader::sparseClaimIsRefused()
 {
-    // An old GNU sparse header: one piece of no data, and a true size beyond all bounds.
-    QByteArray member = tarMember("OrvexClient/sparse", QByteArray(), 'S');
-    const auto put = [&](int place, const QByteArray& text) { member.replace(place, text.size(), text); };
-    put(257, QByteArray("ustar  \0", 8));
-    put(386, "77777777777 00000000000 ");
-    put(483, "77777777777 ");
-    put(148, QByteArray(8, ' '));
-    unsigned int sum = 0;
-    for (const char byte : qAsConst(member))
-        sum += static_cast<unsigned char>(byte);
-    put(148, QByteArray::number(sum, 8).rightJustified(6, '0') + QByteArray("\0 ", 2));
-    refusedCheaply(archiveOf(customisation() + member));
+    // One piece of no data, and a true size beyond all bounds.
+    refusedCheaply(archiveOf(customisation() + sparseMember("77777777777 ", false)));
 }
 
 void TstPackageReader::endlessHeaderIsRefused()
 {
-    // Headers that only describe the next member, over and over.
-    QByteArray headers;
-    for (int i = 0; i < 12000; ++i)
-        headers += tarMember("././@LongLink", "OrvexClient/x" + QByteArray(1, '\0'), 'L');
-    refusedCheaply(archiveOf(customisation() + headers + tarMember("OrvexClient/x", "x")));
+    // Blocks that go on with the list of pieces of a sparse file, all of them of no data at its start.
+    QByteArray block = QByteArray("00000000000 ").repeated(42).leftJustified(512, '\0');
+    const QByteArray last = block;
+    block[504] = 1;
+    const auto archive = [&](int blocks) {
+        return archiveOf(customisation() + sparseMember("00000000000 ", true) + block.repeated(blocks - 1) + last);
+    };
+    QCOMPARE(readBytes(archive(1000)).damage, QByteArray());
+    refusedCheaply(archive(12000));
 }
 
 void TstPackageReader::manyArchivesAreRefused()
@@ -651,5 +663,5 @@ void TstPackageReader::pipeIsNotOpened()
     QVERIFY(!readAt(path(QStringLiteral("work"))).damage.isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TstPackageReader)
+TEST_ENTRY(packagereader, runGuilessTest<TstPackageReader>)
 #include "tst_packagereader.moc"

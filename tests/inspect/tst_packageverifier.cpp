@@ -4,6 +4,7 @@
 #include "inspect/PackageVerifier.h"
 #include "inspect/PackageWorkshop.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QtTest>
 
@@ -497,5 +498,5 @@ void TstPackageVerifier::nothingIsTouched()
     QCOMPARE(inspecting::snapshot(installation::root()), before);
 }
 
-QTEST_GUILESS_MAIN(TstPackageVerifier)
+TEST_ENTRY(packageverifier, runGuilessTest<TstPackageVerifier>)
 #include "tst_packageverifier.moc"

@@ -2,6 +2,7 @@
 #include "inspect/InspectSupport.h"
 #include "inspect/StoreReader.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QCryptographicHash>
 #include <QtTest>
@@ -446,5 +447,5 @@ void TstStoreReader::chineseNamesAreRead()
     QCOMPARE(resolved(reader, "定制 一"), QByteArray("定制 一"));
 }
 
-QTEST_GUILESS_MAIN(TstStoreReader)
+TEST_ENTRY(storereader, runGuilessTest<TstStoreReader>)
 #include "tst_storereader.moc"

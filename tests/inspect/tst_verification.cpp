@@ -1,6 +1,7 @@
 #include "inspect/InspectSupport.h"
 #include "inspect/Verification.h"
 #include "support/Installation.h"
+#include "support/TestEntry.h"
 
 #include <QtTest>
 
@@ -128,5 +129,5 @@ void TstVerification::nothingIsLogged()
     QVERIFY(!installation::namesIn(installation::root()).contains(QStringLiteral("Log")));
 }
 
-QTEST_GUILESS_MAIN(TstVerification)
+TEST_ENTRY(verification, runGuilessTest<TstVerification>)
 #include "tst_verification.moc"

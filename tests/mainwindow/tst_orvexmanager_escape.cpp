@@ -12,6 +12,8 @@
 #include <mutex>
 #include <thread>
 
+using windowplay::click;
+
 namespace {
 
 /// While it is closed, other threads than the one that made it are held there.
@@ -96,9 +98,9 @@ void TstOrvexManagerEscape::theCommitGoesOnWhileTheWorkerIsHeld()
     });
     script.expect<CustomCompleteDlg>([&](CustomCompleteDlg& report) {
         note("report");
-        press(report, "pushButton_exit");
+        click(report, "pushButton_exit");
     });
-    press(window, "toolButton_finish");
+    click(window, "toolButton_finish");
     note("end");
     const bool isVerified = utl_CusXmlVerify(inStored().chopped(1).toLocal8Bit().constData());
     gate.open();
