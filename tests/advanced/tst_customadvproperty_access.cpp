@@ -26,21 +26,21 @@ const QVector<FlagCase>& flagCases()
     using X1 = X1OptionsInfo;
     using Portal = PortalOptionsInfo;
     static const QVector<FlagCase> cases = {
-        flagCase("checkBox_1xSaveUser",        "x1.keepConnPasswd",    &CustomInfo::x1, &X1::keepConnPasswd),
-        flagCase("checkBox_1xUpVer",           "x1.upVer",             &CustomInfo::x1, &X1::upVer),
-        flagCase("checkBox_1xUpIp",            "x1.upIp",              &CustomInfo::x1, &X1::upIp),
-        flagCase("checkBox_1xUseBroadLogoff",  "x1.broadLogOff",       &CustomInfo::x1, &X1::broadLogOff),
-        flagCase("checkBox_1xAutoConn",        "x1.autoAuth",          &CustomInfo::x1, &X1::autoAuth),
-        flagCase("checkBox_1xRenewIPAfterCut", "x1.refreshIPAftCut",   &CustomInfo::x1, &X1::refreshIPAftCut),
-        flagCase("checkBox_1xResumeConn",      "x1.x1ResumeConn",      &CustomInfo::x1, &X1::x1ResumeConn),
-        flagCase("checkBox_DefaultConn",       "x1.defaultConnection", &CustomInfo::x1, &X1::defaultConnection),
-        flagCase("checkBox_1xAdvancedAuth",    "x1.advancedAuth",      &CustomInfo::x1, &X1::advancedAuth),
-        flagCase("checkBox_PortalSaveUser",        "portal.keepConnPasswd", &CustomInfo::portal,
+        flagCase("checkBox_1xSaveUser",        "x1/keepConnPasswd",    &CustomInfo::x1, &X1::keepConnPasswd),
+        flagCase("checkBox_1xUpVer",           "x1/upVer",             &CustomInfo::x1, &X1::upVer),
+        flagCase("checkBox_1xUpIp",            "x1/upIp",              &CustomInfo::x1, &X1::upIp),
+        flagCase("checkBox_1xUseBroadLogoff",  "x1/broadLogOff",       &CustomInfo::x1, &X1::broadLogOff),
+        flagCase("checkBox_1xAutoConn",        "x1/autoAuth",          &CustomInfo::x1, &X1::autoAuth),
+        flagCase("checkBox_1xRenewIPAfterCut", "x1/refreshIPAftCut",   &CustomInfo::x1, &X1::refreshIPAftCut),
+        flagCase("checkBox_1xResumeConn",      "x1/x1ResumeConn",      &CustomInfo::x1, &X1::x1ResumeConn),
+        flagCase("checkBox_DefaultConn",       "x1/defaultConnection", &CustomInfo::x1, &X1::defaultConnection),
+        flagCase("checkBox_1xAdvancedAuth",    "x1/advancedAuth",      &CustomInfo::x1, &X1::advancedAuth),
+        flagCase("checkBox_PortalSaveUser",        "portal/keepConnPasswd", &CustomInfo::portal,
                  &Portal::keepConnPasswd),
-        flagCase("checkBox_PortalUpVer",           "portal.upVer",          &CustomInfo::portal, &Portal::upVer),
-        flagCase("checkBox_PortalAutoConn",        "portal.autoAuth",       &CustomInfo::portal, &Portal::autoAuth),
-        flagCase("checkBox_PortalReConnAftNetErr", "portal.resumeConn",     &CustomInfo::portal, &Portal::resumeConn),
-        flagCase("checkBox_PortalAdvancedAuth",    "portal.advancedAuth",   &CustomInfo::portal, &Portal::advancedAuth),
+        flagCase("checkBox_PortalUpVer",           "portal/upVer",          &CustomInfo::portal, &Portal::upVer),
+        flagCase("checkBox_PortalAutoConn",        "portal/autoAuth",       &CustomInfo::portal, &Portal::autoAuth),
+        flagCase("checkBox_PortalReConnAftNetErr", "portal/resumeConn",     &CustomInfo::portal, &Portal::resumeConn),
+        flagCase("checkBox_PortalAdvancedAuth",    "portal/advancedAuth",   &CustomInfo::portal, &Portal::advancedAuth),
     };
     return cases;
 }
@@ -233,10 +233,10 @@ void TstCustomAdvPropertyAccess::advancedAuthEnablesItsCombo_data()
     QTest::addColumn<QString>("field");
     QTest::newRow("802.1X") << "checkBox_1xAdvancedAuth"
                             << "comboBox_1xAdvancedAuth"
-                            << "x1.advancedAuth";
+                            << "x1/advancedAuth";
     QTest::newRow("portal") << "checkBox_PortalAdvancedAuth"
                             << "comboBox_PortalAdvancedAuth"
-                            << "portal.advancedAuth";
+                            << "portal/advancedAuth";
 }
 
 void TstCustomAdvPropertyAccess::advancedAuthEnablesItsCombo()

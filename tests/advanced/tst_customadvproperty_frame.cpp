@@ -398,9 +398,9 @@ void TstCustomAdvPropertyFrame::okWithoutEditsAndWithoutTabsTouchesOnlyTheL2tpFi
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
     QCOMPARE(changes(start, open.info),
-             words("vpn.basecfg.LNSIP vpn.basecfg.useIPSEC vpn.basecfg.LNSAsIPSECServer vpn.basecfg.preSharedKey "
-                   "vpn.basecfg.otherIPSECServer vpn.basecfg.upVersion vpn.basecfg.resumConn "
-                   "vpn.ikecfg.IKEAuthMethod"));
+             words("vpn/basecfg/LNSIP vpn/basecfg/useIPSEC vpn/basecfg/upVersion vpn/basecfg/resumConn "
+                   "vpn/basecfg/preSharedKey vpn/basecfg/LNSAsIPSECServer vpn/basecfg/otherIPSECServer "
+                   "vpn/ikecfg/IKEAuthMethod"));
 }
 
 void TstCustomAdvPropertyFrame::absentSslVpnTabAndDomainTabAreUntouched()
@@ -416,7 +416,7 @@ void TstCustomAdvPropertyFrame::absentSslVpnTabAndDomainTabAreUntouched()
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
-    QCOMPARE(changes(start, open.info), words("portal.upVer"));
+    QCOMPARE(changes(start, open.info), words("portal/upVer"));
 }
 
 void TstCustomAdvPropertyFrame::okStoresEveryTab()
@@ -428,8 +428,8 @@ void TstCustomAdvPropertyFrame::okStoresEveryTab()
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
     QCOMPARE(changes(settledRecord(), open.info),
-             words("portal.upVer x1.upIp function.drvErr sslvpn.edcode domain.domainForce gui.subTitle "
-                   "vpn.basecfg.LNSIP zoa.ZOAIP"));
+             words("functions/drvErr x1/upIp domain/domainForce portal/upVer sslvpn/edcode guiOptions/subTitle "
+                   "ZOA/ZOAIP vpn/basecfg/LNSIP"));
 }
 
 void TstCustomAdvPropertyFrame::refusalKeepsWhatWasStoredBefore_data()
@@ -451,31 +451,31 @@ void TstCustomAdvPropertyFrame::refusalKeepsWhatWasStoredBefore_data()
                               << ""
                               << "VUI_IllegalZOAPort"
                               << "lineEdit_ZOAport"
-                              << "zoa.ZOAIP";
+                              << "ZOA/ZOAIP";
     QTest::newRow("standby address") << "lineEdit_standby_ZOAIp"
                                      << "x"
                                      << ""
                                      << "VUI_IllegalStandbyZOAIP"
                                      << "lineEdit_standby_ZOAIp"
-                                     << "zoa.ZOAIP";
+                                     << "ZOA/ZOAIP";
     QTest::newRow("standby port") << "lineEdit_standby_ZOAport"
                                   << "65536"
                                   << ""
                                   << "VUI_IllegalStandbyZOAPort"
                                   << "lineEdit_standby_ZOAport"
-                                  << "zoa.ZOAIP";
+                                  << "ZOA/ZOAIP";
     QTest::newRow("reconnect interval") << "lineEdit_reconnInterval"
                                         << "0"
                                         << "SCE_SceneTipsTitle"
                                         << "SSL_RECONNGRAP_ERROR"
                                         << "lineEdit_reconnInterval"
-                                        << "portal.upVer x1.upIp function.drvErr domain.domainForce zoa.ZOAIP";
+                                        << "functions/drvErr x1/upIp domain/domainForce portal/upVer ZOA/ZOAIP";
     QTest::newRow("countdown") << "lineEdit_getSysVryInterval"
                                << "4"
                                << "SCE_SceneTipsTitle"
                                << "SSL_GetSmsVryCountDownValu_ERROR"
                                << "lineEdit_getSysVryInterval"
-                               << "portal.upVer x1.upIp function.drvErr domain.domainForce zoa.ZOAIP";
+                               << "functions/drvErr x1/upIp domain/domainForce portal/upVer ZOA/ZOAIP";
 }
 
 // Where no focus is set, the focus stays in the edit that was typed in.
@@ -560,7 +560,7 @@ void TstCustomAdvPropertyFrame::correctedRefusalPasses()
     QCOMPARE(open.shown(), QStringList({warning(nullptr, "VUI_IllegalZOAIP"),
                                         warning("SCE_SceneTipsTitle", "SSL_RECONNGRAP_ERROR")}));
     QVERIFY(!open.isOpen());
-    QCOMPARE(changes(settledRecord(), open.info), words("zoa.ZOAIP"));
+    QCOMPARE(changes(settledRecord(), open.info), words("ZOA/ZOAIP"));
 }
 
 void TstCustomAdvPropertyFrame::refusalNeverChangesTheTab()
@@ -603,8 +603,8 @@ void TstCustomAdvPropertyFrame::everythingElseIsStoredBeforeTheL2tpMessage()
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
-    QCOMPARE(stored, words("portal.upVer x1.upIp function.drvErr sslvpn.edcode domain.domainForce gui.subTitle "
-                           "vpn.basecfg.LNSIP zoa.ZOAIP"));
+    QCOMPARE(stored, words("functions/drvErr x1/upIp domain/domainForce portal/upVer sslvpn/edcode guiOptions/subTitle "
+                           "ZOA/ZOAIP vpn/basecfg/LNSIP"));
 }
 
 void TstCustomAdvPropertyFrame::okWithoutARecordDoesNothing_data()
@@ -675,7 +675,8 @@ void TstCustomAdvPropertyFrame::cancelKeepsWhatTheSmallDialogsWrote()
     open.pressCancel();
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
-    QCOMPARE(changes(start, open.info), words("function.msgAuthOpt function.msgAuthServIP function.msgAuthServPort"));
+    QCOMPARE(changes(start, open.info),
+             words("functions/msgAuthOpt functions/msgAuthServIP functions/msgAuthServPort"));
     QCOMPARE(open.info.function.msgAuthOpt, 1u);
 }
 

@@ -162,9 +162,9 @@ void TstCustomAdvPropertyFunc::okStoresThreeFlags_data()
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
     QTest::newRow("ACL") << "checkBox_AclOpt"
-                         << "function.acl";
+                         << "functions/acl";
     QTest::newRow("driver error") << "checkBox_DrvErr"
-                                  << "function.drvErr";
+                                  << "functions/drvErr";
 }
 
 void TstCustomAdvPropertyFunc::okStoresThreeFlags()
@@ -365,7 +365,7 @@ void TstCustomAdvPropertyFunc::dynamicPasswordUnticked()
     OpenDialog open(before);
     open.tick("checkBox_DynPwdVry", false);
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(before, open.info), words("function.dynamicPwdVerify"));
+    QCOMPARE(changes(before, open.info), words("functions/dynamicPwdVerify"));
     QCOMPARE(open.info.function.dynamicPwdVerify, 0u);
 }
 
@@ -440,7 +440,7 @@ void TstCustomAdvPropertyFunc::messageAuthenticationUntickedKeepsItsServer()
     OpenDialog open(before);
     open.tick("checkBox_MsgAuth", false);
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(before, open.info), words("function.msgAuthOpt"));
+    QCOMPARE(changes(before, open.info), words("functions/msgAuthOpt"));
     QCOMPARE(open.info.function.msgAuthOpt, 0u);
 }
 
@@ -467,7 +467,7 @@ void TstCustomAdvPropertyFunc::storedMessageAuthenticationKeepsItsServerOnOk()
     open.tick("checkBox_DrvErr");
     open.pressOk();
     QVERIFY(!open.isOpen());
-    QCOMPARE(changes(before, open.info), words("function.drvErr"));
+    QCOMPARE(changes(before, open.info), words("functions/drvErr"));
 }
 
 void TstCustomAdvPropertyFunc::messageAuthenticationRefusesPorts_data()
@@ -605,7 +605,7 @@ void TstCustomAdvPropertyFunc::escapeUntickedKeepsItsServers()
     OpenDialog open(before);
     open.tick("checkBox_aclEscape", false);
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(before, open.info), words("function.wanControlEscape"));
+    QCOMPARE(changes(before, open.info), words("functions/wanControlEscape"));
     QCOMPARE(open.info.function.wanControlEscape, 0u);
 }
 
@@ -712,7 +712,7 @@ void TstCustomAdvPropertyFunc::passwordUntickedStaysInTheRecord()
     OpenDialog open(before);
     open.tick("checkBox_passwd", false);
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(before, open.info), words("function.passwordProtection"));
+    QCOMPARE(changes(before, open.info), words("functions/passwordProtection"));
     QCOMPARE(open.info.function.passwordProtection, 0u);
 }
 

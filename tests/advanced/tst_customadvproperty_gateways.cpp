@@ -603,7 +603,7 @@ void TstCustomAdvPropertyGateways::missingDefaultGatewayBecomesTheFirst()
     QCOMPARE(open.shown(), QStringList(sslBox("SSL_Set_DefaultGateway")));
     QVERIFY(!open.isOpen());
     QCOMPARE(open.dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(changes(startWith(2), open.info), words("sslvpn.defaultAddress"));
+    QCOMPARE(changes(startWith(2), open.info), words("sslvpn/defaultAddress"));
     QCOMPARE(open.info.sslvpn.defaultAddress, quint64(1));
 }
 

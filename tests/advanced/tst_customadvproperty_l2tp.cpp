@@ -199,9 +199,9 @@ void TstCustomAdvPropertyL2tp::flagsAreLoadedAndStored_data()
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
     QTest::newRow("version") << "checkBox_upVer"
-                             << "vpn.basecfg.upVersion";
+                             << "vpn/basecfg/upVersion";
     QTest::newRow("reconnection") << "checkBox_reConn"
-                                  << "vpn.basecfg.resumConn";
+                                  << "vpn/basecfg/resumConn";
 }
 
 void TstCustomAdvPropertyL2tp::flagsAreLoadedAndStored()
@@ -501,7 +501,7 @@ void TstCustomAdvPropertyL2tp::okStoresTheCertificateMethodAndKeepsTheKey()
     open.choose("comboBox_authMethod", 1);
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWithKey(), open.info), words("vpn.ikecfg.IKEAuthMethod"));
+    QCOMPARE(changes(startWithKey(), open.info), words("vpn/ikecfg/IKEAuthMethod"));
     QCOMPARE(open.info.vpn.ikecfg.IKEAuthMethod, QStringLiteral("CA-Windows"));
     QCOMPARE(open.info.vpn.basecfg.preSharedKey, QStringLiteral("secret"));
 }
@@ -514,7 +514,7 @@ void TstCustomAdvPropertyL2tp::okStoresTheOtherServer()
     open.typeInto("lineEdit_IPSECServerIP", QStringLiteral(" free text "));
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWithKey(), open.info), words("vpn.basecfg.LNSAsIPSECServer vpn.basecfg.otherIPSECServer"));
+    QCOMPARE(changes(startWithKey(), open.info), words("vpn/basecfg/LNSAsIPSECServer vpn/basecfg/otherIPSECServer"));
     QCOMPARE(open.info.vpn.basecfg.LNSAsIPSECServer, quint64(0));
     QCOMPARE(open.info.vpn.basecfg.otherIPSECServer, QStringLiteral(" free text "));
 }
@@ -568,7 +568,7 @@ void TstCustomAdvPropertyL2tp::emptyKeyIsReportedAndTheDialogCloses()
     QVERIFY(!open.isOpen());
     QCOMPARE(open.dialog.result(), int(QDialog::Accepted));
     QCOMPARE(focusOf(open.dialog), QStringLiteral("lineEdit_preshareKey"));
-    QCOMPARE(changes(before, open.info), words("vpn.basecfg.LNSIP vpn.basecfg.useIPSEC vpn.basecfg.upVersion"));
+    QCOMPARE(changes(before, open.info), words("vpn/basecfg/LNSIP vpn/basecfg/useIPSEC vpn/basecfg/upVersion"));
 }
 
 void TstCustomAdvPropertyL2tp::tooLongTextsAreReported_data()
@@ -581,11 +581,11 @@ void TstCustomAdvPropertyL2tp::tooLongTextsAreReported_data()
                          << "";
     QTest::newRow("second LNS") << "lineEdit_LNSIpSecond"
                                 << "VUI_InputTooLongSecondLNSIP"
-                                << "vpn.basecfg.LNSIP";
+                                << "vpn/basecfg/LNSIP";
     QTest::newRow("other server") << "lineEdit_IPSECServerIP"
                                   << "VUI_InputTooLongIPSECSever"
-                                  << "vpn.basecfg.LNSIP vpn.basecfg.LNSIPSecond vpn.basecfg.useIPSEC "
-                                     "vpn.basecfg.preSharedKey vpn.basecfg.upVersion";
+                                  << "vpn/basecfg/LNSIP vpn/basecfg/LNSIPSecond vpn/basecfg/useIPSEC "
+                                     "vpn/basecfg/upVersion vpn/basecfg/preSharedKey";
 }
 
 // Typing cannot come here; only an edit without its maximum length holds such a text.
@@ -720,7 +720,7 @@ void TstCustomAdvPropertyL2tp::natMessageSkipsTheEncapsulation()
     OpenDialog open(before);
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(before, open.info), words("vpn.ipseccfg.IPSECEncapsulationMode"));
+    QCOMPARE(changes(before, open.info), words("vpn/ipseccfg/IPSECEncapsulationMode"));
 }
 
 void TstCustomAdvPropertyL2tp::otherServerForcesTunnel()
@@ -823,7 +823,7 @@ void TstCustomAdvPropertyL2tp::vpnButtonsValueSurvivesCancel()
     open.clickOn("pushButton_Adv");
     open.pressCancel();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWithKey(), open.info), words("vpn.basecfg.LNSAsIPSECServer"));
+    QCOMPARE(changes(startWithKey(), open.info), words("vpn/basecfg/LNSAsIPSECServer"));
     QCOMPARE(open.info.vpn.basecfg.LNSAsIPSECServer, quint64(0));
 }
 

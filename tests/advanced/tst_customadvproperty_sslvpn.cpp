@@ -261,9 +261,9 @@ void TstCustomAdvPropertySslVpn::flagsAreLoadedAndStored_data()
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("field");
     QTest::newRow("gateway") << "checkBox_gatewayType"
-                             << "sslvpn.gatewayAuth";
+                             << "sslvpn/gatewayAuth";
     QTest::newRow("code") << "checkBox_edcode"
-                          << "sslvpn.edcode";
+                          << "sslvpn/edcode";
 }
 
 void TstCustomAdvPropertySslVpn::flagsAreLoadedAndStored()
@@ -547,7 +547,7 @@ void TstCustomAdvPropertySslVpn::okStoresTheCountdown()
     open.typeInto("lineEdit_reconnInterval", QStringLiteral("99999"));
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWith(), open.info), words("sslvpn.retryInterval sslvpn.getSmsVryCountdownValue"));
+    QCOMPARE(changes(startWith(), open.info), words("sslvpn/retryInterval sslvpn/getSmsVryCountdownValue"));
     QCOMPARE(open.info.sslvpn.getSmsVryCountdownValue, quint64(stored));
     QCOMPARE(open.info.sslvpn.retryInterval, quint64(99999));
 }
@@ -581,7 +581,7 @@ void TstCustomAdvPropertySslVpn::okRefusesNoMode()
     open.choose(typeCombo, 1);
     QCOMPARE(refusalOf(open), QStringList(sslBox("SSL_Selectless_Mode")));
     QVERIFY(open.isOpen());
-    QCOMPARE(changes(startWith(), open.info), words("sslvpn.authDefaultType"));
+    QCOMPARE(changes(startWith(), open.info), words("sslvpn/authDefaultType"));
 }
 
 void TstCustomAdvPropertySslVpn::okRefusesNoDefaultMode()
@@ -621,7 +621,7 @@ void TstCustomAdvPropertySslVpn::okStoresWhatPassedBeforeARefusal()
     open.clickOn("pushButton_Delete");
     QCOMPARE(refusalOf(open), QStringList(sslBox("SSL_SelRADIUSCert_DENY")));
     QCOMPARE(changes(startWith(1), open.info),
-             words("sslvpn.ulAuthType sslvpn.authType sslvpn.getSmsVryCountdownValue"));
+             words("sslvpn/ulAuthType sslvpn/authType sslvpn/getSmsVryCountdownValue"));
     QCOMPARE(open.info.sslvpn.ulAuthType, quint64(11));
     QCOMPARE(open.info.sslvpn.authType, QStringLiteral("Local;AD;RADIUS"));
 }
@@ -649,7 +649,7 @@ void TstCustomAdvPropertySslVpn::okEndsSilentlyWithMoreTypesThanThereAre()
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(open.isOpen());
-    QCOMPARE(changes(startWith(), open.info), words("sslvpn.authDefaultType"));
+    QCOMPARE(changes(startWith(), open.info), words("sslvpn/authDefaultType"));
 }
 
 void TstCustomAdvPropertySslVpn::typesAreStored_data()
@@ -733,7 +733,7 @@ void TstCustomAdvPropertySslVpn::untickedTypesAndModesAreStored()
     open.tick("checkBox_PwdCert", false);
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
-    QCOMPARE(changes(startWith(), open.info), words("sslvpn.authMode sslvpn.ulAuthType sslvpn.authType"));
+    QCOMPARE(changes(startWith(), open.info), words("sslvpn/authMode sslvpn/ulAuthType sslvpn/authType"));
     QCOMPARE(open.info.sslvpn.authMode, quint64(5));
     QCOMPARE(open.info.sslvpn.ulAuthType, quint64(13));
     QCOMPARE(open.info.sslvpn.authType, QStringLiteral("Local;LDAP;RADIUS"));

@@ -33,7 +33,7 @@ QStringList writtenByOkOnly(const CustomInfo& before, const CustomInfo& after)
     QStringList names = changes(before, after);
     names.erase(std::remove_if(names.begin(), names.end(),
                                [](const QString& name) {
-                                   return name.startsWith(QLatin1String("function.")) ||
+                                   return name.startsWith(QLatin1String("functions/")) ||
                                           name.startsWith(QLatin1String("vpn"));
                                }),
                 names.end());

@@ -117,7 +117,7 @@ void TstCustomAdvPropertyZoa::okStoresTheFields()
     QCOMPARE(open.shown(), QStringList());
     QVERIFY(!open.isOpen());
     QCOMPARE(textsOf(open.info.zoa), typed);
-    QCOMPARE(changes(start(), open.info), words("zoa.ZOAIP zoa.ZOAPORT zoa.standbyZOAIP zoa.standbyZOAPORT"));
+    QCOMPARE(changes(start(), open.info), words("ZOA/ZOAIP ZOA/ZOAPORT ZOA/standbyZOAIP ZOA/standbyZOAPORT"));
 }
 
 void TstCustomAdvPropertyZoa::absentTabKeepsItsFields()
@@ -246,10 +246,10 @@ void TstCustomAdvPropertyZoa::checksStoreInOrder_data()
 {
     QTest::addColumn<int>("bad");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("address") << 0 << "zoa.useZOA";
-    QTest::newRow("port") << 1 << "zoa.useZOA zoa.ZOAIP";
-    QTest::newRow("standby address") << 2 << "zoa.useZOA zoa.ZOAIP zoa.ZOAPORT";
-    QTest::newRow("standby port") << 3 << "zoa.useZOA zoa.ZOAIP zoa.ZOAPORT zoa.standbyZOAIP";
+    QTest::newRow("address") << 0 << "ZOA/useZOA";
+    QTest::newRow("port") << 1 << "ZOA/useZOA ZOA/ZOAIP";
+    QTest::newRow("standby address") << 2 << "ZOA/useZOA ZOA/ZOAIP ZOA/ZOAPORT";
+    QTest::newRow("standby port") << 3 << "ZOA/useZOA ZOA/ZOAIP ZOA/ZOAPORT ZOA/standbyZOAIP";
 }
 
 void TstCustomAdvPropertyZoa::checksStoreInOrder()
@@ -350,7 +350,7 @@ void TstCustomAdvPropertyZoa::guiFieldsAreLoadedAndStored()
     open.pressOk();
     QCOMPARE(open.shown(), QStringList());
     QCOMPARE(changes(before, open.info),
-             words("gui.linuxDeskIconPath gui.mainIconPath gui.subTitle gui.hideCopyRight"));
+             words("guiOptions/linuxDeskIcon guiOptions/mainIcon guiOptions/subTitle guiOptions/hideCopyRight"));
     QCOMPARE(open.info.gui.linuxDeskIconPath, QStringLiteral("a"));
     QCOMPARE(open.info.gui.mainIconPath, QStringLiteral("b"));
     QCOMPARE(open.info.gui.subTitle, QStringLiteral("c"));

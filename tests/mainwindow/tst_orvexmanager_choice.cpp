@@ -278,7 +278,7 @@ void TstOrvexManagerChoice::theEmptyEntryGoesBackToTheDefaults()
     combo->setCurrentIndex(0);
     QCOMPARE(tickedBoxes(window), defaultBoxes);
     // The standby address outlives a reset.
-    QCOMPARE(differences(window.record(), CustomInfo()), QStringList{QStringLiteral("zoa.standbyZOAIP")});
+    QCOMPARE(differences(window.record(), CustomInfo()), QStringList{QStringLiteral("ZOA/standbyZOAIP")});
 }
 
 void TstOrvexManagerChoice::eachChoiceOfTheEmptyEntryLogsALineForEachSection()

@@ -36,9 +36,9 @@ namespace {
 
 constexpr quint64 s_stamp = 1700000000;
 /// The slots are not stored, and the icons are the copies beside the document.
-constexpr char s_notInTheDocument[] = "sslvpn.remote[0].remoteSlot sslvpn.remote[1].remoteSlot "
-                                      "sslvpn.remote[2].remoteSlot domain.domainSlot gui.linuxDeskIconPath "
-                                      "gui.macosDeskIconPath gui.mainIconPath";
+constexpr char s_notInTheDocument[] = "guiOptions/linuxDeskIcon guiOptions/macosDeskIcon guiOptions/mainIcon "
+                                      "sslvpn/remote/0/remoteSlot sslvpn/remote/1/remoteSlot "
+                                      "sslvpn/remote/2/remoteSlot domain/domainSlot";
 
 /// Every component, every gate open, and no two fields of the same value.
 CustomInfo tellingRecord()

@@ -10,6 +10,7 @@
 #include "advanced/WancontrolDlg.h"
 #include "app/language/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
+#include "support/DistinctRecord.h"
 #include "vpn/IpInfo.h"
 
 #include <QAbstractButton>
@@ -18,13 +19,6 @@
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QTreeWidget>
-
-#include <type_traits>
-
-// clang-format off
-/// The name of a field and the access to it.
-#define FIELD(path) #path, [](CustomInfo& record) -> auto& { return record.path; }
-// clang-format on
 
 namespace sweep {
 
@@ -38,17 +32,17 @@ QString textOf(const QString& text)
 {
     return text;
 }
+QString textOf(qint64 number)
+{
+    return QString::number(number);
+}
 
 /// @param value  a number for a number or flag, a literal or QString for a text
-template <class At, class Value> Change assign(At at, Value value)
+template <class Value> Change assign(const char* field, Value value)
 {
-    return [at, value](CustomInfo& record) {
-        using Field = std::decay_t<decltype(at(record))>;
-        if constexpr (std::is_same_v<Field, QString>)
-            at(record) = textOf(value);
-        else
-            at(record) = static_cast<Field>(value);
-    };
+    const QString path = QString::fromLatin1(field);
+    const QString text = textOf(value);
+    return [path, text](CustomInfo& record) { setField(record, path, text); };
 }
 
 /// Fills in a row of the table.
@@ -68,11 +62,11 @@ public:
         m_row.base.append(base);
         return *this;
     }
-    template <class At, class Value> Entry& from(const char*, At at, Value value) { return from(assign(at, value)); }
-    template <class At, class Value> Entry& along(const char* field, At at, Value value)
+    template <class Value> Entry& from(const char* field, Value value) { return from(assign(field, value)); }
+    template <class Value> Entry& along(const char* field, Value value)
     {
         m_row.along.append(QString::fromLatin1(field));
-        m_row.outcome.append(assign(at, value));
+        m_row.outcome.append(assign(field, value));
         return *this;
     }
     Entry& seenIn(const Control& control)
@@ -97,7 +91,7 @@ class Table
 public:
     Table(QVector<Row>& rows, Place place) : m_rows(rows), m_place(place) {}
 
-    Entry play(const char* field, const Change& outcome, const Step& set)
+    Entry playFor(const char* field, const Change& outcome, const Step& set)
     {
         Row row;
         row.field = QString::fromLatin1(field);
@@ -107,30 +101,27 @@ public:
         m_rows.append(row);
         return Entry(m_rows.last());
     }
-    template <class At, class Value> Entry play(const char* field, At at, Value value, const Step& set)
+    template <class Value> Entry play(const char* field, Value value, const Step& set)
     {
-        return play(field, assign(at, value), set);
+        return playFor(field, assign(field, value), set);
     }
-    template <class At, class Value> Entry set(const char* field, At at, Value value, const Control& control)
+    template <class Value> Entry set(const char* field, Value value, const Control& control)
     {
-        Entry entry = play(field, at, value, [control](QWidget& window, ModalScript&) { operate(window, control); });
+        Entry entry = play(field, value, [control](QWidget& window, ModalScript&) { operate(window, control); });
         return entry.seenIn(control);
     }
-    template <class At> Entry tick(const char* field, At at, const char* box, int value)
+    Entry tick(const char* field, const char* box, int value) { return set(field, value, button(box, value != 0)); }
+    Entry type(const char* field, const char* name, const char* text)
     {
-        return set(field, at, value, button(box, value != 0));
+        return set(field, text, edit(name, QString::fromUtf8(text)));
     }
-    template <class At> Entry type(const char* field, At at, const char* name, const char* text)
+    Entry typeNumber(const char* field, const char* name, int number)
     {
-        return set(field, at, text, edit(name, QString::fromUtf8(text)));
+        return set(field, number, edit(name, QString::number(number)));
     }
-    template <class At> Entry typeNumber(const char* field, At at, const char* name, int number)
+    template <class Value> Entry choose(const char* field, const char* name, int index, Value value)
     {
-        return set(field, at, number, edit(name, QString::number(number)));
-    }
-    template <class At, class Value> Entry choose(const char* field, At at, const char* name, int index, Value value)
-    {
-        return set(field, at, value, combo(name, index));
+        return set(field, value, combo(name, index));
     }
 
 private:
@@ -376,92 +367,92 @@ QString storedIcon(const char* name, qint64 stamp = newStamp)
 void addCommon(QVector<Row>& rows)
 {
     Table finish(rows, Place::Finish);
-    finish.type(FIELD(common.cusAddInfo), "lineEdit_addinfo", "备注 <new>");
+    finish.type("common/cusAddInfo", "lineEdit_addinfo", "备注 <new>");
 
     // The box of the L2TP IPsec VPN is hidden: its bit comes with a stored customisation only.
     Table page(rows, Place::Page);
     const auto untick = [&](const char* box, int mask) {
-        page.set(FIELD(common.procomVal), mask, button(box, false)).by(box);
+        page.set("common/procomVal", mask, button(box, false)).by(box);
     };
     untick("checkBox_8021xPro", 62);
     untick("checkBox_portalPro", 61);
     untick("checkBox_wlanPro", 55);
     untick("checkBox_sslvpnPro", 47);
     untick("checkBox_zoaPro", 31);
-    page.set(FIELD(common.funcomVal), 4, button("checkBox_zoafunc", false)).by("checkBox_zoafunc");
-    page.play(FIELD(common.funcomVal), 5, tickKef("10.9.0.2", "9902", true))
+    page.set("common/funcomVal", 4, button("checkBox_zoafunc", false)).by("checkBox_zoafunc");
+    page.play("common/funcomVal", 5, tickKef("10.9.0.2", "9902", true))
         .by("checkBox_keffunc")
-        .from(FIELD(common.funcomVal), 1)
-        .along(FIELD(kef.kefIP), "10.9.0.2")
-        .along(FIELD(kef.kefPort), "9902")
-        .along(FIELD(kef.customize), 1)
+        .from("common/funcomVal", 1)
+        .along("kef/kefIP", "10.9.0.2")
+        .along("kef/kefPort", "9902")
+        .along("kef/customize", 1)
         .seenIn(button("checkBox_keffunc"));
 }
 
 void addPortal(Table& table)
 {
-    table.tick(FIELD(portal.keepConnPasswd), "checkBox_PortalSaveUser", 0);
-    table.tick(FIELD(portal.autoAuth), "checkBox_PortalAutoConn", 1);
-    table.tick(FIELD(portal.upVer), "checkBox_PortalUpVer", 0);
-    table.tick(FIELD(portal.resumeConn), "checkBox_PortalReConnAftNetErr", 0);
-    table.tick(FIELD(portal.advancedAuth), "checkBox_PortalAdvancedAuth", 1);
-    table.choose(FIELD(portal.advancedAuthType), "comboBox_PortalAdvancedAuth", 1, 1)
-        .from(FIELD(portal.advancedAuth), 1);
+    table.tick("portal/keepConnPasswd", "checkBox_PortalSaveUser", 0);
+    table.tick("portal/autoAuth", "checkBox_PortalAutoConn", 1);
+    table.tick("portal/upVer", "checkBox_PortalUpVer", 0);
+    table.tick("portal/resumeConn", "checkBox_PortalReConnAftNetErr", 0);
+    table.tick("portal/advancedAuth", "checkBox_PortalAdvancedAuth", 1);
+    table.choose("portal/advancedAuthType", "comboBox_PortalAdvancedAuth", 1, 1)
+        .from("portal/advancedAuth", 1);
 }
 
 void addX1(Table& table)
 {
-    table.tick(FIELD(x1.keepConnPasswd), "checkBox_1xSaveUser", 0);
-    table.tick(FIELD(x1.autoAuth), "checkBox_1xAutoConn", 1);
-    table.tick(FIELD(x1.upVer), "checkBox_1xUpVer", 0);
-    table.tick(FIELD(x1.upIp), "checkBox_1xUpIp", 0);
-    table.set(FIELD(x1.unicastType), 0, button("radioButton_multiPkt"));
-    table.tick(FIELD(x1.broadLogOff), "checkBox_1xUseBroadLogoff", 0);
-    table.tick(FIELD(x1.x1ResumeConn), "checkBox_1xResumeConn", 0);
-    table.tick(FIELD(x1.refreshIPAftCut), "checkBox_1xRenewIPAfterCut", 1);
-    table.choose(FIELD(x1.reauthTimes), "comboBox_RetryTimes", 7, 7);
-    table.choose(FIELD(x1.reauthInterval), "comboBox_RetryInterval", 9, 9);
-    table.tick(FIELD(x1.defaultConnection), "checkBox_DefaultConn", 1);
-    table.tick(FIELD(x1.advancedAuth), "checkBox_1xAdvancedAuth", 1);
-    table.choose(FIELD(x1.advancedAuthType), "comboBox_1xAdvancedAuth", 1, 1).from(FIELD(x1.advancedAuth), 1);
+    table.tick("x1/keepConnPasswd", "checkBox_1xSaveUser", 0);
+    table.tick("x1/autoAuth", "checkBox_1xAutoConn", 1);
+    table.tick("x1/upVer", "checkBox_1xUpVer", 0);
+    table.tick("x1/upIp", "checkBox_1xUpIp", 0);
+    table.set("x1/unicastType", 0, button("radioButton_multiPkt"));
+    table.tick("x1/broadLogOff", "checkBox_1xUseBroadLogoff", 0);
+    table.tick("x1/x1ResumeConn", "checkBox_1xResumeConn", 0);
+    table.tick("x1/refreshIPAftCut", "checkBox_1xRenewIPAfterCut", 1);
+    table.choose("x1/reauthTimes", "comboBox_RetryTimes", 7, 7);
+    table.choose("x1/reauthInterval", "comboBox_RetryInterval", 9, 9);
+    table.tick("x1/defaultConnection", "checkBox_DefaultConn", 1);
+    table.tick("x1/advancedAuth", "checkBox_1xAdvancedAuth", 1);
+    table.choose("x1/advancedAuthType", "comboBox_1xAdvancedAuth", 1, 1).from("x1/advancedAuth", 1);
 }
 
 void addFunction(Table& table)
 {
     const auto control = [&](const char* action, int value) {
-        table.play(FIELD(function.wanControl), value, tickWancontrol(action))
+        table.play("functions/wanControl", value, tickWancontrol(action))
             .by(action)
-            .along(FIELD(function.acl), 1)
+            .along("functions/acl", 1)
             .seenIn(button("checkBox_Wancontrol"));
     };
     control("radioButton_Deny", 1);
     control("radioButton_Pass", 2);
-    table.tick(FIELD(function.acl), "checkBox_AclOpt", 1);
-    table.tick(FIELD(function.drvErr), "checkBox_DrvErr", 1);
+    table.tick("functions/acl", "checkBox_AclOpt", 1);
+    table.tick("functions/drvErr", "checkBox_DrvErr", 1);
 
-    table.play(FIELD(function.dynamicPwdVerify), 1, tickDynPwd(false, true)).seenIn(button("checkBox_DynPwdVry"));
-    table.play(FIELD(function.dynamicVifInfo), 2, tickDynPwd(true, false))
-        .from(FIELD(function.dynamicPwdVerify), 1)
+    table.play("functions/dynamicPwdVerify", 1, tickDynPwd(false, true)).seenIn(button("checkBox_DynPwdVry"));
+    table.play("functions/dynamicVifInfo", 2, tickDynPwd(true, false))
+        .from("functions/dynamicPwdVerify", 1)
         .hiddenBehind("checkBox_DynPwdVry");
 
-    table.play(FIELD(function.msgAuthOpt), 1, tickMsgAuth("10.3.0.9", 3009))
-        .along(FIELD(function.msgAuthServIP), "10.3.0.9")
-        .along(FIELD(function.msgAuthServPort), 3009)
+    table.play("functions/msgAuthOpt", 1, tickMsgAuth("10.3.0.9", 3009))
+        .along("functions/msgAuthServIP", "10.3.0.9")
+        .along("functions/msgAuthServPort", 3009)
         .seenIn(button("checkBox_MsgAuth"));
-    table.play(FIELD(function.msgAuthInfo), 3, tickMsgAuth("10.3.0.1", 3001, true))
+    table.play("functions/msgAuthInfo", 3, tickMsgAuth("10.3.0.1", 3001, true))
         .from(withMsgAuth)
         .hiddenBehind("checkBox_MsgAuth");
-    table.play(FIELD(function.msgAuthServIP), "10.3.0.9", tickMsgAuth("10.3.0.9", 3001))
+    table.play("functions/msgAuthServIP", "10.3.0.9", tickMsgAuth("10.3.0.9", 3001))
         .from(withMsgAuth)
         .hiddenBehind("checkBox_MsgAuth");
-    table.play(FIELD(function.msgAuthServPort), 3009, tickMsgAuth("10.3.0.1", 3009))
+    table.play("functions/msgAuthServPort", 3009, tickMsgAuth("10.3.0.1", 3009))
         .from(withMsgAuth)
         .hiddenBehind("checkBox_MsgAuth");
 
-    table.play(FIELD(function.passwordProtection), 1, tickPassword("first"))
-        .along(FIELD(function.uninstallPassword), "first")
+    table.play("functions/passwordProtection", 1, tickPassword("first"))
+        .along("functions/uninstallPassword", "first")
         .seenIn(button("checkBox_passwd"));
-    table.play(FIELD(function.uninstallPassword), " Go 9 ", tickPassword(" Go 9 "))
+    table.play("functions/uninstallPassword", " Go 9 ", tickPassword(" Go 9 "))
         .from(withPassword)
         .hiddenBehind("checkBox_passwd");
     // The extended password takes the place of a typed one.
@@ -469,30 +460,30 @@ void addFunction(Table& table)
         expect<UninstallPasswd>(script, {button("checkBox_extend")});
         tickAnew(window, "checkBox_passwd");
     };
-    table.play(FIELD(function.uninstallPasswordExtend), 2, tickExtended)
+    table.play("functions/uninstallPasswordExtend", 2, tickExtended)
         .from(withPassword)
-        .along(FIELD(function.uninstallPassword), "")
+        .along("functions/uninstallPassword", "")
         .hiddenBehind("checkBox_passwd");
 }
 
 void addEscape(Table& table)
 {
-    table.play(FIELD(function.wanControlEscape), 1, tickEscape("10.3.0.7", "10.3.0.8", "3107", "10.3.0.9", true))
-        .along(FIELD(function.wanControlEscapePyxIp), "10.3.0.7")
-        .along(FIELD(function.wanControlEscapeDns), "10.3.0.8")
-        .along(FIELD(function.wanControlEscapePyxPort), "3107")
-        .along(FIELD(function.wanControlEscapePyxIpBackup), "10.3.0.9")
-        .along(FIELD(function.wanControl), 2)
-        .along(FIELD(function.acl), 1)
+    table.play("functions/wanControlEscape", 1, tickEscape("10.3.0.7", "10.3.0.8", "3107", "10.3.0.9", true))
+        .along("functions/wanControlEscapePyxIp", "10.3.0.7")
+        .along("functions/wanControlEscapeDns", "10.3.0.8")
+        .along("functions/wanControlEscapePyxPort", "3107")
+        .along("functions/wanControlEscapePyxIpBackup", "10.3.0.9")
+        .along("functions/wanControl", 2)
+        .along("functions/acl", 1)
         .seenIn(button("checkBox_aclEscape"));
     const auto escape = [&](auto... fieldAndSet) {
         table.play(fieldAndSet...).from(withEscape).hiddenBehind("checkBox_aclEscape");
     };
-    escape(FIELD(function.wanControlEscapePyxIp), "10.3.0.7",
+    escape("functions/wanControlEscapePyxIp", "10.3.0.7",
            tickEscape("10.3.0.7", "10.3.0.3", "3100", "10.3.0.4"));
-    escape(FIELD(function.wanControlEscapeDns), "10.3.0.8", tickEscape("10.3.0.2", "10.3.0.8", "3100", "10.3.0.4"));
-    escape(FIELD(function.wanControlEscapePyxPort), "3107", tickEscape("10.3.0.2", "10.3.0.3", "3107", "10.3.0.4"));
-    escape(FIELD(function.wanControlEscapePyxIpBackup), "10.3.0.9",
+    escape("functions/wanControlEscapeDns", "10.3.0.8", tickEscape("10.3.0.2", "10.3.0.8", "3100", "10.3.0.4"));
+    escape("functions/wanControlEscapePyxPort", "3107", tickEscape("10.3.0.2", "10.3.0.3", "3107", "10.3.0.4"));
+    escape("functions/wanControlEscapePyxIpBackup", "10.3.0.9",
            tickEscape("10.3.0.2", "10.3.0.3", "3100", "10.3.0.9"));
 }
 
@@ -512,49 +503,49 @@ void addSslVpn(Table& table)
         record.sslvpn.remote.append(gateway);
     };
     const char* const tree = "treeWidget_SSLIP";
-    table.play("sslvpn.remote.size", third, addGateway).seenIn(cell(tree, 2, 2, QStringLiteral("10.4.0.9")));
+    table.playFor("sslvpn/remote.size", third, addGateway).seenIn(cell(tree, 2, 2, QStringLiteral("10.4.0.9")));
     const QString name = QStringLiteral("renamed");
-    table.play(FIELD(sslvpn.remote[0].iPDes), name, editGateway(0, {edit("lineEdit_vnsSvr_disname", name)}))
+    table.play("sslvpn/remote/0/iPDes", name, editGateway(0, {edit("lineEdit_vnsSvr_disname", name)}))
         .seenIn(cell(tree, 0, 1, name));
     const QString address = QStringLiteral("10.4.0.7");
-    table.play(FIELD(sslvpn.remote[0].ip), address, editGateway(0, {edit("lineEdit_vnsSvr_IP", address)}))
+    table.play("sslvpn/remote/0/ip", address, editGateway(0, {edit("lineEdit_vnsSvr_IP", address)}))
         .by("lineEdit_vnsSvr_IP")
         .seenIn(cell(tree, 0, 2, address));
     const QString domain = QStringLiteral("gate.example.com");
-    table.play(FIELD(sslvpn.remote[0].ip), domain,
+    table.play("sslvpn/remote/0/ip", domain,
                editGateway(0, {button("radioButton_vnsSvr_DNS"), edit("lineEdit_vnsSvr_DNS", domain)}))
         .by("lineEdit_vnsSvr_DNS")
         .seenIn(cell(tree, 0, 2, domain));
     const QString port = QStringLiteral("4437");
-    table.play(FIELD(sslvpn.remote[0].port), port, editGateway(0, {edit("lineEdit_vnsSvr_port", port)}))
+    table.play("sslvpn/remote/0/port", port, editGateway(0, {edit("lineEdit_vnsSvr_port", port)}))
         .seenIn(cell(tree, 0, 3, port));
     const auto moveDefault = [](QWidget& window, ModalScript& script) {
         editGateway(1, {button("checkBox_vnsSvr_default", false)})(window, script);
         editGateway(0, {button("checkBox_vnsSvr_default")})(window, script);
     };
-    table.play(FIELD(sslvpn.defaultAddress), 1, moveDefault)
+    table.play("sslvpn/defaultAddress", 1, moveDefault)
         .seenIn(cell(tree, 0, 1, QStringLiteral("first") + langText("SSL_DEFAULTNAME")));
 
-    table.typeNumber(FIELD(sslvpn.retries), "lineEdit_reconnTimes", 8);
-    table.typeNumber(FIELD(sslvpn.retryInterval), "lineEdit_reconnInterval", 12);
-    table.set(FIELD(sslvpn.authMode), 6, button("checkBox_Password", false)).from(FIELD(sslvpn.authDefaultMode), 1);
-    table.set(FIELD(sslvpn.authMode), 5, button("checkBox_PwdCert", false)).by("checkBox_PwdCert");
-    table.set(FIELD(sslvpn.authMode), 3, button("checkBox_Cert", false)).by("checkBox_Cert");
-    table.choose(FIELD(sslvpn.authDefaultMode), "comboBox_defaultMode", 1, 1);
+    table.typeNumber("sslvpn/retries", "lineEdit_reconnTimes", 8);
+    table.typeNumber("sslvpn/retryInterval", "lineEdit_reconnInterval", 12);
+    table.set("sslvpn/authMode", 6, button("checkBox_Password", false)).from("sslvpn/authDefaultMode", 1);
+    table.set("sslvpn/authMode", 5, button("checkBox_PwdCert", false)).by("checkBox_PwdCert");
+    table.set("sslvpn/authMode", 3, button("checkBox_Cert", false)).by("checkBox_Cert");
+    table.choose("sslvpn/authDefaultMode", "comboBox_defaultMode", 1, 1);
     const auto type = [&](const char* box, int mask, const char* names) {
-        table.set(FIELD(sslvpn.ulAuthType), mask, button(box, false)).by(box).along(FIELD(sslvpn.authType), names);
+        table.set("sslvpn/ulAuthType", mask, button(box, false)).by(box).along("sslvpn/authType", names);
     };
     type("checkBox_Local", 14, "AD;LDAP;RADIUS");
     type("checkBox_LDAP", 11, "Local;AD;RADIUS");
     type("checkBox_RADIUS", 7, "Local;AD;LDAP");
-    table.set(FIELD(sslvpn.authType), "Local;LDAP;RADIUS", button("checkBox_AD", false))
-        .from(FIELD(sslvpn.authDefaultType), "Local")
-        .along(FIELD(sslvpn.ulAuthType), 13);
-    table.choose(FIELD(sslvpn.authDefaultType), "comboBox_defaultType", 2, "LDAP");
-    table.tick(FIELD(sslvpn.gatewayAuth), "checkBox_gatewayType", 1);
-    table.typeNumber(FIELD(sslvpn.getSmsVryCountdownValue), "lineEdit_getSysVryInterval", 90);
-    table.choose(FIELD(sslvpn.TLSVersion), "comboBox_TLS_version_list", 1, 1);
-    table.tick(FIELD(sslvpn.edcode), "checkBox_edcode", 1);
+    table.set("sslvpn/authType", "Local;LDAP;RADIUS", button("checkBox_AD", false))
+        .from("sslvpn/authDefaultType", "Local")
+        .along("sslvpn/ulAuthType", 13);
+    table.choose("sslvpn/authDefaultType", "comboBox_defaultType", 2, "LDAP");
+    table.tick("sslvpn/gatewayAuth", "checkBox_gatewayType", 1);
+    table.typeNumber("sslvpn/getSmsVryCountdownValue", "lineEdit_getSysVryInterval", 90);
+    table.choose("sslvpn/TLSVersion", "comboBox_TLS_version_list", 1, 1);
+    table.tick("sslvpn/edcode", "checkBox_edcode", 1);
 }
 
 void addDomain(Table& table)
@@ -567,127 +558,127 @@ void addDomain(Table& table)
         click(window, "pushButton_Add_2");
     };
     const Change third = [=](CustomInfo& record) { record.domain.domaindetail.append({name, description}); };
-    table.play("domain.domaindetail.size", third, addDomain).seenIn(cell(tree, 2, 2, description));
-    table.play(FIELD(domain.domaindetail[1].domainName), name, editDomain(1, edit("lineEdit_domain", name)))
+    table.playFor("domain/domaindetail.size", third, addDomain).seenIn(cell(tree, 2, 2, description));
+    table.play("domain/domaindetail/1/domainName", name, editDomain(1, edit("lineEdit_domain", name)))
         .seenIn(cell(tree, 1, 1, name));
-    table.play(FIELD(domain.domaindetail[1].domainDesp), description,
+    table.play("domain/domaindetail/1/domainDesp", description,
                editDomain(1, edit("lineEdit_des_domain", description)))
         .seenIn(cell(tree, 1, 2, description));
-    table.tick(FIELD(domain.domainForce), "checkBox_DomainForce", 1);
-    table.play(FIELD(domain.domainDefault), 1, editDomain(0, button("checkBox_dftDomain")))
+    table.tick("domain/domainForce", "checkBox_DomainForce", 1);
+    table.play("domain/domainDefault", 1, editDomain(0, button("checkBox_dftDomain")))
         .seenIn(cell(tree, 0, 1, QStringLiteral("sales") + langText("CUS_Default")));
 }
 
 void addGui(Table& table)
 {
-    const auto icon = [&](const char* field, auto at, const char* name, const char* source, const char* copy) {
+    const auto icon = [&](const char* field, const char* name, const char* source, const char* copy) {
         // Cleared with the templates.
         const QString path = installation::path(QLatin1String("template/icons/") + QLatin1String(source));
         const auto typePath = [=](QWidget& window, ModalScript&) {
             installation::writeFile(path, "an icon");
             operate(window, edit(name, path));
         };
-        table.play(field, at, storedIcon(copy), typePath).seenIn(edit(name, storedIcon(copy)));
+        table.play(field, storedIcon(copy), typePath).seenIn(edit(name, storedIcon(copy)));
     };
-    icon(FIELD(gui.linuxDeskIconPath), "lineEdit_deskIcon_dir_Linux", "desk.png", "DeskIconLinux.png");
-    icon(FIELD(gui.mainIconPath), "lineEdit_mainIcon_dir", "main.ico", "MainIcon.ico");
-    table.type(FIELD(gui.subTitle), "lineEdit_cusTitle", "网络接入 <2>");
-    table.tick(FIELD(gui.hideCopyRight), "checkBox_HideCopyRight", 1);
+    icon("guiOptions/linuxDeskIcon", "lineEdit_deskIcon_dir_Linux", "desk.png", "DeskIconLinux.png");
+    icon("guiOptions/mainIcon", "lineEdit_mainIcon_dir", "main.ico", "MainIcon.ico");
+    table.type("guiOptions/subTitle", "lineEdit_cusTitle", "网络接入 <2>");
+    table.tick("guiOptions/hideCopyRight", "checkBox_HideCopyRight", 1);
 }
 
 void addVpnBase(Table& table)
 {
-    table.type(FIELD(vpn.basecfg.LNSIP), "lineEdit_LNSIp", "lns.example.com");
-    table.type(FIELD(vpn.basecfg.LNSIPSecond), "lineEdit_LNSIpSecond", "10.6.0.2");
+    table.type("vpn/basecfg/LNSIP", "lineEdit_LNSIp", "lns.example.com");
+    table.type("vpn/basecfg/LNSIPSecond", "lineEdit_LNSIpSecond", "10.6.0.2");
     const auto enable = [](QWidget& window, ModalScript&) {
         operate(window, button("checkBox_EnableIpSec"));
         operate(window, edit("lineEdit_preshareKey", QStringLiteral("new key")));
     };
-    table.play(FIELD(vpn.basecfg.useIPSEC), 1, enable)
-        .along(FIELD(vpn.basecfg.preSharedKey), "new key")
-        .along(FIELD(vpn.ikecfg.IKEAuthMethod), "PRE-SHARE")
+    table.play("vpn/basecfg/useIPSEC", 1, enable)
+        .along("vpn/basecfg/preSharedKey", "new key")
+        .along("vpn/ikecfg/IKEAuthMethod", "PRE-SHARE")
         .seenIn(button("checkBox_EnableIpSec"));
-    table.set(FIELD(vpn.basecfg.LNSAsIPSECServer), 0, button("radioButton_useOtherLNS")).from(withIpsec);
-    table.type(FIELD(vpn.basecfg.preSharedKey), "lineEdit_preshareKey", " ~new key!").from(withIpsec);
-    table.type(FIELD(vpn.basecfg.otherIPSECServer), "lineEdit_IPSECServerIP", "10.6.0.3").from(withOtherServer);
-    table.tick(FIELD(vpn.basecfg.upVersion), "checkBox_upVer", 1);
-    table.tick(FIELD(vpn.basecfg.resumConn), "checkBox_reConn", 1);
-    table.choose(FIELD(vpn.ikecfg.IKEAuthMethod), "comboBox_authMethod", 1, "CA-Windows").from(withIpsec);
+    table.set("vpn/basecfg/LNSAsIPSECServer", 0, button("radioButton_useOtherLNS")).from(withIpsec);
+    table.type("vpn/basecfg/preSharedKey", "lineEdit_preshareKey", " ~new key!").from(withIpsec);
+    table.type("vpn/basecfg/otherIPSECServer", "lineEdit_IPSECServerIP", "10.6.0.3").from(withOtherServer);
+    table.tick("vpn/basecfg/upVersion", "checkBox_upVer", 1);
+    table.tick("vpn/basecfg/resumConn", "checkBox_reConn", 1);
+    table.choose("vpn/ikecfg/IKEAuthMethod", "comboBox_authMethod", 1, "CA-Windows").from(withIpsec);
 }
 
 void addL2tp(Table& table)
 {
-    table.type(FIELD(vpn.l2tpcfg.L2TPTunnelName), "lineEdit_TunnelName", "tunnel-7");
-    table.choose(FIELD(vpn.l2tpcfg.L2TPAuthMode), "comboBox_AuthMode", 1, "CHAP");
-    table.type(FIELD(vpn.l2tpcfg.L2TPHelloInterval), "lineEdit_HelloInterval", "777");
+    table.type("vpn/l2tpcfg/L2TPTunnelName", "lineEdit_TunnelName", "tunnel-7");
+    table.choose("vpn/l2tpcfg/L2TPAuthMode", "comboBox_AuthMode", 1, "CHAP");
+    table.type("vpn/l2tpcfg/L2TPHelloInterval", "lineEdit_HelloInterval", "777");
     const auto authenticate = [](QWidget& window, ModalScript&) {
         operate(window, button("checkBox_TunnelAuthOn"));
         operate(window, edit("lineEdit_TunnelPwd", QStringLiteral("first")));
     };
-    table.play(FIELD(vpn.l2tpcfg.L2TPUseTunnelPwd), 1, authenticate)
-        .along(FIELD(vpn.l2tpcfg.L2TPTunnelPwd), "first")
+    table.play("vpn/l2tpcfg/L2TPUseTunnelPwd", 1, authenticate)
+        .along("vpn/l2tpcfg/L2TPTunnelPwd", "first")
         .seenIn(button("checkBox_TunnelAuthOn"));
-    table.tick(FIELD(vpn.l2tpcfg.L2TPAVPHidden), "checkBox_AVPHidden", 1).from(withTunnelPassword);
-    table.type(FIELD(vpn.l2tpcfg.L2TPTunnelPwd), "lineEdit_TunnelPwd", " ~secret 7").from(withTunnelPassword);
-    table.typeNumber(FIELD(vpn.l2tpcfg.L2TPPort), "lineEdit_L2tpPort", 4321);
+    table.tick("vpn/l2tpcfg/L2TPAVPHidden", "checkBox_AVPHidden", 1).from(withTunnelPassword);
+    table.type("vpn/l2tpcfg/L2TPTunnelPwd", "lineEdit_TunnelPwd", " ~secret 7").from(withTunnelPassword);
+    table.typeNumber("vpn/l2tpcfg/L2TPPort", "lineEdit_L2tpPort", 4321);
 }
 
 void addIpsec(Table& table)
 {
     // Each protocol starts from algorithms of its own, and the AH algorithm decides the one of IKE.
-    table.choose(FIELD(vpn.ipseccfg.IPSECEncapsulationMode), "comboBox_EncapMode", 1, "Transport");
-    table.type(FIELD(vpn.ipseccfg.IPSECSALifetime), "lineEdit_SaLifeTime", "4567");
-    table.choose(FIELD(vpn.ipseccfg.IPSECSecurityProto), "comboBox_IpsecProto", 1, "AH")
-        .along(FIELD(vpn.ipseccfg.IPSECAHAuthAlgorithm), "MD5")
-        .along(FIELD(vpn.ikecfg.IKEAuthAlgorithm), "MD5");
-    table.choose(FIELD(vpn.ipseccfg.IPSECESPAuthAlgorithm), "comboBox_ESP_Auth", 3, "NULL");
-    table.choose(FIELD(vpn.ipseccfg.IPSECESPEncryption), "comboBox_ESP_Encrypt", 1, "3DES");
-    table.choose(FIELD(vpn.ipseccfg.IPSECAHAuthAlgorithm), "comboBox_AH_Auth", 1, "SHA");
-    table.tick(FIELD(vpn.ipseccfg.IPSECUseNatTranversal), "checkBox_UseNAT", 1)
-        .along(FIELD(vpn.ipseccfg.IPSECSecurityProto), "ESP")
-        .along(FIELD(vpn.ipseccfg.IPSECESPAuthAlgorithm), "MD5");
+    table.choose("vpn/ipseccfg/IPSECEncapsulationMode", "comboBox_EncapMode", 1, "Transport");
+    table.type("vpn/ipseccfg/IPSECSALifetime", "lineEdit_SaLifeTime", "4567");
+    table.choose("vpn/ipseccfg/IPSECSecurityProto", "comboBox_IpsecProto", 1, "AH")
+        .along("vpn/ipseccfg/IPSECAHAuthAlgorithm", "MD5")
+        .along("vpn/ikecfg/IKEAuthAlgorithm", "MD5");
+    table.choose("vpn/ipseccfg/IPSECESPAuthAlgorithm", "comboBox_ESP_Auth", 3, "NULL");
+    table.choose("vpn/ipseccfg/IPSECESPEncryption", "comboBox_ESP_Encrypt", 1, "3DES");
+    table.choose("vpn/ipseccfg/IPSECAHAuthAlgorithm", "comboBox_AH_Auth", 1, "SHA");
+    table.tick("vpn/ipseccfg/IPSECUseNatTranversal", "checkBox_UseNAT", 1)
+        .along("vpn/ipseccfg/IPSECSecurityProto", "ESP")
+        .along("vpn/ipseccfg/IPSECESPAuthAlgorithm", "MD5");
     const auto choosePfs = [](QWidget& window, ModalScript&) {
         operate(window, button("checkBox_UsePFS"));
         operate(window, combo("comboBox_PFS", 1));
     };
-    table.play(FIELD(vpn.ipseccfg.IPSECPFS), 1024, choosePfs).seenIn(combo("comboBox_PFS", 1));
-    table.set(FIELD(vpn.ipseccfg.IPSECPFS), 768, button("checkBox_UsePFS")).by("checkBox_UsePFS");
+    table.play("vpn/ipseccfg/IPSECPFS", 1024, choosePfs).seenIn(combo("comboBox_PFS", 1));
+    table.set("vpn/ipseccfg/IPSECPFS", 768, button("checkBox_UsePFS")).by("checkBox_UsePFS");
 }
 
 void addIke(Table& table)
 {
-    table.choose(FIELD(vpn.ikecfg.IKENegotiationMode), "comboBox_IkeNeg", 1, "Aggressive");
-    table.choose(FIELD(vpn.ikecfg.IKEIDType), "comboBox_IDType", 1, "name")
-        .from(FIELD(vpn.ikecfg.IKENegotiationMode), "Aggressive");
-    table.choose(FIELD(vpn.ikecfg.IKEncryption), "comboBox_IkeEncrypt", 1, "3DES-CBC");
+    table.choose("vpn/ikecfg/IKENegotiationMode", "comboBox_IkeNeg", 1, "Aggressive");
+    table.choose("vpn/ikecfg/IKEIDType", "comboBox_IDType", 1, "name")
+        .from("vpn/ikecfg/IKENegotiationMode", "Aggressive");
+    table.choose("vpn/ikecfg/IKEncryption", "comboBox_IkeEncrypt", 1, "3DES-CBC");
     // Not set by the list that shows it, but by the AH algorithm.
-    table.set(FIELD(vpn.ikecfg.IKEAuthAlgorithm), "MD5", combo("comboBox_AH_Auth", 0))
-        .along(FIELD(vpn.ipseccfg.IPSECAHAuthAlgorithm), "MD5")
+    table.set("vpn/ikecfg/IKEAuthAlgorithm", "MD5", combo("comboBox_AH_Auth", 0))
+        .along("vpn/ipseccfg/IPSECAHAuthAlgorithm", "MD5")
         .seenIn(combo("comboBox_IkeAuth", 0));
-    table.choose(FIELD(vpn.ikecfg.IKEDiffeHellman), "comboBox_DH", 1, "Group2");
-    table.type(FIELD(vpn.ikecfg.IKEISAKMPLifetime), "lineEdit_ISAKMPSA", "7654");
-    table.type(FIELD(vpn.ikecfg.IKELocalName), "lineEdit_LocalName", "local-a").from(withNames);
-    table.type(FIELD(vpn.ikecfg.IKERemoteName), "lineEdit_PeerName", "peer-b").from(withNames);
+    table.choose("vpn/ikecfg/IKEDiffeHellman", "comboBox_DH", 1, "Group2");
+    table.type("vpn/ikecfg/IKEISAKMPLifetime", "lineEdit_ISAKMPSA", "7654");
+    table.type("vpn/ikecfg/IKELocalName", "lineEdit_LocalName", "local-a").from(withNames);
+    table.type("vpn/ikecfg/IKERemoteName", "lineEdit_PeerName", "peer-b").from(withNames);
     const auto keepAlive = [](const char* box, const char* name, const char* seconds) {
         return [=](QWidget& window, ModalScript&) {
             operate(window, button(box));
             operate(window, edit(name, QString::fromLatin1(seconds)));
         };
     };
-    table.play(FIELD(vpn.ikecfg.IKESendKeepAlive), 1, keepAlive("checkBox_KeepAliveOn", "lineEdit_TimeInterval", "33"))
-        .along(FIELD(vpn.ikecfg.IKESendInterval), "33")
+    table.play("vpn/ikecfg/IKESendKeepAlive", 1, keepAlive("checkBox_KeepAliveOn", "lineEdit_TimeInterval", "33"))
+        .along("vpn/ikecfg/IKESendInterval", "33")
         .seenIn(button("checkBox_KeepAliveOn"));
-    table.type(FIELD(vpn.ikecfg.IKESendInterval), "lineEdit_TimeInterval", "44")
-        .from(FIELD(vpn.ikecfg.IKESendKeepAlive), 1)
-        .from(FIELD(vpn.ikecfg.IKESendInterval), "21");
-    table.play(FIELD(vpn.ikecfg.IKERecvKeepAlivePacket), 1,
+    table.type("vpn/ikecfg/IKESendInterval", "lineEdit_TimeInterval", "44")
+        .from("vpn/ikecfg/IKESendKeepAlive", 1)
+        .from("vpn/ikecfg/IKESendInterval", "21");
+    table.play("vpn/ikecfg/IKERecvKeepAlivePacket", 1,
                keepAlive("checkBox_KeepAliveTimeout", "lineEdit_TimeOut", "55"))
-        .along(FIELD(vpn.ikecfg.IKERecvPacketTimeOut), "55")
+        .along("vpn/ikecfg/IKERecvPacketTimeOut", "55")
         .seenIn(button("checkBox_KeepAliveTimeout"));
-    table.type(FIELD(vpn.ikecfg.IKERecvPacketTimeOut), "lineEdit_TimeOut", "66")
-        .from(FIELD(vpn.ikecfg.IKERecvKeepAlivePacket), 1)
-        .from(FIELD(vpn.ikecfg.IKERecvPacketTimeOut), "22");
-    table.typeNumber(FIELD(vpn.ikecfg.IKEPort), "lineEdit_IkePort", 4500);
+    table.type("vpn/ikecfg/IKERecvPacketTimeOut", "lineEdit_TimeOut", "66")
+        .from("vpn/ikecfg/IKERecvKeepAlivePacket", 1)
+        .from("vpn/ikecfg/IKERecvPacketTimeOut", "22");
+    table.typeNumber("vpn/ikecfg/IKEPort", "lineEdit_IkePort", 4500);
 }
 
 void addRoutes(Table& table)
@@ -699,46 +690,45 @@ void addRoutes(Table& table)
     const auto add = [](QWidget& window, ModalScript& script) {
         addRoute(window, script, "10.7.9.0", "255.255.128.0");
     };
-    table.play("vpnRoutes.size", another, add).seenIn(cell(tree, 2, 0, third));
-    table.play(FIELD(vpnRoutes[1].ip), third, replaceLastRoute("10.7.9.0", "255.255.0.0"))
+    table.playFor("vpnroute.size", another, add).seenIn(cell(tree, 2, 0, third));
+    table.play("vpnroute/1/ip", third, replaceLastRoute("10.7.9.0", "255.255.0.0"))
         .seenIn(cell(tree, 1, 0, third));
-    table.play(FIELD(vpnRoutes[1].mask), mask, replaceLastRoute("10.7.0.0", "255.255.128.0"))
+    table.play("vpnroute/1/mask", mask, replaceLastRoute("10.7.0.0", "255.255.128.0"))
         .seenIn(cell(tree, 1, 1, mask));
 }
 
 void addZoa(Table& table)
 {
-    table.type(FIELD(zoa.ZOAIP), "lineEdit_ZOAIp", "10.8.0.7");
-    table.type(FIELD(zoa.ZOAPORT), "lineEdit_ZOAport", "9807");
-    table.type(FIELD(zoa.standbyZOAIP), "lineEdit_standby_ZOAIp", "10.8.0.8");
-    table.type(FIELD(zoa.standbyZOAPORT), "lineEdit_standby_ZOAport", "9808");
+    table.type("ZOA/ZOAIP", "lineEdit_ZOAIp", "10.8.0.7");
+    table.type("ZOA/ZOAPORT", "lineEdit_ZOAport", "9807");
+    table.type("ZOA/standbyZOAIP", "lineEdit_standby_ZOAIp", "10.8.0.8");
+    table.type("ZOA/standbyZOAPORT", "lineEdit_standby_ZOAport", "9808");
 }
 
 void addKef(Table& table)
 {
-    table.play(FIELD(kef.kefIP), "10.9.0.2", tickKef("10.9.0.2", "9901", false)).hiddenBehind("checkBox_keffunc");
-    table.play(FIELD(kef.kefPort), "9902", tickKef("10.9.0.1", "9902", false)).hiddenBehind("checkBox_keffunc");
-    table.play(FIELD(kef.customize), 1, tickKef("10.9.0.1", "9901", true)).hiddenBehind("checkBox_keffunc");
+    table.play("kef/kefIP", "10.9.0.2", tickKef("10.9.0.2", "9901", false)).hiddenBehind("checkBox_keffunc");
+    table.play("kef/kefPort", "9902", tickKef("10.9.0.1", "9902", false)).hiddenBehind("checkBox_keffunc");
+    table.play("kef/customize", 1, tickKef("10.9.0.1", "9901", true)).hiddenBehind("checkBox_keffunc");
 }
 // clang-format on
 
 /// The value of the base survives.
-template <class At, class Value> FixedField survivor(const char* field, At at, Value base, const char* why)
+template <class Value> FixedField survivor(const char* field, Value base, const char* why)
 {
-    return {QString::fromLatin1(field), why, {assign(at, base)}, {}, true};
+    return {QString::fromLatin1(field), why, {assign(field, base)}, {}, true};
 }
 
 /// @param result  what becomes of the value of the base
-template <class At, class Value>
-FixedField overwritten(const char* field, At at, Value base, Value result, const char* why)
+template <class Value> FixedField overwritten(const char* field, Value base, Value result, const char* why)
 {
-    return {QString::fromLatin1(field), why, {assign(at, base)}, {assign(at, result)}, true};
+    return {QString::fromLatin1(field), why, {assign(field, base)}, {assign(field, result)}, true};
 }
 
 /// The value of the base is gone as soon as it is stored.
-template <class At, class Value> FixedField unstored(const char* field, At at, Value base)
+template <class Value> FixedField unstored(const char* field, Value base)
 {
-    return {QString::fromLatin1(field), "not in the document", {assign(at, base)}, {}, false};
+    return {QString::fromLatin1(field), "not in the document", {assign(field, base)}, {}, false};
 }
 
 } // namespace
@@ -880,21 +870,21 @@ QVector<Row> rows()
 QVector<FixedField> fixedFields()
 {
     return {
-        overwritten(FIELD(common.cusTimeStamp), baseStamp, newStamp, "the clock of the commit"),
-        overwritten(FIELD(common.cusTimeString), baseTime, newTime, "the clock of the commit"),
-        overwritten(FIELD(common.areaKey), 1, 0, "the brand byte of the program"),
-        unstored(FIELD(sslvpn.remote[1].remoteSlot), 401),
-        unstored(FIELD(domain.domainSlot), 501),
-        overwritten(FIELD(gui.macosDeskIconPath), storedIcon("DeskIconMacos.icns", baseStamp),
+        overwritten("common/cusTimeStamp", baseStamp, newStamp, "the clock of the commit"),
+        overwritten("common/cusTimeString", baseTime, newTime, "the clock of the commit"),
+        overwritten("common/areaKey", 1, 0, "the brand byte of the program"),
+        unstored("sslvpn/remote/1/remoteSlot", 401),
+        unstored("domain/domainSlot", 501),
+        overwritten("guiOptions/macosDeskIcon", storedIcon("DeskIconMacos.icns", baseStamp),
                     storedIcon("DeskIconMacos.icns"), "its row is hidden; the path is that of the copy"),
-        survivor(FIELD(gui.linuxDeskIconName), "接入客户端", "no widget"),
-        survivor(FIELD(gui.macosDeskName), "Access on the Mac", "no widget"),
-        survivor(FIELD(gui.mainIconName), "main icon", "no widget"),
-        survivor(FIELD(vpn.autoAuth), 601, "no widget"),
-        survivor(FIELD(vpn.basecfg.useRSA), 604, "no widget; the method stands in IKEAuthMethod"),
-        survivor(FIELD(vpn.basecfg.modifyAdvanced), 606, "no widget"),
-        survivor(FIELD(vpn.basecfg.forbidVirNIC), 607, "no widget"),
-        overwritten(FIELD(zoa.useZOA), 801, 1, "the tab stores 1 whatever its hidden box shows"),
+        survivor("guiOptions/linuxDeskIconName", "接入客户端", "no widget"),
+        survivor("guiOptions/macosDeskName", "Access on the Mac", "no widget"),
+        survivor("guiOptions/mainIconName", "main icon", "no widget"),
+        survivor("vpn/autoAuth", 601, "no widget"),
+        survivor("vpn/basecfg/useRSA", 604, "no widget; the method stands in IKEAuthMethod"),
+        survivor("vpn/basecfg/modifyAdvanced", 606, "no widget"),
+        survivor("vpn/basecfg/forbidVirNIC", 607, "no widget"),
+        overwritten("ZOA/useZOA", 801, 1, "the tab stores 1 whatever its hidden box shows"),
     };
 }
 

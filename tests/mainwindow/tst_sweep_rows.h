@@ -67,7 +67,7 @@ void pressIn(QWidget& window, const char* name);
 
 struct Row
 {
-    QString field; // as differences() names it
+    QString field; // its path, as differences() names it
     Place place = Place::Advanced;
     Step set;
     Control shown;            // where the value can be seen afterwards

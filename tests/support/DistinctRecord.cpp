@@ -1,220 +1,66 @@
 #include "support/DistinctRecord.h"
 
-#include "xml/CustomInfo.h"
+#include "xml/Catalogue.h"
 
-#include <variant>
+#include <QVector>
 
 namespace {
 
-template <class S> struct Field
+/// What is copied along with the record and stands in no document.
+struct Slot
 {
-    const char* name;
-    std::variant<quint32 S::*, quint64 S::*, bool S::*, QString S::*> member;
+    QString path;
+    quint64* number;
 };
 
-// clang-format off
-const Field<CommonInfo> commonFields[] = {
-    {"cusTimeStamp",  &CommonInfo::cusTimeStamp},
-    {"cusTimeString", &CommonInfo::cusTimeString},
-    {"cusAddInfo",    &CommonInfo::cusAddInfo},
-    {"procomVal",     &CommonInfo::procomVal},
-    {"funcomVal",     &CommonInfo::funcomVal},
-    {"areaKey",       &CommonInfo::areaKey},
-};
-
-const Field<PortalOptionsInfo> portalFields[] = {
-    {"keepConnPasswd",   &PortalOptionsInfo::keepConnPasswd},
-    {"autoAuth",         &PortalOptionsInfo::autoAuth},
-    {"upVer",            &PortalOptionsInfo::upVer},
-    {"resumeConn",       &PortalOptionsInfo::resumeConn},
-    {"advancedAuth",     &PortalOptionsInfo::advancedAuth},
-    {"advancedAuthType", &PortalOptionsInfo::advancedAuthType},
-};
-
-const Field<X1OptionsInfo> x1Fields[] = {
-    {"keepConnPasswd",    &X1OptionsInfo::keepConnPasswd},
-    {"autoAuth",          &X1OptionsInfo::autoAuth},
-    {"upVer",             &X1OptionsInfo::upVer},
-    {"upIp",              &X1OptionsInfo::upIp},
-    {"unicastType",       &X1OptionsInfo::unicastType},
-    {"broadLogOff",       &X1OptionsInfo::broadLogOff},
-    {"x1ResumeConn",      &X1OptionsInfo::x1ResumeConn},
-    {"refreshIPAftCut",   &X1OptionsInfo::refreshIPAftCut},
-    {"reauthTimes",       &X1OptionsInfo::reauthTimes},
-    {"reauthInterval",    &X1OptionsInfo::reauthInterval},
-    {"defaultConnection", &X1OptionsInfo::defaultConnection},
-    {"advancedAuth",      &X1OptionsInfo::advancedAuth},
-    {"advancedAuthType",  &X1OptionsInfo::advancedAuthType},
-};
-
-const Field<BasicFunctionInfo> functionFields[] = {
-    {"wanControl",                  &BasicFunctionInfo::wanControl},
-    {"acl",                         &BasicFunctionInfo::acl},
-    {"drvErr",                      &BasicFunctionInfo::drvErr},
-    {"dynamicPwdVerify",            &BasicFunctionInfo::dynamicPwdVerify},
-    {"dynamicVifInfo",              &BasicFunctionInfo::dynamicVifInfo},
-    {"msgAuthOpt",                  &BasicFunctionInfo::msgAuthOpt},
-    {"msgAuthInfo",                 &BasicFunctionInfo::msgAuthInfo},
-    {"passwordProtection",          &BasicFunctionInfo::passwordProtection},
-    {"uninstallPassword",           &BasicFunctionInfo::uninstallPassword},
-    {"msgAuthServIP",               &BasicFunctionInfo::msgAuthServIP},
-    {"uninstallPasswordExtend",     &BasicFunctionInfo::uninstallPasswordExtend},
-    {"msgAuthServPort",             &BasicFunctionInfo::msgAuthServPort},
-    {"wanControlEscape",            &BasicFunctionInfo::wanControlEscape},
-    {"wanControlEscapePyxIp",       &BasicFunctionInfo::wanControlEscapePyxIp},
-    {"wanControlEscapeDns",         &BasicFunctionInfo::wanControlEscapeDns},
-    {"wanControlEscapePyxPort",     &BasicFunctionInfo::wanControlEscapePyxPort},
-    {"wanControlEscapePyxIpBackup", &BasicFunctionInfo::wanControlEscapePyxIpBackup},
-};
-
-const Field<SSLVPNRemoteInfo> remoteFields[] = {
-    {"remoteSlot", &SSLVPNRemoteInfo::remoteSlot},
-    {"iPDes",      &SSLVPNRemoteInfo::iPDes},
-    {"ip",         &SSLVPNRemoteInfo::ip},
-    {"port",       &SSLVPNRemoteInfo::port},
-};
-
-const Field<SSLVPNOptionsInfo> sslvpnFields[] = {
-    {"defaultAddress",          &SSLVPNOptionsInfo::defaultAddress},
-    {"retries",                 &SSLVPNOptionsInfo::retries},
-    {"retryInterval",           &SSLVPNOptionsInfo::retryInterval},
-    {"authMode",                &SSLVPNOptionsInfo::authMode},
-    {"authDefaultMode",         &SSLVPNOptionsInfo::authDefaultMode},
-    {"ulAuthType",              &SSLVPNOptionsInfo::ulAuthType},
-    {"authType",                &SSLVPNOptionsInfo::authType},
-    {"authDefaultType",         &SSLVPNOptionsInfo::authDefaultType},
-    {"gatewayAuth",             &SSLVPNOptionsInfo::gatewayAuth},
-    {"getSmsVryCountdownValue", &SSLVPNOptionsInfo::getSmsVryCountdownValue},
-    {"TLSVersion",              &SSLVPNOptionsInfo::TLSVersion},
-    {"edcode",                  &SSLVPNOptionsInfo::edcode},
-};
-
-const Field<DomainDetail> domainDetailFields[] = {
-    {"domainName", &DomainDetail::domainName},
-    {"domainDesp", &DomainDetail::domainDesp},
-};
-
-const Field<SUIDomainInfo> domainFields[] = {
-    {"domainSlot",    &SUIDomainInfo::domainSlot},
-    {"domainForce",   &SUIDomainInfo::domainForce},
-    {"domainDefault", &SUIDomainInfo::domainDefault},
-};
-
-const Field<GUIOptionsInfo> guiFields[] = {
-    {"linuxDeskIconPath", &GUIOptionsInfo::linuxDeskIconPath},
-    {"macosDeskIconPath", &GUIOptionsInfo::macosDeskIconPath},
-    {"mainIconPath",      &GUIOptionsInfo::mainIconPath},
-    {"linuxDeskIconName", &GUIOptionsInfo::linuxDeskIconName},
-    {"macosDeskName",     &GUIOptionsInfo::macosDeskName},
-    {"mainIconName",      &GUIOptionsInfo::mainIconName},
-    {"subTitle",          &GUIOptionsInfo::subTitle},
-    {"hideCopyRight",     &GUIOptionsInfo::hideCopyRight},
-};
-
-const Field<IPSECVPNBASECFG> basecfgFields[] = {
-    {"LNSIP",            &IPSECVPNBASECFG::LNSIP},
-    {"LNSIPSecond",      &IPSECVPNBASECFG::LNSIPSecond},
-    {"useIPSEC",         &IPSECVPNBASECFG::useIPSEC},
-    {"LNSAsIPSECServer", &IPSECVPNBASECFG::LNSAsIPSECServer},
-    {"preSharedKey",     &IPSECVPNBASECFG::preSharedKey},
-    {"otherIPSECServer", &IPSECVPNBASECFG::otherIPSECServer},
-    {"useRSA",           &IPSECVPNBASECFG::useRSA},
-    {"upVersion",        &IPSECVPNBASECFG::upVersion},
-    {"modifyAdvanced",   &IPSECVPNBASECFG::modifyAdvanced},
-    {"forbidVirNIC",     &IPSECVPNBASECFG::forbidVirNIC},
-    {"resumConn",        &IPSECVPNBASECFG::resumConn},
-};
-
-const Field<L2TPCFG> l2tpcfgFields[] = {
-    {"L2TPTunnelName",    &L2TPCFG::L2TPTunnelName},
-    {"L2TPAuthMode",      &L2TPCFG::L2TPAuthMode},
-    {"L2TPHelloInterval", &L2TPCFG::L2TPHelloInterval},
-    {"L2TPUseTunnelPwd",  &L2TPCFG::L2TPUseTunnelPwd},
-    {"L2TPAVPHidden",     &L2TPCFG::L2TPAVPHidden},
-    {"L2TPTunnelPwd",     &L2TPCFG::L2TPTunnelPwd},
-    {"L2TPPort",          &L2TPCFG::L2TPPort},
-};
-
-const Field<IPSECCFG> ipseccfgFields[] = {
-    {"IPSECEncapsulationMode", &IPSECCFG::IPSECEncapsulationMode},
-    {"IPSECSALifetime",        &IPSECCFG::IPSECSALifetime},
-    {"IPSECSecurityProto",     &IPSECCFG::IPSECSecurityProto},
-    {"IPSECESPAuthAlgorithm",  &IPSECCFG::IPSECESPAuthAlgorithm},
-    {"IPSECESPEncryption",     &IPSECCFG::IPSECESPEncryption},
-    {"IPSECAHAuthAlgorithm",   &IPSECCFG::IPSECAHAuthAlgorithm},
-    {"IPSECUseNatTranversal",  &IPSECCFG::IPSECUseNatTranversal},
-    {"IPSECPFS",               &IPSECCFG::IPSECPFS},
-};
-
-const Field<IKECFG> ikecfgFields[] = {
-    {"IKENegotiationMode",     &IKECFG::IKENegotiationMode},
-    {"IKEIDType",              &IKECFG::IKEIDType},
-    {"IKEAuthMethod",          &IKECFG::IKEAuthMethod},
-    {"IKEncryption",           &IKECFG::IKEncryption},
-    {"IKEAuthAlgorithm",       &IKECFG::IKEAuthAlgorithm},
-    {"IKEDiffeHellman",        &IKECFG::IKEDiffeHellman},
-    {"IKEISAKMPLifetime",      &IKECFG::IKEISAKMPLifetime},
-    {"IKELocalName",           &IKECFG::IKELocalName},
-    {"IKERemoteName",          &IKECFG::IKERemoteName},
-    {"IKESendKeepAlive",       &IKECFG::IKESendKeepAlive},
-    {"IKESendInterval",        &IKECFG::IKESendInterval},
-    {"IKERecvKeepAlivePacket", &IKECFG::IKERecvKeepAlivePacket},
-    {"IKERecvPacketTimeOut",   &IKECFG::IKERecvPacketTimeOut},
-    {"IKEPort",                &IKECFG::IKEPort},
-};
-
-const Field<L2TP_IPSEC_VPN_OptionInfo> vpnFields[] = {
-    {"autoAuth", &L2TP_IPSEC_VPN_OptionInfo::autoAuth},
-};
-
-const Field<VPN_RouteInfo> routeFields[] = {
-    {"ip",   &VPN_RouteInfo::ip},
-    {"mask", &VPN_RouteInfo::mask},
-};
-
-const Field<ZOAOptionsInfo> zoaFields[] = {
-    {"useZOA",         &ZOAOptionsInfo::useZOA},
-    {"ZOAIP",          &ZOAOptionsInfo::ZOAIP},
-    {"ZOAPORT",        &ZOAOptionsInfo::ZOAPORT},
-    {"standbyZOAIP",   &ZOAOptionsInfo::standbyZOAIP},
-    {"standbyZOAPORT", &ZOAOptionsInfo::standbyZOAPORT},
-};
-
-const Field<KEFOptionsInfo> kefFields[] = {
-    {"kefIP",     &KEFOptionsInfo::kefIP},
-    {"kefPort",   &KEFOptionsInfo::kefPort},
-    {"customize", &KEFOptionsInfo::customize},
-};
-// clang-format on
-
-/// Collects the names of the fields that differ.
-class Comparison
+QVector<Slot> slotsOf(CustomInfo& record)
 {
-public:
-    template <class S, size_t count>
-    void fields(const QString& path, const Field<S> (&table)[count], const S& one, const S& other)
-    {
-        for (const Field<S>& field : table) {
-            const bool same = std::visit([&](auto member) { return one.*member == other.*member; }, field.member);
-            if (!same)
-                m_names.append(path + QLatin1Char('.') + QLatin1String(field.name));
-        }
+    QVector<Slot> all;
+    for (int row = 0; row < record.sslvpn.remote.size(); ++row)
+        all.append({QStringLiteral("sslvpn/remote/%1/remoteSlot").arg(row), &record.sslvpn.remote[row].remoteSlot});
+    all.append({QStringLiteral("domain/domainSlot"), &record.domain.domainSlot});
+    return all;
+}
+
+/// The source of an icon; null for a field that is none.
+QString GUIOptionsInfo::*iconPathOf(const Field& field)
+{
+    for (const IconFile& icon : iconFiles()) {
+        if (qstrcmp(field.element, icon.element) == 0)
+            return icon.path;
     }
+    return nullptr;
+}
 
-    template <class List, class S, size_t count>
-    void rows(const QString& path, const Field<S> (&table)[count], const List& one, const List& other)
-    {
-        if (one.size() != other.size())
-            m_names.append(path + QLatin1String(".size"));
-        for (int row = 0; row < qMin(one.size(), other.size()); ++row)
-            fields(QStringLiteral("%1[%2]").arg(path).arg(row), table, one.at(row), other.at(row));
-    }
+QString valueIn(const Field& field, const CustomInfo& record, int row)
+{
+    const auto icon = iconPathOf(field);
+    return icon ? record.gui.*icon : field.value(record, row);
+}
 
-    QStringList names() const { return m_names; }
+/// The path of the list that holds the field.
+QString listOf(const Field& field)
+{
+    return field.path().section(QLatin1String("/*"), 0, 0);
+}
 
-private:
-    QStringList m_names;
-};
+/// Calls `visit(field, row)` for each field of the record with this path.
+template <class Visit> bool atPath(const CustomInfo& record, const QString& path, Visit visit)
+{
+    bool isFound = false;
+    catalogue::walk(record, [&](const Field& field, int row) {
+        if (isFound || !path.endsWith(QLatin1String(field.element)) || field.path(row) != path)
+            return;
+        isFound = true;
+        visit(field, row);
+    });
+    return isFound;
+}
+
+[[noreturn]] void failOn(const QString& path)
+{
+    qFatal("no field of the record: %s", qPrintable(path));
+}
 
 } // namespace
 
@@ -373,31 +219,74 @@ CustomInfo distinctRecord()
     return record;
 }
 
+CustomInfo defaultsLike(const CustomInfo& other)
+{
+    CustomInfo record;
+    for (const Field& field : catalogue::fields()) {
+        if (field.list)
+            field.list->resize(record, field.list->size(other));
+    }
+    return record;
+}
+
+QStringList fieldPaths(const CustomInfo& record)
+{
+    QStringList paths;
+    catalogue::walk(record, [&](const Field& field, int row) { paths.append(field.path(row)); });
+    CustomInfo copy = record;
+    for (const Slot& slot : slotsOf(copy))
+        paths.append(slot.path);
+    return paths;
+}
+
+QString fieldValue(const CustomInfo& record, const QString& path)
+{
+    QString value;
+    if (atPath(record, path, [&](const Field& field, int row) { value = valueIn(field, record, row); }))
+        return value;
+    CustomInfo copy = record;
+    for (const Slot& slot : slotsOf(copy)) {
+        if (slot.path == path)
+            return QString::number(*slot.number);
+    }
+    failOn(path);
+}
+
+void setField(CustomInfo& record, const QString& path, const QString& value)
+{
+    if (atPath(record, path, [&](const Field& field, int row) { field.setValue(record, row, value); }))
+        return;
+    for (const Slot& slot : slotsOf(record)) {
+        if (slot.path == path) {
+            *slot.number = value.toULongLong();
+            return;
+        }
+    }
+    failOn(path);
+}
+
 QStringList differences(const CustomInfo& one, const CustomInfo& other)
 {
-    Comparison comparison;
-    const auto fields = [&](const char* section, const auto& table, const auto& section1, const auto& section2) {
-        comparison.fields(QLatin1String(section), table, section1, section2);
-    };
-    const auto rows = [&](const char* list, const auto& table, const auto& list1, const auto& list2) {
-        comparison.rows(QLatin1String(list), table, list1, list2);
-    };
-    fields("common", commonFields, one.common, other.common);
-    fields("portal", portalFields, one.portal, other.portal);
-    fields("x1", x1Fields, one.x1, other.x1);
-    fields("function", functionFields, one.function, other.function);
-    rows("sslvpn.remote", remoteFields, one.sslvpn.remote, other.sslvpn.remote);
-    fields("sslvpn", sslvpnFields, one.sslvpn, other.sslvpn);
-    rows("domain.domaindetail", domainDetailFields, one.domain.domaindetail, other.domain.domaindetail);
-    fields("domain", domainFields, one.domain, other.domain);
-    fields("gui", guiFields, one.gui, other.gui);
-    fields("vpn", vpnFields, one.vpn, other.vpn);
-    fields("vpn.basecfg", basecfgFields, one.vpn.basecfg, other.vpn.basecfg);
-    fields("vpn.l2tpcfg", l2tpcfgFields, one.vpn.l2tpcfg, other.vpn.l2tpcfg);
-    fields("vpn.ipseccfg", ipseccfgFields, one.vpn.ipseccfg, other.vpn.ipseccfg);
-    fields("vpn.ikecfg", ikecfgFields, one.vpn.ikecfg, other.vpn.ikecfg);
-    rows("vpnRoutes", routeFields, one.vpnRoutes, other.vpnRoutes);
-    fields("zoa", zoaFields, one.zoa, other.zoa);
-    fields("kef", kefFields, one.kef, other.kef);
-    return comparison.names();
+    QStringList paths;
+    for (const Field& field : catalogue::fields()) {
+        if (field.list && field.list->size(one) != field.list->size(other))
+            paths.append(listOf(field) + QLatin1String(".size"));
+    }
+    paths.removeDuplicates();
+    catalogue::walk(one, [&](const Field& field, int row) {
+        const bool isInBoth = !field.list || row < field.list->size(other);
+        if (isInBoth && valueIn(field, one, row) != valueIn(field, other, row))
+            paths.append(field.path(row));
+    });
+
+    CustomInfo copyOfOne = one;
+    CustomInfo copyOfOther = other;
+    const QVector<Slot> otherSlots = slotsOf(copyOfOther);
+    for (const Slot& slot : slotsOf(copyOfOne)) {
+        for (const Slot& otherSlot : otherSlots) {
+            if (otherSlot.path == slot.path && *otherSlot.number != *slot.number)
+                paths.append(slot.path);
+        }
+    }
+    return paths;
 }

@@ -2,6 +2,8 @@
 
 #include "common/CustomInfoVerify.h"
 #include "support/Installation.h"
+#include "xml/CustomInfo.h"
+#include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
 
 #include <QDir>
@@ -12,19 +14,7 @@ QByteArray documentOf(const CustomInfo& record)
 {
     CustomInfo copy = record;
     CustomXmlParser parser;
-    parser.FormatXMLInit();
-    parser.FormatXMLCommonInfo(copy.common);
-    parser.FormatXMLFunctionInfo(copy.function);
-    parser.FormatXML8021XInfo(copy.x1);
-    parser.FormatXMLDomainInfo(copy.domain);
-    parser.FormatXMLPortalInfo(copy.portal);
-    parser.FormatXMLSslVpnInfo(copy.sslvpn);
-    parser.FormatXMLGUIInfo(copy.gui);
-    parser.FormatXMLZOAInfo(copy.zoa);
-    parser.FormatIpseVpnInfo(copy.vpn);
-    parser.FormatXMLIPSECVPNRouteInfo(copy.vpnRoutes);
-    if (copy.common.funcomVal & funcom::kef)
-        parser.FormatXMLKefInfo(copy.kef);
+    formatCustomInfo(parser, copy);
     const QString path = installation::path(QStringLiteral("custom/OrvexCustom.xml"));
     QDir().mkpath(installation::path(QStringLiteral("custom")));
     parser.SaveFile(path);

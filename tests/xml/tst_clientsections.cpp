@@ -80,8 +80,8 @@ const Section sections[] = {
             <wanControlEscape>0</wanControlEscape>
         </functions>
 )",
-     "msgAuthInfo uninstallPassword msgAuthServIP uninstallPasswordExtend msgAuthServPort wanControlEscapePyxIp "
-     "wanControlEscapeDns wanControlEscapePyxPort wanControlEscapePyxIpBackup"},
+     "msgAuthInfo msgAuthServIP msgAuthServPort uninstallPassword uninstallPasswordExtend wanControlEscapePyxIp "
+     "wanControlEscapePyxPort wanControlEscapeDns wanControlEscapePyxIpBackup"},
 
     {"x1", [](CustomXmlParser& parser, CustomInfo& record) { parser.FormatXML8021XInfo(record.x1); },
      [](CustomXmlParser& parser, const QString& path, CustomInfo& record) {
@@ -208,7 +208,7 @@ const Section sections[] = {
             <hideCopyRight>false</hideCopyRight>
         </guiOptions>
 )",
-     "linuxDeskIconPath macosDeskIconPath mainIconPath hideCopyRight"},
+     "linuxDeskIcon macosDeskIcon mainIcon hideCopyRight"},
 
     {"ZOA", [](CustomXmlParser& parser, CustomInfo& record) { parser.FormatXMLZOAInfo(record.zoa); },
      [](CustomXmlParser& parser, const QString& path, CustomInfo& record) {
@@ -495,14 +495,14 @@ void TstClientSections::missingElementsReadAsZeroOrEmpty()
         cleared.gui = zero.gui;
     QStringList kept;
     for (const QString& field : differences(record, cleared))
-        kept.append(field.section(QLatin1Char('.'), 1));
+        kept.append(field.section(QLatin1Char('/'), 1));
     const QStringList expected =
         QString::fromLatin1(sections[number].keptByEmptySection).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     QCOMPARE(kept, expected);
 
     // What is kept has its former value.
     for (const QString& field : differences(record, distinctRecord()))
-        QVERIFY2(!expected.contains(field.section(QLatin1Char('.'), 1)), qPrintable(field));
+        QVERIFY2(!expected.contains(field.section(QLatin1Char('/'), 1)), qPrintable(field));
 }
 
 void TstClientSections::emptyElementsReadAsMissing_data()

@@ -724,7 +724,7 @@ void TstVpnSections::missingGroupLosesItsDefaults()
 
     CustomInfo nothing;
     nothing.vpn = readVpn("<other/>");
-    const QString prefix = QLatin1String("vpn.") + group + QLatin1Char('.');
+    const QString prefix = QLatin1String("vpn/") + group + QLatin1Char('/');
     const QStringList lost = differences(record, distinctRecord());
     QCOMPARE(lost, differences(nothing, distinctRecord()).filter(prefix));
     QVERIFY(!lost.isEmpty());
