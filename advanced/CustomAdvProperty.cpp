@@ -3,6 +3,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
 #include "app/widgets/WheelGuard.h"
+#include "xml/Catalogue.h"
 
 #include <QPushButton>
 #include <QScreen>
@@ -18,19 +19,19 @@ using Widgets = Ui_CustomAdvProperty;
 struct TabRow
 {
     QWidget* Widgets::*page;
-    const char* titleKey;
+    const char* section; // element in the document, whose title the tab shows
 };
 
 // clang-format off
 const TabRow tabRows[] = {
-    {&Widgets::tab_func,   "func_title"},
-    {&Widgets::tab_8021x,  "8021x_title"},
-    {&Widgets::tab_portal, "portal_title"},
-    {&Widgets::tab_sslvpn, "SslVpn_title"},
-    {&Widgets::tab_l2tp,   "IpsecVpn_title"},
-    {&Widgets::tab_Zoa,    "Zoa_title"},
-    {&Widgets::tab_Gui,    "Gui_title"},
-    {&Widgets::tab_domain, "CUS_DomainTitle"},
+    {&Widgets::tab_func,   "functions"},
+    {&Widgets::tab_8021x,  "x1"},
+    {&Widgets::tab_portal, "portal"},
+    {&Widgets::tab_sslvpn, "sslvpn"},
+    {&Widgets::tab_l2tp,   "vpn"},
+    {&Widgets::tab_Zoa,    "ZOA"},
+    {&Widgets::tab_Gui,    "guiOptions"},
+    {&Widgets::tab_domain, "domain"},
 };
 // clang-format on
 
@@ -99,7 +100,8 @@ void CustomAdvProperty::setWindowText()
     ui.buttonBox_adv->button(QDialogButtonBox::Ok)->setText(langText("ok_button"));
     ui.buttonBox_adv->button(QDialogButtonBox::Cancel)->setText(langText("cancel_button"));
     for (const TabRow& row : tabRows)
-        ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.*row.page), langText(row.titleKey));
+        ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.*row.page),
+                                 langText(catalogue::section(row.section).titleKey));
     setFunctionTexts();
     set8021xTexts();
     setPortalTexts();

@@ -141,7 +141,7 @@ private:
     bool storeAuthModes(WarningBox& box);
     void storeGateways(WarningBox& box);
     void onTypeClicked(const QCheckBox* box, const QString& name);
-    void onModeClicked(const QCheckBox* box, const char* key);
+    void onModeClicked(const QCheckBox* box, const QString& mode);
     void forbidCertificateMode();
     int findGateway(const QString& shownName, const QString& suffix) const;
 

@@ -215,13 +215,13 @@ void CustomAdvProperty::OnBnClickedRadiusType()
     SetDefaultTypeList();
 }
 
-void CustomAdvProperty::onModeClicked(const QCheckBox* box, const char* key)
+void CustomAdvProperty::onModeClicked(const QCheckBox* box, const QString& mode)
 {
     if (box->isChecked()) {
         ++authModeCount;
     } else {
         --authModeCount;
-        if (ui.comboBox_defaultMode->currentText() == langText(key))
+        if (ui.comboBox_defaultMode->currentText() == mode)
             ui.comboBox_defaultMode->setCurrentIndex(-1);
     }
     SetDefaultModeList();
@@ -229,17 +229,17 @@ void CustomAdvProperty::onModeClicked(const QCheckBox* box, const char* key)
 
 void CustomAdvProperty::OnBnClickedCodeauthChk()
 {
-    onModeClicked(ui.checkBox_Password, "SSL_CodeAuth");
+    onModeClicked(ui.checkBox_Password, wordText(modeRows[0].word));
 }
 
 void CustomAdvProperty::OnBnClickedCodecertChk()
 {
-    onModeClicked(ui.checkBox_PwdCert, "SSL_CodeCertAuth");
+    onModeClicked(ui.checkBox_PwdCert, wordText(modeRows[1].word));
 }
 
 void CustomAdvProperty::OnBnClickedCertauthChk()
 {
-    onModeClicked(ui.checkBox_Cert, "SSL_CertAuth");
+    onModeClicked(ui.checkBox_Cert, wordText(modeRows[2].word));
 }
 
 bool CustomAdvProperty::storeSslVpn(WarningBox& box)
@@ -295,7 +295,7 @@ bool CustomAdvProperty::storeAuthModes(WarningBox& box)
     const QString defaultMode = ui.comboBox_defaultMode->currentText();
     if (defaultMode.isEmpty())
         return box.refuse("SSL_SelDefault_Mode");
-    if (sslvpn.authDefaultType == nameOf(typeRows[3]) && defaultMode == langText("SSL_CertAuth"))
+    if (sslvpn.authDefaultType == nameOf(typeRows[3]) && defaultMode == wordText(modeRows[2].word))
         return box.refuse("SSL_SelRADIUSCert_DENY");
     if (authModeCount < 1 || authModeCount > static_cast<int>(std::size(modeRows)))
         return box.refuse("SSL_Selectless_Mode");

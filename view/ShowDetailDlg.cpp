@@ -3,6 +3,7 @@
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/widgets/FormRows.h"
+#include "xml/Catalogue.h"
 
 #include <QPixmap>
 
@@ -14,14 +15,14 @@ constexpr int s_iconWidth = 40;
 struct TabRow
 {
     QWidget* Ui_ShowDetailDlg::*page;
-    const char* key;
+    const char* section; // element in the document, whose title the tab shows
 };
 
 const TabRow tabRows[] = {
-    {&Ui_ShowDetailDlg::tab_func, "func_title"},     {&Ui_ShowDetailDlg::tab_8021x, "8021x_title"},
-    {&Ui_ShowDetailDlg::tab_portal, "portal_title"}, {&Ui_ShowDetailDlg::tab_Sslvpn, "SslVpn_title"},
-    {&Ui_ShowDetailDlg::tab_l2tp, "IpsecVpn_title"}, {&Ui_ShowDetailDlg::tab_Zoa, "Zoa_title"},
-    {&Ui_ShowDetailDlg::tab_kef, "Kef_title"},       {&Ui_ShowDetailDlg::tab_gui, "Gui_title"},
+    {&Ui_ShowDetailDlg::tab_func, "functions"}, {&Ui_ShowDetailDlg::tab_8021x, "x1"},
+    {&Ui_ShowDetailDlg::tab_portal, "portal"},  {&Ui_ShowDetailDlg::tab_Sslvpn, "sslvpn"},
+    {&Ui_ShowDetailDlg::tab_l2tp, "vpn"},       {&Ui_ShowDetailDlg::tab_Zoa, "ZOA"},
+    {&Ui_ShowDetailDlg::tab_kef, "kef"},        {&Ui_ShowDetailDlg::tab_gui, "guiOptions"},
 };
 
 void fillAuthTypes(QComboBox* combo, const FieldRef& field)
@@ -60,7 +61,8 @@ void ShowDetailDlg::setWindowText()
 {
     setWindowTitle(langText("detail_title"));
     for (const TabRow& row : tabRows)
-        ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.*row.page), langText(row.key));
+        ui.tabWidget->setTabText(ui.tabWidget->indexOf(ui.*row.page),
+                                 langText(catalogue::section(row.section).titleKey));
     ui.toolButton->setText(langText("close_button"));
     setRowTexts();
     fillAuthTypes(ui.comboBox_1xAdvancedAuth, field<&X1OptionsInfo::advancedAuthType>);

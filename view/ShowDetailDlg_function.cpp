@@ -1,6 +1,7 @@
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "view/ShowDetailDlg.h"
+#include "xml/RecordRows.h"
 
 namespace {
 
@@ -29,19 +30,22 @@ QString messageAuthentication(const BasicFunctionInfo& function)
 
 QString passwordProtection(const BasicFunctionInfo& function)
 {
-    QString text = langText("CUS_Uinstall_Password_Enable");
+    QString text = labelText(field<&BasicFunctionInfo::passwordProtection>);
     if (function.uninstallPasswordExtend != 0)
-        text += QLatin1String(": ") + langText("CUS_Uinstall_Password_Extend");
+        text += QLatin1String(": ") + labelText(field<&BasicFunctionInfo::uninstallPasswordExtend>);
     return text;
 }
 
 QString wanControlEscape(const BasicFunctionInfo& function)
 {
     // Contract: a blank follows the semicolon behind the port, and none the other two.
-    QString content = langText("CUS_Wancotrol_Escape_Pyx") + function.wanControlEscapePyxIp + QLatin1Char(';');
-    content += langText("CUS_Wancotrol_Escape_Pyx_bak") + function.wanControlEscapePyxIpBackup + QLatin1Char(';');
-    content += langText("CUS_Wancotrol_Escape_Pyx_Port") + function.wanControlEscapePyxPort + QLatin1String("; ");
-    content += langText("CUS_Wancotrol_Escape_Dns") + function.wanControlEscapeDns;
+    QString content =
+        labelText(field<&BasicFunctionInfo::wanControlEscapePyxIp>) + function.wanControlEscapePyxIp + QLatin1Char(';');
+    content += labelText(field<&BasicFunctionInfo::wanControlEscapePyxIpBackup>) +
+               function.wanControlEscapePyxIpBackup + QLatin1Char(';');
+    content += labelText(field<&BasicFunctionInfo::wanControlEscapePyxPort>) + function.wanControlEscapePyxPort +
+               QLatin1String("; ");
+    content += labelText(field<&BasicFunctionInfo::wanControlEscapeDns>) + function.wanControlEscapeDns;
     return langText("CUS_Wancotrol_Escape") + bracket(content);
 }
 
@@ -52,13 +56,11 @@ void ShowDetailDlg::initFunctionPage()
     const BasicFunctionInfo& function = m_customInfo.function;
     ui.listWidget_func->clear();
     if (function.acl != 0)
-        ui.listWidget_func->addItem(langText("AclOpt"));
-    if (function.wanControl == 1)
-        ui.listWidget_func->addItem(langText("WanControlOpt1"));
-    else if (function.wanControl != 0)
-        ui.listWidget_func->addItem(langText("WanControlOpt2"));
+        ui.listWidget_func->addItem(labelText(field<&BasicFunctionInfo::acl>));
+    if (function.wanControl != 0)
+        ui.listWidget_func->addItem(viewedText(field<&BasicFunctionInfo::wanControl>, m_customInfo));
     if (function.drvErr != 0)
-        ui.listWidget_func->addItem(langText("DrvErrOpt"));
+        ui.listWidget_func->addItem(labelText(field<&BasicFunctionInfo::drvErr>));
     if (function.dynamicPwdVerify != 0)
         ui.listWidget_func->addItem(dynamicPassword(function));
     if (function.msgAuthOpt != 0)

@@ -220,6 +220,16 @@ const Section (&catalogue::sections())[catalogue::sectionCount]
     return allSections;
 }
 
+const Section& catalogue::section(const char* element)
+{
+    for (const Section& section : allSections) {
+        if (qstrcmp(section.element, element) == 0)
+            return section;
+    }
+    qFatal("a section without a row");
+    Q_UNREACHABLE();
+}
+
 const std::vector<Field>& catalogue::fields()
 {
     static const std::vector<Field> all = [] {

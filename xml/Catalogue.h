@@ -98,6 +98,9 @@ constexpr int sectionCount = 11;
 /// In the order of the file.
 const Section (&sections())[sectionCount];
 
+/// The section of this element.
+const Section& section(const char* element);
+
 /// All fields in the order of the file, those of a list once.
 const std::vector<Field>& fields();
 

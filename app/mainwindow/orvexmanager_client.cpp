@@ -8,6 +8,7 @@
 #include "app/widgets/WarningBox.h"
 #include "common/StorePaths.h"
 #include "xml/CustomInfoLoad.h"
+#include "xml/RecordRows.h"
 
 #include <QAbstractItemView>
 #include <QLayout>
@@ -74,7 +75,7 @@ void OrvexManager::refreshCusClient()
     ui.label_cusClientTitle->setText(langText("CusClient"));
     ui.groupBox_selDefaultCus->setTitle(langText("DefaultCus"));
     ui.comboBox_defaultCus->setAccessibleName(langText("DefaultCus"));
-    ui.groupBox_proComp->setTitle(langText("AccessComComBox"));
+    ui.groupBox_proComp->setTitle(labelText(field<&CommonInfo::procomVal>));
     ui.label_proCompDes->setText(langText("AccessComDes"));
     ui.checkBox_8021xPro->setText(langText("X1ComName"));
     ui.checkBox_portalPro->setText(langText("PortalComName"));
@@ -82,7 +83,7 @@ void OrvexManager::refreshCusClient()
     ui.checkBox_wlanPro->setText(langText("WlanComName"));
     ui.checkBox_ipsecvpnPro->setText(langText("IpsecvpnComName"));
     ui.checkBox_zoaPro->setText(langText("ZoaDirectComName"));
-    ui.groupBox_funcComp->setTitle(langText("FuncComComBox"));
+    ui.groupBox_funcComp->setTitle(labelText(field<&CommonInfo::funcomVal>));
     ui.label_funcCompDes->setText(langText("FuncComDes"));
     ui.checkBox_zoafunc->setText(langText("ZOAComName"));
     ui.checkBox_keffunc->setText(langText("KEFComName"));

@@ -1,3 +1,4 @@
+#include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/mainwindow/orvexmanager.h"
 #include "app/widgets/Tables.h"
@@ -8,6 +9,7 @@
 #include "store/StoredDirectory.h"
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfoLoad.h"
+#include "xml/RecordRows.h"
 
 #include <QFontMetrics>
 #include <QMessageBox>
@@ -43,7 +45,9 @@ void OrvexManager::refreshCusHis()
     ui.toolButton_delete->setText(langText("DeleteCustomBtn"));
 
     QTreeWidget* tree = ui.treeWidget_cusHis;
-    setColumns(tree, {langText("CusTime"), langText("CusComponents"), langText("CusAddInfo")},
+    setColumns(tree,
+               {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),
+                labelText(field<&CommonInfo::cusAddInfo>)},
                {s_timeColumnWidth, 160});
     tree->setFont(fontForTimes(font()));
     tree->setSortingEnabled(false);
