@@ -1,6 +1,7 @@
 #include "common/Des.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -11,12 +12,11 @@ constexpr unsigned int s_keyLength = 8;
 constexpr unsigned int s_rounds = 16;
 constexpr std::uint64_t s_mask24 = 0xFFFFFF;
 constexpr std::uint64_t s_mask28 = 0xFFFFFFF;
-constexpr std::uint64_t s_mask32 = 0xFFFFFFFF;
 
 // The tables of FIPS 46-3. Positions count from 1, the most significant bit first.
 // clang-format off
 
-const unsigned char s_initialPermutation[64] = {
+constexpr unsigned char s_initialPermutation[64] = {
     58, 50, 42, 34, 26, 18, 10, 2,
     60, 52, 44, 36, 28, 20, 12, 4,
     62, 54, 46, 38, 30, 22, 14, 6,
@@ -27,7 +27,7 @@ const unsigned char s_initialPermutation[64] = {
     63, 55, 47, 39, 31, 23, 15, 7,
 };
 
-const unsigned char s_finalPermutation[64] = {
+constexpr unsigned char s_finalPermutation[64] = {
     40, 8, 48, 16, 56, 24, 64, 32,
     39, 7, 47, 15, 55, 23, 63, 31,
     38, 6, 46, 14, 54, 22, 62, 30,
@@ -38,7 +38,7 @@ const unsigned char s_finalPermutation[64] = {
     33, 1, 41,  9, 49, 17, 57, 25,
 };
 
-const unsigned char s_expansion[48] = {
+constexpr unsigned char s_expansion[48] = {
     32,  1,  2,  3,  4,  5,
      4,  5,  6,  7,  8,  9,
      8,  9, 10, 11, 12, 13,
@@ -49,14 +49,14 @@ const unsigned char s_expansion[48] = {
     28, 29, 30, 31, 32,  1,
 };
 
-const unsigned char s_roundPermutation[32] = {
+constexpr unsigned char s_roundPermutation[32] = {
     16,  7, 20, 21, 29, 12, 28, 17,
      1, 15, 23, 26,  5, 18, 31, 10,
      2,  8, 24, 14, 32, 27,  3,  9,
     19, 13, 30,  6, 22, 11,  4, 25,
 };
 
-const unsigned char s_permutedChoice1[56] = {
+constexpr unsigned char s_permutedChoice1[56] = {
     57, 49, 41, 33, 25, 17,  9,
      1, 58, 50, 42, 34, 26, 18,
     10,  2, 59, 51, 43, 35, 27,
@@ -67,7 +67,7 @@ const unsigned char s_permutedChoice1[56] = {
     21, 13,  5, 28, 20, 12,  4,
 };
 
-const unsigned char s_permutedChoice2[48] = {
+constexpr unsigned char s_permutedChoice2[48] = {
     14, 17, 11, 24,  1,  5,
      3, 28, 15,  6, 21, 10,
     23, 19, 12,  4, 26,  8,
@@ -78,9 +78,9 @@ const unsigned char s_permutedChoice2[48] = {
     46, 42, 50, 36, 29, 32,
 };
 
-const unsigned int s_keyRotations[s_rounds] = {1, 1, 2, 2, 2, 2, 2, 2, 1, 2, 2, 2, 2, 2, 2, 1};
+constexpr unsigned int s_keyRotations[s_rounds] = {1, 1, 2, 2, 2, 2, 2, 2, 1, 2, 2, 2, 2, 2, 2, 1};
 
-const unsigned char s_substitutions[8][4][16] = {
+constexpr unsigned char s_substitutions[8][4][16] = {
     {
         {14,  4, 13,  1,  2, 15, 11,  8,  3, 10,  6, 12,  5,  9,  0,  7},
         { 0, 15,  7,  4, 14,  2, 13,  1, 10,  6, 12, 11,  9,  5,  3,  8},
@@ -135,7 +135,7 @@ const unsigned char s_substitutions[8][4][16] = {
 
 // Gathers the bits of a value of `width` bits that stand at the given positions.
 template <std::size_t Count>
-std::uint64_t permute(std::uint64_t value, unsigned int width, const unsigned char (&positions)[Count])
+constexpr std::uint64_t permute(std::uint64_t value, unsigned int width, const unsigned char (&positions)[Count])
 {
     std::uint64_t gathered = 0;
     for (const unsigned char position : positions)
@@ -148,79 +148,245 @@ std::uint64_t rotateLeft28(std::uint64_t half, unsigned int bits)
     return (half << bits | half >> (28 - bits)) & s_mask28;
 }
 
-std::uint64_t substitute(std::uint64_t expanded)
+constexpr std::uint32_t rotateLeft(std::uint32_t word, unsigned int bits)
 {
-    std::uint64_t result = 0;
+    return word << bits | word >> (32 - bits);
+}
+
+// The halves of a block as the rounds hold them: turned right by three bits. So the six bits that the expansion gives
+// to the boxes 1, 3, 5 and 7 are the low ones of a byte each, the box with the lowest number in the highest byte;
+// turned left by another four, the same holds for the boxes 2, 4, 6 and 8.
+struct Halves
+{
+    std::uint32_t left;
+    std::uint32_t right;
+};
+
+constexpr unsigned int s_turn = 3;
+constexpr unsigned int s_turnToEvenBoxes = 4;
+constexpr std::uint32_t s_sixOfEachByte = 0x3F3F3F3F;
+
+// What each box gives for its six bits, with the permutation behind it done, and turned as the halves are.
+using Substitutions = std::array<std::array<std::uint32_t, 64>, 8>;
+
+constexpr Substitutions permutedSubstitutions()
+{
+    Substitutions result = {};
     for (unsigned int box = 0; box < 8; ++box) {
-        const std::uint64_t six = expanded >> (42 - 6 * box) & 0x3F;
-        const std::uint64_t row = (six >> 4 & 2) | (six & 1);
-        const std::uint64_t column = six >> 1 & 0x0F;
-        result = result << 4 | s_substitutions[box][row][column];
+        for (unsigned int six = 0; six < 64; ++six) {
+            const unsigned int row = (six >> 4 & 2) | (six & 1);
+            const unsigned int column = six >> 1 & 0x0F;
+            const std::uint32_t four = s_substitutions[box][row][column];
+            const auto permuted = static_cast<std::uint32_t>(permute(four << (28 - 4 * box), 32, s_roundPermutation));
+            result[box][six] = rotateLeft(permuted, 32 - s_turn);
+        }
     }
     return result;
 }
 
-std::uint64_t roundFunction(std::uint64_t half, const unsigned long* roundKey)
+constexpr Substitutions s_permutedSubstitutions = permutedSubstitutions();
+
+// Exchanges the bits of `low` that the mask names with those of `high` that stand `shift` further left.
+constexpr void exchange(std::uint32_t& high, std::uint32_t& low, unsigned int shift, std::uint32_t mask)
 {
-    const std::uint64_t key = (roundKey[0] & s_mask24) << 24 | (roundKey[1] & s_mask24);
-    return permute(substitute(permute(half, 32, s_expansion) ^ key), 32, s_roundPermutation);
+    const std::uint32_t difference = (high >> shift ^ low) & mask;
+    low ^= difference;
+    high ^= difference << shift;
 }
 
-unsigned long loadBigEndian(const unsigned char* bytes)
+// The initial permutation, in five exchanges in place of 64 single bits.
+constexpr Halves permuteInitially(std::uint32_t left, std::uint32_t right)
 {
-    unsigned long half = 0;
-    for (int i = 0; i < 4; ++i)
-        half = half << 8 | bytes[i];
-    return half;
+    exchange(left, right, 4, 0x0F0F0F0F);
+    exchange(left, right, 16, 0x0000FFFF);
+    exchange(right, left, 2, 0x33333333);
+    exchange(right, left, 8, 0x00FF00FF);
+    exchange(left, right, 1, 0x55555555);
+    return {rotateLeft(left, 32 - s_turn), rotateLeft(right, 32 - s_turn)};
 }
 
-void storeBigEndian(unsigned char* bytes, unsigned long half)
+// The final permutation: the same exchanges backwards. The halves come back as they stand in a block.
+constexpr Halves permuteFinally(Halves halves)
 {
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = static_cast<unsigned char>(half >> (24 - 8 * i));
+    std::uint32_t left = rotateLeft(halves.left, s_turn);
+    std::uint32_t right = rotateLeft(halves.right, s_turn);
+    exchange(left, right, 1, 0x55555555);
+    exchange(right, left, 8, 0x00FF00FF);
+    exchange(right, left, 2, 0x33333333);
+    exchange(left, right, 16, 0x0000FFFF);
+    exchange(left, right, 4, 0x0F0F0F0F);
+    return {left, right};
 }
 
-// Applies `count` schedules to one block, one after the other.
-void cipherBlock(const unsigned char* in, unsigned char* out, const unsigned long (*schedules)[32], int count)
+constexpr bool exchangesDoWhatTheTablesSay()
 {
-    unsigned long block[2] = {loadBigEndian(in), loadBigEndian(in + 4)};
-    for (int i = 0; i < count; ++i)
-        desfunc(block, schedules[i]);
-    storeBigEndian(out, block[0]);
-    storeBigEndian(out + 4, block[1]);
+    for (unsigned int bit = 0; bit < 64; ++bit) {
+        const std::uint64_t block = std::uint64_t{1} << bit;
+        const auto left = static_cast<std::uint32_t>(block >> 32);
+        const auto right = static_cast<std::uint32_t>(block);
+        const Halves first = permuteInitially(left, right);
+        const std::uint64_t initial =
+            std::uint64_t{rotateLeft(first.left, s_turn)} << 32 | rotateLeft(first.right, s_turn);
+        const Halves last = permuteFinally({rotateLeft(left, 32 - s_turn), rotateLeft(right, 32 - s_turn)});
+        const std::uint64_t final = std::uint64_t{last.left} << 32 | last.right;
+        if (initial != permute(block, 64, s_initialPermutation) || final != permute(block, 64, s_finalPermutation))
+            return false;
+    }
+    return true;
 }
 
-using BlockCipher = void (*)(const unsigned char* in, unsigned char* out, Symmetric_key* symmetricKey);
+// Each exchange moves every bit on its own, so that the single bits prove it for all blocks.
+static_assert(exchangesDoWhatTheTablesSay(), "the permutations differ from FIPS 46-3");
 
-int encryptPadded(BlockCipher encryptBlock, const unsigned char* in, unsigned int inLength, unsigned char* out,
-                  unsigned int outCapacity, Symmetric_key* symmetricKey)
+constexpr bool expansionGivesEachBoxItsByte()
+{
+    for (unsigned int bit = 0; bit < 32; ++bit) {
+        const std::uint32_t half = std::uint32_t{1} << bit;
+        const std::uint32_t turned = rotateLeft(half, 32 - s_turn);
+        const std::uint64_t expanded = permute(half, 32, s_expansion);
+        for (unsigned int box = 0; box < 8; ++box) {
+            const std::uint32_t bytes = box % 2 == 0 ? turned : rotateLeft(turned, s_turnToEvenBoxes);
+            if ((bytes >> (24 - 4 * (box - box % 2)) & 0x3F) != (expanded >> (42 - 6 * box) & 0x3F))
+                return false;
+        }
+    }
+    return true;
+}
+
+static_assert(expansionGivesEachBoxItsByte(), "the expansion differs from FIPS 46-3");
+
+// A schedule as the rounds take it: in each round key the six bits for a box in the byte in which the half has its six.
+struct RoundKeys
+{
+    std::uint32_t oddBoxes[s_rounds];  // boxes 1, 3, 5 and 7
+    std::uint32_t evenBoxes[s_rounds]; // boxes 2, 4, 6 and 8
+};
+
+RoundKeys roundKeysOf(const unsigned long* schedule)
+{
+    // From 24 bits the six above bit 12 and the six above bit 0, in the low bits of one byte each.
+    const auto spread = [](unsigned long bits) {
+        return static_cast<std::uint32_t>((bits >> 12 & 0x3F) << 8 | (bits & 0x3F));
+    };
+    RoundKeys keys;
+    for (unsigned int round = 0; round < s_rounds; ++round) {
+        const unsigned long first = schedule[2 * round];
+        const unsigned long second = schedule[2 * round + 1];
+        keys.oddBoxes[round] = spread(first >> 6) << 16 | spread(second >> 6);
+        keys.evenBoxes[round] = spread(first) << 16 | spread(second);
+    }
+    return keys;
+}
+
+std::uint32_t roundFunction(std::uint32_t half, const RoundKeys& keys, unsigned int round)
+{
+    const std::uint32_t odd = (half ^ keys.oddBoxes[round]) & s_sixOfEachByte;
+    const std::uint32_t even = (rotateLeft(half, s_turnToEvenBoxes) ^ keys.evenBoxes[round]) & s_sixOfEachByte;
+    const Substitutions& boxes = s_permutedSubstitutions;
+    return boxes[0][odd >> 24] ^ boxes[2][odd >> 16 & 0xFF] ^ boxes[4][odd >> 8 & 0xFF] ^ boxes[6][odd & 0xFF] ^
+           boxes[1][even >> 24] ^ boxes[3][even >> 16 & 0xFF] ^ boxes[5][even >> 8 & 0xFF] ^ boxes[7][even & 0xFF];
+}
+
+// The sixteen rounds of one schedule on blocks side by side, so that the processor finds work in one while it waits for
+// the boxes of another. The halves come back exchanged, as the final permutation takes them, and the initial one of a
+// further schedule as well: the two permutations in between undo each other.
+template <std::size_t Blocks> void applyRounds(std::array<Halves, Blocks>& blocks, const RoundKeys& keys)
+{
+    for (unsigned int round = 0; round < s_rounds; round += 2) {
+        for (Halves& halves : blocks)
+            halves.left ^= roundFunction(halves.right, keys, round);
+        for (Halves& halves : blocks)
+            halves.right ^= roundFunction(halves.left, keys, round + 1);
+    }
+    for (Halves& halves : blocks)
+        halves = {halves.right, halves.left};
+}
+
+std::uint32_t loadBigEndian(const unsigned char* bytes)
+{
+    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+}
+
+void storeBigEndian(unsigned char* bytes, std::uint32_t half)
+{
+    bytes[0] = static_cast<unsigned char>(half >> 24);
+    bytes[1] = static_cast<unsigned char>(half >> 16);
+    bytes[2] = static_cast<unsigned char>(half >> 8);
+    bytes[3] = static_cast<unsigned char>(half);
+}
+
+// `Count` schedules, which it applies to a block one after the other.
+template <std::size_t Count> class BlockCipher
+{
+public:
+    explicit BlockCipher(const unsigned long (*schedules)[32])
+    {
+        for (std::size_t i = 0; i < Count; ++i)
+            m_keys[i] = roundKeysOf(schedules[i]);
+    }
+
+    template <std::size_t Blocks = 1> void apply(const unsigned char* in, unsigned char* out) const
+    {
+        std::array<Halves, Blocks> blocks;
+        for (std::size_t i = 0; i < Blocks; ++i)
+            blocks[i] = permuteInitially(loadBigEndian(in + 8 * i), loadBigEndian(in + 8 * i + 4));
+        for (const RoundKeys& keys : m_keys)
+            applyRounds(blocks, keys);
+        for (std::size_t i = 0; i < Blocks; ++i) {
+            const Halves halves = permuteFinally(blocks[i]);
+            storeBigEndian(out + 8 * i, halves.left);
+            storeBigEndian(out + 8 * i + 4, halves.right);
+        }
+    }
+
+    void applyAll(const unsigned char* in, unsigned int length, unsigned char* out) const
+    {
+        constexpr unsigned int pair = 2 * s_blockLength;
+        unsigned int offset = 0;
+        for (; length - offset >= pair; offset += pair)
+            apply<2>(in + offset, out + offset);
+        if (offset < length)
+            apply(in + offset, out + offset);
+    }
+
+private:
+    std::array<RoundKeys, Count> m_keys;
+};
+
+using Des = BlockCipher<1>;
+using TripleDes = BlockCipher<3>;
+
+template <class Cipher>
+int encryptPadded(const unsigned long (*schedules)[32], const unsigned char* in, unsigned int inLength,
+                  unsigned char* out, unsigned int outCapacity)
 {
     const unsigned int complete = inLength / s_blockLength * s_blockLength;
     const std::uint64_t outLength = std::uint64_t{complete} + s_blockLength;
     if (outLength > outCapacity)
         return -1;
 
-    for (unsigned int offset = 0; offset < complete; offset += s_blockLength)
-        encryptBlock(in + offset, out + offset, symmetricKey);
+    const Cipher cipher(schedules);
+    cipher.applyAll(in, complete, out);
 
     const unsigned int rest = inLength - complete;
     unsigned char last[s_blockLength];
     std::copy_n(in + complete, rest, last);
     std::fill(last + rest, last + s_blockLength, static_cast<unsigned char>(s_blockLength - rest));
-    encryptBlock(last, out + complete, symmetricKey);
+    cipher.apply(last, out + complete);
     return static_cast<int>(outLength);
 }
 
-int decryptPadded(BlockCipher decryptBlock, const unsigned char* in, unsigned int inLength, unsigned char* out,
-                  std::uint64_t limit, Symmetric_key* symmetricKey)
+template <class Cipher>
+int decryptPadded(const unsigned long (*schedules)[32], const unsigned char* in, unsigned int inLength,
+                  unsigned char* out, std::uint64_t limit)
 {
     if (inLength % s_blockLength != 0 || inLength > limit)
         return -1;
     if (inLength == 0)
         return 0;
 
-    for (unsigned int offset = 0; offset < inLength; offset += s_blockLength)
-        decryptBlock(in + offset, out + offset, symmetricKey);
+    const Cipher cipher(schedules);
+    cipher.applyAll(in, inLength, out);
 
     // Contract: the last byte is taken as the length of the padding whatever its value, and nothing else is checked.
     return static_cast<int>(inLength - out[inLength - 1]);
@@ -246,19 +412,12 @@ void deskey(const unsigned char* key, short direction, unsigned long* schedule)
 
 void desfunc(unsigned long* block, const unsigned long* schedule)
 {
-    const std::uint64_t whole = (block[0] & s_mask32) << 32 | (block[1] & s_mask32);
-    const std::uint64_t permuted = permute(whole, 64, s_initialPermutation);
-    std::uint64_t left = permuted >> 32;
-    std::uint64_t right = permuted & s_mask32;
-    for (unsigned int round = 0; round < s_rounds; ++round) {
-        const std::uint64_t mixed = left ^ roundFunction(right, schedule + 2 * round);
-        left = right;
-        right = mixed;
-    }
-    // The halves of the last round are not exchanged.
-    const std::uint64_t result = permute(right << 32 | left, 64, s_finalPermutation);
-    block[0] = result >> 32;
-    block[1] = result & s_mask32;
+    std::array<Halves, 1> halves = {
+        permuteInitially(static_cast<std::uint32_t>(block[0]), static_cast<std::uint32_t>(block[1]))};
+    applyRounds(halves, roundKeysOf(schedule));
+    const Halves result = permuteFinally(halves[0]);
+    block[0] = result.left;
+    block[1] = result.right;
 }
 
 int des_setup(const unsigned char* key, Symmetric_key* symmetricKey)
@@ -283,34 +442,34 @@ int des3_setup(const unsigned char* key, Symmetric_key* symmetricKey)
 
 void des_ecb_encrypt(const unsigned char* in, unsigned char* out, Symmetric_key* symmetricKey)
 {
-    cipherBlock(in, out, symmetricKey->schedules, 1);
+    Des(symmetricKey->schedules).apply(in, out);
 }
 
 void des_ecb_decrypt(const unsigned char* in, unsigned char* out, Symmetric_key* symmetricKey)
 {
-    cipherBlock(in, out, symmetricKey->schedules + 1, 1);
+    Des(symmetricKey->schedules + 1).apply(in, out);
 }
 
 void des3_ecb_encrypt(const unsigned char* in, unsigned char* out, Symmetric_key* symmetricKey)
 {
-    cipherBlock(in, out, symmetricKey->schedules, 3);
+    TripleDes(symmetricKey->schedules).apply(in, out);
 }
 
 void des3_ecb_decrypt(const unsigned char* in, unsigned char* out, Symmetric_key* symmetricKey)
 {
-    cipherBlock(in, out, symmetricKey->schedules + 3, 3);
+    TripleDes(symmetricKey->schedules + 3).apply(in, out);
 }
 
 int des_encrypt(const unsigned char* in, unsigned int inLength, unsigned char* out, unsigned int outCapacity,
                 Symmetric_key* symmetricKey)
 {
-    return encryptPadded(des_ecb_encrypt, in, inLength, out, outCapacity, symmetricKey);
+    return encryptPadded<Des>(symmetricKey->schedules, in, inLength, out, outCapacity);
 }
 
 int des3_encrypt(const unsigned char* in, unsigned int inLength, unsigned char* out, unsigned int outCapacity,
                  Symmetric_key* symmetricKey)
 {
-    return encryptPadded(des3_ecb_encrypt, in, inLength, out, outCapacity, symmetricKey);
+    return encryptPadded<TripleDes>(symmetricKey->schedules, in, inLength, out, outCapacity);
 }
 
 int des_decrypt(const unsigned char* in, unsigned int inLength, unsigned char* out, unsigned int outCapacity,
@@ -318,12 +477,12 @@ int des_decrypt(const unsigned char* in, unsigned int inLength, unsigned char* o
 {
     // Contract: the limit lies up to 8 bytes beyond the capacity, so that the padding of a full buffer fits as well.
     const std::uint64_t limit = std::uint64_t{outCapacity} / s_blockLength * s_blockLength + s_blockLength;
-    return decryptPadded(des_ecb_decrypt, in, inLength, out, limit, symmetricKey);
+    return decryptPadded<Des>(symmetricKey->schedules + 1, in, inLength, out, limit);
 }
 
 int des3_decrypt(const unsigned char* in, unsigned int inLength, unsigned char* out, unsigned int outCapacity,
                  Symmetric_key* symmetricKey)
 {
     // Contract: unlike in des_decrypt, the capacity is the limit, so the padding has to fit into it.
-    return decryptPadded(des3_ecb_decrypt, in, inLength, out, outCapacity, symmetricKey);
+    return decryptPadded<TripleDes>(symmetricKey->schedules + 3, in, inLength, out, outCapacity);
 }
