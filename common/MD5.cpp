@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -16,7 +17,7 @@ constexpr unsigned long s_fileChunk = 2048;
 // clang-format off
 
 // Bits by which the four steps of a round rotate in turn.
-const unsigned int s_rotations[4][4] = {
+constexpr unsigned int s_rotations[4][4] = {
     {7, 12, 17, 22},
     {5,  9, 14, 20},
     {4, 11, 16, 23},
@@ -24,7 +25,7 @@ const unsigned int s_rotations[4][4] = {
 };
 
 // Word i is the integer part of 2^32 * |sin(i + 1)|, the angle in radians.
-const unsigned int s_sines[64] = {
+constexpr unsigned int s_sines[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee,
     0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be,
@@ -52,16 +53,43 @@ unsigned int rotateLeft(unsigned int word, unsigned int bits)
 
 unsigned int loadLittleEndian(const unsigned char* bytes)
 {
-    unsigned int word = 0;
-    for (unsigned int i = 0; i < 4; ++i)
-        word |= static_cast<unsigned int>(bytes[i]) << (8 * i);
-    return word;
+    return static_cast<unsigned int>(bytes[0]) | static_cast<unsigned int>(bytes[1]) << 8 |
+           static_cast<unsigned int>(bytes[2]) << 16 | static_cast<unsigned int>(bytes[3]) << 24;
 }
 
 void storeLittleEndian(unsigned char* bytes, unsigned int word)
 {
     for (unsigned int i = 0; i < 4; ++i)
         bytes[i] = static_cast<unsigned char>(word >> (8 * i));
+}
+
+// One of the 64 steps. The words a, b, c, d of `state` change places from step to step, so that in each another one
+// stands first; the steps are apart from one another so that all places and numbers are known to the compiler.
+template <unsigned int Step> void mix(unsigned int (&state)[4], const unsigned char* block)
+{
+    unsigned int& a = state[(64 - Step) % 4];
+    const unsigned int b = state[(65 - Step) % 4];
+    const unsigned int c = state[(66 - Step) % 4];
+    const unsigned int d = state[(67 - Step) % 4];
+    constexpr unsigned int round = Step / 16;
+    constexpr unsigned int words[4] = {Step, 5 * Step + 1, 3 * Step + 5, 7 * Step};
+    a += loadLittleEndian(block + 4 * (words[round] % 16)) + s_sines[Step];
+    // The choices of the first two rounds are written so that the word that the step before made comes in last.
+    if constexpr (round == 0)
+        a += d ^ (b & (c ^ d));
+    else if constexpr (round == 1)
+        a += (c & ~d) + (b & d);
+    else if constexpr (round == 2)
+        a += b ^ (c ^ d);
+    else
+        a += c ^ (b | ~d);
+    a = b + rotateLeft(a, s_rotations[round][Step % 4]);
+}
+
+template <unsigned int... Steps>
+void mixAll(unsigned int (&state)[4], const unsigned char* block, std::integer_sequence<unsigned int, Steps...>)
+{
+    (mix<Steps>(state, block), ...);
 }
 
 unsigned int bytesInBuffer(const MD5_CTX& context)
@@ -86,6 +114,12 @@ void MD5Update(MD5_CTX* context, unsigned char* data, unsigned int length)
     context->count[1] = static_cast<unsigned int>(bits >> 32);
 
     while (length > 0) {
+        if (filled == 0 && length >= s_blockLength) {
+            MD5Transform(context->state, data);
+            data += s_blockLength;
+            length -= s_blockLength;
+            continue;
+        }
         const unsigned int taken = std::min(length, s_blockLength - filled);
         std::copy_n(data, taken, context->buffer + filled);
         data += taken;
@@ -117,46 +151,10 @@ void MD5Final(unsigned char* digest, MD5_CTX* context)
 
 void MD5Transform(unsigned int* state, unsigned char* block)
 {
-    unsigned int words[16];
-    for (unsigned int i = 0; i < 16; ++i)
-        words[i] = loadLittleEndian(block + 4 * i);
-
-    unsigned int a = state[0];
-    unsigned int b = state[1];
-    unsigned int c = state[2];
-    unsigned int d = state[3];
-    for (unsigned int step = 0; step < 64; ++step) {
-        const unsigned int round = step / 16;
-        unsigned int mixed = 0;
-        unsigned int word = 0;
-        switch (round) {
-        case 0:
-            mixed = (b & c) | (~b & d);
-            word = step;
-            break;
-        case 1:
-            mixed = (b & d) | (c & ~d);
-            word = 5 * step + 1;
-            break;
-        case 2:
-            mixed = b ^ c ^ d;
-            word = 3 * step + 5;
-            break;
-        default:
-            mixed = c ^ (b | ~d);
-            word = 7 * step;
-            break;
-        }
-        const unsigned int sum = a + mixed + words[word % 16] + s_sines[step];
-        a = d;
-        d = c;
-        c = b;
-        b += rotateLeft(sum, s_rotations[round][step % 4]);
-    }
-    state[0] += a;
-    state[1] += b;
-    state[2] += c;
-    state[3] += d;
+    unsigned int mixed[4] = {state[0], state[1], state[2], state[3]};
+    mixAll(mixed, block, std::make_integer_sequence<unsigned int, 64>());
+    for (unsigned int i = 0; i < 4; ++i)
+        state[i] += mixed[i];
 }
 
 void MD5Calc(unsigned char* digest, unsigned char* data, unsigned int length)
