@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the project needs and that are missing, as root or by sudo.
+# Installs the Debian packages that the project needs, and those named as arguments, as far as they are missing; as root
+# or by sudo.
 set -euo pipefail
 
 packages=(
@@ -11,6 +12,7 @@ packages=(
     openssl libssl-dev
     xvfb xauth xdotool imagemagick x11-utils
     fonts-dejavu-core fonts-noto-cjk
+    "$@"
 )
 
 missing=()
