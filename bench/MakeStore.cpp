@@ -8,7 +8,8 @@
 
 #include <cstdio>
 
-// Fills a store with customisations in which every option is set and every list has rows.
+// Fills a store with customisations: the defaults with a remark, an address and a few routes; or, with a length, every
+// option set and a list of routes that long.
 //
 //   bench_make_store <installation, with trailing slash> <count> [<least length of each document in bytes>]
 
@@ -16,6 +17,17 @@ namespace {
 
 constexpr qint64 s_firstStamp = 1700000000;
 constexpr int s_rowsAtATime = 10;
+
+CustomInfo typical()
+{
+    CustomInfo record;
+    record.common.cusAddInfo = QStringLiteral("Branch office, wired and wireless access");
+    record.zoa.ZOAIP = QStringLiteral("192.0.2.10");
+    const CustomInfo distinct = distinctRecord();
+    record.vpnRoutes = distinct.vpnRoutes;
+    record.domain = distinct.domain;
+    return record;
+}
 
 /// Lengthens the list of routes until the document is that long.
 void lengthen(CustomInfo& record, int length)
@@ -33,7 +45,7 @@ int main(int argc, char** argv)
     QCoreApplication application(argc, argv);
     if (argc < 3 || argc > 4)
         return 2;
-    CustomInfo record = distinctRecord();
+    CustomInfo record = argc == 4 ? distinctRecord() : typical();
     if (argc == 4)
         lengthen(record, QByteArray(argv[3]).toInt());
     const int count = QByteArray(argv[2]).toInt();

@@ -10,6 +10,9 @@
 /// named by ORVEX_PROBE_OUT and ends the process at once, with exit code 0; 75 when the program shows a message in
 /// place of its window, because another instance runs, 70 when a widget is missing.
 ///
+/// Times are of the clock on the wall, but for `select` and `delete`: these compute and read cached files in one
+/// thread, so the thread's time on the processor is taken, which leaves out what else the machine does.
+///
 /// Scripts, of which all but the first also obey ORVEX_PROBE_RUNS, the number of times:
 ///   paint   the moment at which the first window is painted ("painted", ns of the monotonic clock), the process's
 ///           highest and present resident memory ("peakKib", "residentKib") and its open descriptors ("descriptors")

@@ -232,16 +232,20 @@ class Suite:
             [(count, [max(took - base, 0.001) for took, base in zip(times[count], times[0])])
              for count in STARTS_OF_HISTORY[1:]], "ms"))
 
+    def select(self, place):
+        """Own and floor of choosing the only stored customisation, in ms, and the length of its document."""
+        document = next((place / "UpdateCustom").glob("*/OrvexCustom.xml"))
+        told = self.program("select", place, ORVEX_PROBE_RUNS=3 * self.runs, ORVEX_PROBE_DOCUMENT=document)[1]
+        own, floor = ([took / 1e6 for took in told[side]] for side in ("own", "floor"))
+        return own, floor, document.stat().st_size
+
     def selection(self):
+        own, floor, _ = self.select(self.installation("select", 1))
+        self.rows.append(Row("Selecting a stored customisation", Sample(own, "ms"), Sample(floor, "ms"), 1.3))
         points = []
         for size in DOCUMENT_BYTES:
-            place = self.installation(f"select-{size}", 1, size)
-            document = next((place / "UpdateCustom").glob("*/OrvexCustom.xml"))
-            told = self.program("select", place, ORVEX_PROBE_RUNS=3 * self.runs, ORVEX_PROBE_DOCUMENT=document)[1]
-            own, floor = ([took / 1e6 for took in told[side]] for side in ("own", "floor"))
-            points.append((document.stat().st_size, own))
-            if size == DOCUMENT_BYTES[0]:
-                self.rows.append(Row("Selecting a stored customisation", Sample(own, "ms"), Sample(floor, "ms"), 1.3))
+            own, _, length = self.select(self.installation(f"select-{size}", 1, size))
+            points.append((length, own))
         self.growths.append(Growth("selection", "Selecting a stored customisation", "bytes of the document", points,
                                    "ms"))
 
