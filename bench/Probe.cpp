@@ -49,14 +49,14 @@ qint64 worked()
     return nanoseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
-qint64 statusKib(const char* field)
+qint64 peakKib()
 {
     QFile status(QStringLiteral("/proc/self/status"));
     status.open(QIODevice::ReadOnly);
     const QList<QByteArray> lines = status.readAll().split('\n');
     for (const QByteArray& line : lines) {
-        if (line.startsWith(field))
-            return line.mid(line.indexOf(':') + 1).simplified().split(' ').first().toLongLong();
+        if (line.startsWith("VmHWM:"))
+            return line.simplified().split(' ').at(1).toLongLong();
     }
     return 0;
 }
@@ -144,8 +144,8 @@ void Probe::painted(QWidget& window)
         m_main = &window;
         if (m_script == QLatin1String("paint"))
             tell({{QStringLiteral("painted"), double(moment)},
-                  {QStringLiteral("peakKib"), double(statusKib("VmHWM"))},
-                  {QStringLiteral("residentKib"), double(statusKib("VmRSS"))},
+                  {QStringLiteral("worked"), double(nanoseconds(CLOCK_PROCESS_CPUTIME_ID))},
+                  {QStringLiteral("peakKib"), double(peakKib())},
                   {QStringLiteral("descriptors"), QDir(QStringLiteral("/proc/self/fd"))
                                                       .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
                                                       .size()}});

@@ -14,8 +14,9 @@
 /// thread, so the thread's time on the processor is taken, which leaves out what else the machine does.
 ///
 /// Scripts, of which all but the first also obey ORVEX_PROBE_RUNS, the number of times:
-///   paint   the moment at which the first window is painted ("painted", ns of the monotonic clock), the process's
-///           highest and present resident memory ("peakKib", "residentKib") and its open descriptors ("descriptors")
+///   paint   the moment at which the first window is painted ("painted", ns of the monotonic clock), the process's time
+///           on the processors until then ("worked", ns), its highest resident memory ("peakKib") and its open
+///           descriptors ("descriptors")
 ///   select  choosing the first stored customisation ("own", a list in ns) beside eleven loads of the document
 ///           ORVEX_PROBE_DOCUMENT by a bare QDomDocument ("floor")
 ///   finish  from OK to the painted completion dialog, no packages ("own"), beside ORVEX_PROBE_SCRIPT, a shell script,

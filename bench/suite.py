@@ -119,8 +119,9 @@ plot {self.factor} * x**{self.exponent} title "fit, exponent {self.exponent:.2f}
 
 
 class Suite:
-    def __init__(self, build, runs, quick):
+    def __init__(self, build, runs, quick, busy):
         self.build = build
+        self.busy = busy
         self.tools = build / "bench"
         self.runs = runs
         self.quick = quick
@@ -174,7 +175,7 @@ class Suite:
         for log in (place / "Log").glob("*.log"):
             log.unlink()
         start, told = self.probe("paint", command, place)
-        return (told["painted"] - start) / 1e6, told
+        return (told["worked"] if self.busy else told["painted"] - start) / 1e6, told
 
     def each_run(self):
         return range(max(LEAST_RUNS, self.runs))
@@ -211,7 +212,8 @@ class Suite:
             begin = time.clock_gettime_ns(time.CLOCK_MONOTONIC)
             end = subprocess.run([self.tools / "bench_history", lines, floor_log], input=files, text=True, check=True,
                                  stdout=subprocess.PIPE).stdout
-            times["history"].append((int(end) - begin) / 1e6)
+            moment, worked = map(int, end.split())
+            times["history"].append((worked if self.busy else moment - begin) / 1e6)
             handles = descriptors[STARTS_OF_HISTORY[-1]] - descriptors[0]
             grown = subprocess.run([self.tools / "bench_handles", full / "Log", str(handles)], text=True, check=True,
                                    stdout=subprocess.PIPE).stdout
@@ -345,11 +347,14 @@ def main():
     parser.add_argument("--results", type=Path, required=True)
     parser.add_argument("--runs", type=int, default=11, help="runs of each row; packages always take five")
     parser.add_argument("--quick", action="store_true", help="five runs, and templates of 50 MiB at most")
+    parser.add_argument("--busy", action="store_true",
+                        help="for starts, time on the processors in place of the clock: the machine has other work")
     parser.add_argument("--only", action="append", choices=[part.__name__ for part in Suite.PARTS])
     options = parser.parse_args()
 
     load_before = os.getloadavg()[0]
-    suite = Suite(options.build.resolve(), LEAST_RUNS if options.quick else options.runs, options.quick)
+    suite = Suite(options.build.resolve(), LEAST_RUNS if options.quick else options.runs,
+                  options.quick, options.busy)
     for part in Suite.PARTS:
         if not options.only or part.__name__ in options.only:
             print(f"measuring: {part.__name__}", file=sys.stderr, flush=True)
@@ -365,7 +370,8 @@ def main():
     (results / "results.json").write_text(json.dumps({
         "date": datetime.datetime.now(datetime.timezone.utc).isoformat(timespec="seconds"),
         "machine": {"system": platform.platform(), "processors": os.cpu_count(),
-                    "loadBefore": load_before, "loadAfter": os.getloadavg()[0]},
+                    "loadBefore": load_before, "loadAfter": os.getloadavg()[0],
+                    "busy": options.busy},
         "rows": [row.as_json() for row in suite.rows],
         "growth": [growth.as_json() for growth in suite.growths]}, indent=1, ensure_ascii=False) + "\n")
     print(text)
