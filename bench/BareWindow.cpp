@@ -6,8 +6,8 @@
 #include <QMenuBar>
 #include <QToolBar>
 
-// The floor of the program's start: a main window with a menu bar and nothing in it, which loads the same pictures in
-// the same sizes and parses both language files.
+// The floor of the program's start: a main window with a menu bar and a row of buttons, which loads the same pictures
+// as often and as large as the program shows them, and parses both language files.
 //
 //   bench_bare_window <directory of the language files>
 
@@ -41,8 +41,10 @@ int main(int argc, char** argv)
     QToolBar* bar = window.addToolBar(QStringLiteral("Bar"));
     for (const char* name : {"icon4.ico", "63.ico", "Toolbarabout.ico"})
         bar->addAction(picture(name), QString());
-    // The two pages have their pictures too.
-    const QPixmap pages[] = {picture("icon4.ico").pixmap(96, 84), picture("63.ico").pixmap(96, 84)};
+    // The list of the pages, and the head of each page.
+    const QPixmap pages[] = {picture("icon4.ico").pixmap(96, 84), picture("63.ico").pixmap(96, 84),
+                             QPixmap(QStringLiteral(":/OrvexManager/Resources/icon4.ico")),
+                             QPixmap(QStringLiteral(":/OrvexManager/Resources/63.ico"))};
     for (const char* name : {"/Language_en.xml", "/Language_zh.xml"}) {
         if (!parse(directory + QLatin1String(name)))
             return 1;
