@@ -1,6 +1,6 @@
 /* The floor of reading a history: reads the files named on standard input, digests each with OpenSSL, and appends the
- * lines of a file to a log, with an open, a write and a close for each. Prints the moment of its end, in ns of the monotonic
- * clock, and its time on the processor in ns.
+ * lines of a file to a log, with an open, a write and a close for each. Prints the moment of its end, in ns of the
+ * monotonic clock, and its time on the processor in ns.
  *
  *   bench_history <file with the lines> <log to append to>
  */

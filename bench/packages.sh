@@ -1,5 +1,5 @@
-# The three packages by the same commands, without the generators. Runs in the installation, whose path it is given, with
-# a slash at its end.
+# The three packages by the same commands, without the generators. Runs in the installation, whose path it is given,
+# with a slash at its end.
 set -e
 root=$1
 

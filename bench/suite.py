@@ -356,7 +356,7 @@ def main():
     parser.add_argument("--runs", type=int, default=11, help="runs of each row; packages always take five")
     parser.add_argument("--quick", action="store_true", help="five runs, and templates of 50 MiB at most")
     parser.add_argument("--busy", action="store_true",
-                        help="for starts and packages, time on the processors in place of the clock: the machine has other work")
+                        help="for starts and packages, time on the processors in place of the clock")
     parser.add_argument("--only", action="append", choices=[part.__name__ for part in Suite.PARTS])
     options = parser.parse_args()
 
