@@ -67,11 +67,43 @@ private:
     bool m_within = true;
 };
 
-template <class Data> bool withinBounds(const Data& data)
+bool readWithinBounds(const QXmlInputSource& source)
 {
+    return Bounds().hold(source);
+}
+
+/// Whether the mere characters prove that a text keeps to its bounds: nothing in it declares anything, so it has no
+/// entities of its own, and no more elements begin than may stand in one another. What it does not prove has to be
+/// read.
+bool plainlyWithinBounds(const QByteArray& utf8)
+{
+    int begun = 0;
+    for (int place = utf8.indexOf('<'); place >= 0; place = utf8.indexOf('<', place + 1)) {
+        const char* const next = utf8.constData() + place + 1; // a zero byte ends the array
+        if (*next == '!' ? qstrncmp(next, "!--", 3) != 0 : *next != '/' && ++begun > s_maxDepth)
+            return false;
+    }
+    return true;
+}
+
+bool withinBounds(const QString& text)
+{
+    if (plainlyWithinBounds(text.toUtf8()))
+        return true;
+    QXmlInputSource source;
+    source.setData(text);
+    return readWithinBounds(source);
+}
+
+bool withinBounds(const QByteArray& data)
+{
+    // In another encoding the characters that are looked for could be hidden.
+    static const QByteArray utf8("<?xml version=\"1.0\" encoding=\"utf-8\"?>");
+    if (qstrnicmp(data.constData(), utf8.constData(), uint(utf8.size())) == 0 && plainlyWithinBounds(data))
+        return true;
     QXmlInputSource source;
     source.setData(data);
-    return Bounds().hold(source);
+    return readWithinBounds(source);
 }
 
 QT_WARNING_POP
