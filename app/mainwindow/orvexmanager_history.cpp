@@ -13,6 +13,7 @@
 
 #include <QFontMetrics>
 #include <QMessageBox>
+#include <QtMath>
 
 #include <memory>
 
@@ -22,13 +23,28 @@ namespace {
 
 constexpr int s_timeColumnWidth = 140;
 
-// The column has a fixed width, so a large font gives way until a time string fits.
-QFont fontForTimes(QFont font)
+bool showsTimes(const QFont& font)
 {
     const int cellMargin = 12;
-    while (font.pointSizeF() > 6 &&
-           QFontMetrics(font).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) > s_timeColumnWidth - cellMargin)
-        font.setPointSizeF(font.pointSizeF() - 0.5);
+    return QFontMetrics(font).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) <=
+           s_timeColumnWidth - cellMargin;
+}
+
+// The column has a fixed width, so a large font gives way, by half points, until a time string fits.
+QFont fontForTimes(QFont font)
+{
+    if (showsTimes(font))
+        return font;
+    // Each font that is measured has to be loaded, so the search halves what is left.
+    const qreal size = font.pointSizeF();
+    int fits = qMax(0, qCeil((size - 6) * 2)); // steps down; the last is taken unmeasured
+    int tooFew = 0;
+    while (fits - tooFew > 1) {
+        const int middle = (fits + tooFew) / 2;
+        font.setPointSizeF(size - middle * 0.5);
+        (showsTimes(font) ? fits : tooFew) = middle;
+    }
+    font.setPointSizeF(size - fits * 0.5);
     return font;
 }
 
