@@ -49,7 +49,7 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
     m_ulLanguageCode = 0;
     CMyApplication::current()->GetCurrentLanguageCode(m_ulLanguageCode);
     m_strAppDir = QString::fromLocal8Bit(processDirectory(false));
-    setWindowIcon(icon("Orvex.ico"));
+    setWindowIcon(QApplication::windowIcon());
     setObjectName(QStringLiteral("MainWindow"));
 
     createActions();
@@ -157,10 +157,10 @@ void OrvexManager::createToolBar()
 
 void OrvexManager::createIcons()
 {
-    const char* const files[] = {"icon4.ico", "63.ico"};
+    const QAction* const actions[] = {m_pCusClientAction, m_pCusHisAction};
     for (int row = 0; row < 2; ++row) {
         QListWidgetItem* item = ui.listWidget->item(row);
-        item->setIcon(icon(files[row]));
+        item->setIcon(actions[row]->icon());
         item->setTextAlignment(Qt::AlignHCenter);
         item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
     }
