@@ -11,6 +11,7 @@
 #include "xml/RecordRows.h"
 
 #include <QAbstractItemView>
+#include <QItemSelectionModel>
 #include <QLayout>
 #include <QStyle>
 
@@ -106,6 +107,8 @@ void OrvexManager::OnRepaintCustomCombo()
     };
     combo->clear();
     addEntry(QStringLiteral(""));
+    // Without a selection to give up the table is not laid out once more before it is emptied.
+    ui.treeWidget_cusHis->selectionModel()->reset();
     ui.treeWidget_cusHis->clear();
     for (const CUSINFOPOLICY& row : qAsConst(m_cusPolicyList)) {
         const QString summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));

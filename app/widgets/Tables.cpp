@@ -14,11 +14,21 @@ void setColumns(QTreeWidget* table, const QStringList& titles, const QVector<int
         table->setColumnWidth(column, widths.at(column));
 }
 
+// Shows the whole of a cell as its tool tip, made when it is asked for.
+class Row : public QTreeWidgetItem
+{
+public:
+    using QTreeWidgetItem::QTreeWidgetItem;
+
+    QVariant data(int column, int role) const override
+    {
+        return role == Qt::ToolTipRole ? literalToolTip(text(column)) : QTreeWidgetItem::data(column, role);
+    }
+};
+
 void addRow(QTreeWidget* table, const QStringList& cells)
 {
-    auto* const row = new QTreeWidgetItem(table, cells);
-    for (int column = 0; column < row->columnCount(); ++column)
-        row->setToolTip(column, literalToolTip(row->text(column)));
+    new Row(table, cells);
 }
 
 QString literalToolTip(const QString& text)
