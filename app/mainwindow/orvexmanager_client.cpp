@@ -13,6 +13,7 @@
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
 #include <QLayout>
+#include <QStandardItemModel>
 #include <QStyle>
 
 // The client page: the starting point and the components of a customisation.
@@ -64,6 +65,18 @@ QString summaryOf(const words::List& components, int mask)
     return summary;
 }
 
+// An entry of the combo box shows the whole of its text as its tool tip, made when it is asked for.
+class Entry : public QStandardItem
+{
+public:
+    using QStandardItem::QStandardItem;
+
+    QVariant data(int role) const override
+    {
+        return role == Qt::ToolTipRole ? literalToolTip(text()) : QStandardItem::data(role);
+    }
+};
+
 } // namespace
 
 QString OrvexManager::GetCusCompStr(int procomVal, int funcomVal)
@@ -99,23 +112,22 @@ void OrvexManager::OnRepaintCustomCombo()
     // Clearing and filling run onDefaultCusChg: after a repaint the page and the record hold the defaults.
     QComboBox* combo = ui.comboBox_defaultCus;
     combo->view()->setTextElideMode(Qt::ElideRight); // the remark may be cut off, the components not
-    const auto addEntry = [combo](const QString& text) {
-        const int index = combo->count();
-        combo->insertItem(index, QIcon(), text, QVariant());
-        if (!text.isEmpty())
-            combo->setItemData(index, literalToolTip(text), Qt::ToolTipRole);
-    };
+    QStandardItemModel* entries = qobject_cast<QStandardItemModel*>(combo->model());
     combo->clear();
-    addEntry(QStringLiteral(""));
+    entries->appendRow(new Entry(QStringLiteral("")));
     // Without a selection to give up the table is not laid out once more before it is emptied.
     ui.treeWidget_cusHis->selectionModel()->reset();
     ui.treeWidget_cusHis->clear();
+    QList<QStandardItem*> items;
+    QVector<QStringList> rows;
     for (const CUSINFOPOLICY& row : qAsConst(m_cusPolicyList)) {
         const QString summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));
         const QString gap = QStringLiteral("    ");
-        addEntry(row.cusTimeString + gap + summary + gap + row.cusAddInfo);
-        addRow(ui.treeWidget_cusHis, {row.cusTimeString, summary, row.cusAddInfo});
+        items.append(new Entry(row.cusTimeString + gap + summary + gap + row.cusAddInfo));
+        rows.append({row.cusTimeString, summary, row.cusAddInfo});
     }
+    entries->invisibleRootItem()->appendRows(items);
+    addRows(ui.treeWidget_cusHis, rows);
     combo->setCurrentIndex(0);
 
     ui.toolButton_deleteall->setEnabled(false);

@@ -31,6 +31,15 @@ void addRow(QTreeWidget* table, const QStringList& cells)
     new Row(table, cells);
 }
 
+void addRows(QTreeWidget* table, const QVector<QStringList>& rows)
+{
+    QList<QTreeWidgetItem*> items;
+    items.reserve(rows.size());
+    for (const QStringList& cells : rows)
+        items.append(new Row(cells));
+    table->addTopLevelItems(items);
+}
+
 QString literalToolTip(const QString& text)
 {
     if (text.isEmpty())
