@@ -73,7 +73,9 @@ public:
 
     QVariant data(int role) const override
     {
-        return role == Qt::ToolTipRole ? literalToolTip(text()) : QStandardItem::data(role);
+        if (role != Qt::ToolTipRole)
+            return QStandardItem::data(role);
+        return text().isEmpty() ? QVariant() : literalToolTip(text());
     }
 };
 
