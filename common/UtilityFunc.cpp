@@ -8,15 +8,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
+#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 bool utl_DirectoryExists(const char* path)
 {
-    // Contract: the handle stays open for the life of the process. A bare descriptor, opened as opendir opens it:
-    // nobody reads from the directory, and the buffer for that would stay as well.
-    return path && open(path, O_RDONLY | O_NONBLOCK | O_DIRECTORY | O_CLOEXEC) >= 0;
+    // Contract: the handle stays open for the life of the process.
+    return path && opendir(path) != nullptr;
 }
 
 bool utl_FileExists(const char* name)
