@@ -32,7 +32,7 @@ const IconFile iconFiles[] = {
 CommitDirectories prepareDirectories(const QByteArray& root)
 {
     const QByteArray emptied = root + "/" + custom;
-    const CommitDirectories directories = {emptied + "/", root + "/" + updateCustom + "/"};
+    CommitDirectories directories = {emptied + "/", root + "/" + updateCustom + "/"};
     qDebug() << emptied;
     utl_DeleteFiles(emptied.constData(), "*.*");
     ensureDirectory(directories.history);
@@ -51,7 +51,7 @@ void stamp(CommonInfo& common, long long now, unsigned char brand)
 
 QByteArray writeDocument(CustomInfo& record, const QByteArray& working)
 {
-    const QByteArray path = working + document;
+    QByteArray path = working + document;
     CustomXmlParser parser;
     formatCustomInfo(parser, record);
     copyIcons(record.gui, working);

@@ -35,9 +35,12 @@ QFont fontForTimes(QFont font)
 {
     if (showsTimes(font))
         return font;
-    // Each font that is measured has to be loaded, so the search halves what is left.
+    // Each font that is measured has to be loaded, so the search halves what is left; a smaller size is taken
+    // to be no wider.
     const qreal size = font.pointSizeF();
     int fits = qMax(0, qCeil((size - 6) * 2)); // steps down; the last is taken unmeasured
+    if (fits == 0)
+        return font;
     int tooFew = 0;
     while (fits - tooFew > 1) {
         const int middle = (fits + tooFew) / 2;

@@ -3,16 +3,7 @@
 #include <QHeaderView>
 #include <QTreeWidget>
 
-void setColumns(QTreeWidget* table, const QStringList& titles, const QVector<int>& widths)
-{
-    table->setColumnCount(titles.size());
-    table->setHeaderLabels(titles);
-    table->header()->setTextElideMode(Qt::ElideRight);
-    for (int column = 0; column < titles.size(); ++column)
-        table->headerItem()->setToolTip(column, titles.at(column));
-    for (int column = 0; column < widths.size(); ++column)
-        table->setColumnWidth(column, widths.at(column));
-}
+namespace {
 
 // Shows the whole of a cell as its tool tip, made when it is asked for.
 class Row : public QTreeWidgetItem
@@ -25,6 +16,19 @@ public:
         return role == Qt::ToolTipRole ? literalToolTip(text(column)) : QTreeWidgetItem::data(column, role);
     }
 };
+
+} // namespace
+
+void setColumns(QTreeWidget* table, const QStringList& titles, const QVector<int>& widths)
+{
+    table->setColumnCount(titles.size());
+    table->setHeaderLabels(titles);
+    table->header()->setTextElideMode(Qt::ElideRight);
+    for (int column = 0; column < titles.size(); ++column)
+        table->headerItem()->setToolTip(column, titles.at(column));
+    for (int column = 0; column < widths.size(); ++column)
+        table->setColumnWidth(column, widths.at(column));
+}
 
 void addRow(QTreeWidget* table, const QStringList& cells)
 {
