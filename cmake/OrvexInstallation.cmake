@@ -49,3 +49,13 @@ function(orvex_installation target)
             file(INSTALL \"${PROJECT_SOURCE_DIR}/packaging/config.ini\" DESTINATION \"\${CMAKE_INSTALL_PREFIX}\")
         endif()")
 endfunction()
+
+# Puts a program into the installation of another.
+#
+#   orvex_beside(target other)
+function(orvex_beside target other)
+    get_target_property(directory ${other} RUNTIME_OUTPUT_DIRECTORY)
+    set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${directory})
+    add_dependencies(${target} ${other}_installation)
+    install(TARGETS ${target} DESTINATION .)
+endfunction()

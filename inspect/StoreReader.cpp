@@ -43,14 +43,14 @@ bool digestHeld(Reason reason)
     return reason == Reason::None || reason == Reason::NotParsed;
 }
 
+} // namespace
+
 bool isNewer(const StoreRow& one, const StoreRow& other)
 {
     if (one.row.cusTimeStamp != other.row.cusTimeStamp)
         return one.row.cusTimeStamp > other.row.cusTimeStamp;
     return one.entry > other.entry;
 }
-
-} // namespace
 
 const char* iconName(int icon)
 {

@@ -55,6 +55,9 @@ struct StoreRow
     const char* code() const;
 };
 
+/// Newest first: by time stamp, then by directory name, both descending.
+bool isNewer(const StoreRow& one, const StoreRow& other);
+
 /// The stored customisations of an installation, to be looked at only: no lock, no log line, nothing written, nothing
 /// but directories and regular files opened. What another process changes meanwhile is seen as it is found.
 class StoreReader

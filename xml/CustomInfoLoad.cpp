@@ -14,15 +14,31 @@ void formatCustomInfo(CustomXmlParser& parser, CustomInfo& info)
     }
 }
 
-bool utl_LoadCustomInfo(const char* xmlPath, CustomInfo& info)
+namespace {
+
+void readSections(CustomXmlParser& parser, const QString& path, CustomInfo& info)
 {
     std::array<const Section*, catalogue::sectionCount> inLoadOrder{};
     for (const Section& section : catalogue::sections())
         inLoadOrder.at(static_cast<std::size_t>(section.loadPosition)) = &section;
-
-    const QString path = QString::fromUtf8(xmlPath);
-    CustomXmlParser parser;
     for (const Section* section : inLoadOrder)
         section->get(parser, path, info);
+}
+
+} // namespace
+
+bool utl_LoadCustomInfo(const char* xmlPath, CustomInfo& info)
+{
+    CustomXmlParser parser;
+    readSections(parser, QString::fromUtf8(xmlPath), info);
+    return true;
+}
+
+bool loadCustomInfo(const QByteArray& document, const QString& directory, CustomInfo& info)
+{
+    CustomXmlParser parser;
+    if (!parser.loadDocument(document))
+        return false;
+    readSections(parser, directory, info);
     return true;
 }
