@@ -16,6 +16,7 @@ constexpr int s_widthWithoutTerminal = 100;
 constexpr int s_leastWidth = 40;
 constexpr int s_gap = 2; // between two columns
 constexpr int s_leastCell = 8;
+constexpr int s_leastLastCell = 20;
 
 struct Range
 {
@@ -96,7 +97,7 @@ QStringList wrapped(const QString& text, int columns)
     return lines;
 }
 
-/// As wide as the widest cell; where that does not fit, the widest columns give way.
+/// As wide as the widest cell; where that does not fit, the last column gives way first, then the widest.
 QVector<int> widthsOf(const QStringList& headings, const QVector<QStringList>& rows, int width)
 {
     QVector<int> widths;
@@ -109,7 +110,9 @@ QVector<int> widthsOf(const QStringList& headings, const QVector<QStringList>& r
     int excess = s_gap * (widths.size() - 1) - width;
     for (int column : qAsConst(widths))
         excess += column;
-    for (; excess > 0; --excess) {
+    const int given = std::max(0, std::min(excess, widths.last() - s_leastLastCell));
+    widths.last() -= given;
+    for (excess -= given; excess > 0; --excess) {
         const auto widest = std::max_element(widths.begin(), widths.end());
         if (*widest <= s_leastCell)
             break;

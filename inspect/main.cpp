@@ -7,6 +7,7 @@
 #include "inspect/Output.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -129,7 +130,7 @@ int main(int argc, char** argv)
         const QFileInfo info(directory);
         if (!info.isDir())
             return Invocation::wrong(QStringLiteral("--store %1: there is no such directory").arg(directory));
-        stores.append(info.absoluteFilePath() + QLatin1Char('/'));
+        stores.append(QDir::cleanPath(info.absoluteFilePath()) + QLatin1Char('/'));
     }
     if (stores.isEmpty())
         stores.append(QString::fromLocal8Bit(processDirectory(true)));
