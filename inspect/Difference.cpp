@@ -78,8 +78,8 @@ public:
             done = field.list;
             if (field.list)
                 compareList(field);
-            else if (const IconFile* icon = iconOf(field))
-                compareIcon(field, static_cast<std::size_t>(icon - iconFiles()));
+            else if (iconOf(field) >= 0)
+                compareIcon(field, static_cast<std::size_t>(iconOf(field)));
             else
                 compareField(*find(m_valuesOfA, field), *find(m_valuesOfB, field));
         }
@@ -97,15 +97,6 @@ private:
         const QString path = field.path();
         return path != QLatin1String("common/cusTimeStamp") && path != QLatin1String("common/cusTimeString") &&
                path != QLatin1String("common/cusAddInfo");
-    }
-
-    static const IconFile* iconOf(const Field& field)
-    {
-        for (const IconFile& icon : iconFiles()) {
-            if (field.path() == QLatin1String("guiOptions/") + QLatin1String(icon.element))
-                return &icon;
-        }
-        return nullptr;
     }
 
     static const FieldValue* find(const QVector<FieldValue>& values, const Field& field)

@@ -3,6 +3,9 @@
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 
+#include <algorithm>
+#include <iterator>
+
 const char maskedSecret[] = "******";
 
 namespace {
@@ -27,6 +30,15 @@ QString labelOf(const Field& field)
 QString labelOf(const Section& section)
 {
     return langText(section.titleKey);
+}
+
+int iconOf(const Field& field)
+{
+    static const Field* const all[] = {&catalogue::fieldOf<&GUIOptionsInfo::linuxDeskIconPath>(),
+                                       &catalogue::fieldOf<&GUIOptionsInfo::macosDeskIconPath>(),
+                                       &catalogue::fieldOf<&GUIOptionsInfo::mainIconPath>()};
+    const auto found = std::find(std::begin(all), std::end(all), &field);
+    return found == std::end(all) ? -1 : static_cast<int>(found - std::begin(all));
 }
 
 QStringList accessComponentsOf(quint64 procomVal)

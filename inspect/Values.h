@@ -26,6 +26,9 @@ QVector<FieldValue> valuesOf(const CustomInfo& record, bool withSecrets);
 QString labelOf(const Field& field);
 QString labelOf(const Section& section);
 
+/// The position of the icon that a field names, -1 for any other field.
+int iconOf(const Field& field);
+
 /// What stands in place of a secret that is set.
 extern const char maskedSecret[];
 

@@ -103,7 +103,8 @@ private:
             if (!own->text)
                 return nullptr;
         }
-        m_fields.push_back({m_section, group, row.element, row.label, row.traits, typeOf(row), nullptr, {}, {}, {}});
+        m_fields.push_back(
+            {m_section, group, row.element, row.label, row.traits, typeOf(row), nullptr, {}, {}, {}, &row});
         return &m_fields.back();
     }
 
@@ -242,6 +243,16 @@ const std::vector<Field>& catalogue::fields()
         return fields;
     }();
     return all;
+}
+
+const Field& catalogue::fieldOfRow(const void* tableRow)
+{
+    const std::vector<Field>& all = fields();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const Field& field) { return field.tableRow == tableRow; });
+    if (found == all.end())
+        qFatal("a row without a field");
+    return *found;
 }
 
 void catalogue::walk(const CustomInfo& info, const std::function<void(const Field& field, int row)>& visit)

@@ -67,6 +67,7 @@ struct Field
     QString defaultValue;                                          // of a new record, or of a new row of the list
     std::function<QString(const CustomInfo& info, int row)> value; // as the document has it, secrets plain
     std::function<void(CustomInfo& info, int row, const QString& value)> setValue;
+    const void* tableRow = nullptr; // its row in the table of its part
 
     /// Section, group, row and element, such as "sslvpn/remote/0/ip"; a row below 0 gives "*" in its place.
     QString path(int row = -1) const;
@@ -103,6 +104,16 @@ const Section& section(const char* element);
 
 /// All fields in the order of the file, those of a list once.
 const std::vector<Field>& fields();
+
+/// The field of a row of the tables.
+const Field& fieldOfRow(const void* tableRow);
+
+/// The field of a member.
+template <auto member> const Field& fieldOf()
+{
+    static const Field& found = fieldOfRow(&Access<member>::row());
+    return found;
+}
 
 /// Calls `visit(field, row)` for each field that the record holds, in the order of the file, lists row by row.
 void walk(const CustomInfo& info, const std::function<void(const Field& field, int row)>& visit);
