@@ -13,10 +13,6 @@ ExitStatus runWhich(const Invocation&)
 {
     return Wrong;
 }
-ExitStatus runLint(const Invocation&)
-{
-    return Wrong;
-}
 ExitStatus runDoctor(const Invocation&)
 {
     return Wrong;

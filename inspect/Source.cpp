@@ -100,12 +100,14 @@ std::unique_ptr<Source> openEntry(const QByteArray& storeDirectory, const QByteA
 
 std::unique_ptr<Source> openSource(const Invocation& call, const QString& text)
 {
-    StoreReader reader(call.store());
-    reader.scan();
-    if (const StoreRow* row = reader.resolve(text.toLocal8Bit())) {
-        auto source = openEntry(call.store(), row->entry);
-        source->text = text;
-        return accepted(call, std::move(source));
+    for (const QString& store : call.stores()) {
+        StoreReader reader(store.toLocal8Bit());
+        reader.scan();
+        if (const StoreRow* row = reader.resolve(text.toLocal8Bit())) {
+            auto source = openEntry(store.toLocal8Bit(), row->entry);
+            source->text = text;
+            return accepted(call, std::move(source));
+        }
     }
     const QFileInfo info(text);
     if (info.isDir())

@@ -24,7 +24,8 @@ struct Source
 };
 
 /// Finds what the administrator means: an entry of the store (a directory name, "latest", "latest~N", a time as the
-/// history shows it), else a package, a directory with a document, or a document file.
+/// history shows it), of several stores in the first that has it; else a package, a directory with a document, or a
+/// document file.
 ///
 /// @return  null after a complaint: there is no such thing, it cannot be read, or its verification does not hold and
 ///          the call does not take that
