@@ -19,8 +19,9 @@ enum ExitStatus
 class Invocation
 {
 public:
-    Invocation(const QCommandLineParser& options, const QStringList& arguments, const QStringList& stores)
-        : m_options(options), m_arguments(arguments), m_stores(stores)
+    Invocation(const QCommandLineParser& options, const QStringList& arguments, const QStringList& stores,
+               const QString& language = QStringLiteral("en"))
+        : m_options(options), m_arguments(arguments), m_stores(stores), m_language(language)
     {
     }
 
@@ -30,6 +31,9 @@ public:
     const QStringList& stores() const { return m_stores; }
     /// The first of them, in the local 8-bit encoding.
     QByteArray store() const { return m_stores.first().toLocal8Bit(); }
+
+    /// Of labels and words: "en" or "zh".
+    const QString& language() const { return m_language; }
 
     bool isJson() const { return has("json"); }
     bool showsSecrets() const { return has("secrets"); }
@@ -46,6 +50,7 @@ private:
     const QCommandLineParser& m_options;
     QStringList m_arguments;
     QStringList m_stores;
+    QString m_language;
 };
 
 /// A command of the program.

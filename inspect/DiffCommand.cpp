@@ -8,6 +8,8 @@
 
 ExitStatus runDiff(const Invocation& call)
 {
+    if (call.has("html") && call.isJson())
+        return Invocation::wrong(QStringLiteral("--html and --json: give one of them"));
     const std::unique_ptr<Source> a = openSource(call, call.arguments().at(0));
     const std::unique_ptr<Source> b = a ? openSource(call, call.arguments().at(1)) : nullptr;
     if (!a || !b)
@@ -16,7 +18,8 @@ ExitStatus runDiff(const Invocation& call)
     const ExitStatus status = differences.isEmpty() ? Fine : Finding;
 
     if (call.has("html"))
-        return output::writeTo(call.value("output"), comparisonPage(*a, *b, differences)) ? status : Wrong;
+        return output::writeTo(call.value("output"), comparisonPage(*a, *b, differences, reportStyleOf(call))) ? status
+                                                                                                               : Wrong;
     if (call.has("output"))
         return Invocation::wrong(QStringLiteral("--output goes with --html"));
     const auto orNull = [](const QString& text) { return text.isNull() ? QJsonValue() : QJsonValue(text); };

@@ -1,10 +1,5 @@
 #include "inspect/Command.h"
-#include "inspect/Html.h"
 // In this lane only: each function moves to a file of its own.
-ExitStatus runReport(const Invocation&)
-{
-    return Wrong;
-}
 ExitStatus runVerify(const Invocation&)
 {
     return Wrong;
@@ -24,8 +19,4 @@ ExitStatus runErrors(const Invocation&)
 ExitStatus runExport(const Invocation&)
 {
     return Wrong;
-}
-QByteArray comparisonPage(const Source&, const Source&, const QVector<Difference>&)
-{
-    return {};
 }

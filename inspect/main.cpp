@@ -59,8 +59,8 @@ QString helpFor(const Command& command, const QCommandLineParser& parser)
     return text + QStringLiteral("\nExample:\n  orvex-inspect %1\n").arg(QLatin1String(command.example));
 }
 
-/// The language files of the store, or those beside the executable when it has none.
-void loadLanguage(CLanguageParser& table, const QString& store, const QString& wanted)
+/// The language files of the store, or those beside the executable when it has none. Answers "en" or "zh".
+QString loadLanguage(CLanguageParser& table, const QString& store, const QString& wanted)
 {
     unsigned long code = wanted == QLatin1String("zh") ? LANGUAGE_CHINESE : LANGUAGE_ENGLISH;
     if (wanted.isEmpty()) {
@@ -72,6 +72,7 @@ void loadLanguage(CLanguageParser& table, const QString& store, const QString& w
     const QString own = QString::fromLocal8Bit(processDirectory(true)) + file;
     table.LoadLanguage(QFileInfo::exists(store + file) ? store + file : own);
     setLanguageTable(&table);
+    return code == LANGUAGE_CHINESE ? QStringLiteral("zh") : QStringLiteral("en");
 }
 
 } // namespace
@@ -138,6 +139,6 @@ int main(int argc, char** argv)
         return Invocation::wrong(QStringLiteral("%1 takes one --store").arg(name) + advice);
 
     CLanguageParser table;
-    loadLanguage(table, stores.first(), language);
-    return command->run(Invocation(parser, given, stores));
+    const QString chosen = loadLanguage(table, stores.first(), language);
+    return command->run(Invocation(parser, given, stores, chosen));
 }
