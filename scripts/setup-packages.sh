@@ -10,6 +10,7 @@ packages=(
     libarchive-dev zlib1g-dev
     p7zip-full tar gzip procps
     openssl libssl-dev
+    python3 python3-jsonschema groff-base
     xvfb xauth xdotool imagemagick x11-utils
     fonts-dejavu-core fonts-noto-cjk
     "$@"

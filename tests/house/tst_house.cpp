@@ -406,7 +406,8 @@ void TstHouse::anInstallationIsComplete()
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
     const QStringList files = filesBelow(place.path());
     for (const char* name :
-         {"OrvexManager", "7za", "Resources/Language_en.xml", "Resources/Language_zh.xml", "qt_zh_CN.qm", "config.ini"})
+         {"OrvexManager", "7za", "Resources/Language_en.xml", "Resources/Language_zh.xml", "qt_zh_CN.qm", "config.ini",
+          "orvex-inspect", "completion/orvex-inspect", "man/man1/orvex-inspect.1"})
         QVERIFY2(files.contains(QLatin1String(name)), name);
     QVERIFY(QFileInfo(place.filePath(QStringLiteral("template"))).isDir());
     for (const char* name : {"OrvexManager", "7za"})

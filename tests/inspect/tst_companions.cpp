@@ -1,0 +1,262 @@
+#include "inspect/Command.h"
+#include "inspect/InspectSupport.h"
+#include "inspect/ProgramRun.h"
+#include "support/DistinctRecord.h"
+#include "support/Installation.h"
+#include "support/StoredCustomisation.h"
+#include "support/TestEntry.h"
+#include "xml/CustomInfo.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QtTest>
+
+/// What comes along with the program: the schemas of its answers, the completion for bash and the manual page.
+class TstCompanions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void answersFollowTheirSchemas_data();
+    void answersFollowTheirSchemas();
+    void schemasRefuseOtherAnswers_data();
+    void schemasRefuseOtherAnswers();
+
+    void completionKnowsCommands();
+    void completionKnowsTheOptionsOfEachCommand();
+    void completionKnowsEntriesSectionsAndFields();
+    void completionAsksTheStoreThatIsNamed();
+    void completionRunsNothingThatAnEntryIsNamed();
+
+    void manualPageIsSound();
+    void manualPageNamesEveryCommandAndOption();
+};
+
+namespace {
+
+QString storeRoot()
+{
+    return installation::path(QStringLiteral("store/"));
+}
+
+void keep(quint64 stamp, const QString& name = QString())
+{
+    CustomInfo record = distinctRecord();
+    record.common.cusTimeStamp = stamp;
+    record.gui.linuxDeskIconPath.clear();
+    storeCustomisation(storeRoot(), record, name);
+}
+
+struct Outcome
+{
+    int status;
+    QString output; // and errors
+};
+
+Outcome runProgram(const QString& name, const QStringList& arguments, const QByteArray& input = QByteArray())
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setWorkingDirectory(storeRoot());
+    process.start(name, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    const bool hasRun = process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+    return {hasRun ? process.exitCode() : -1, QString::fromUtf8(process.readAll())};
+}
+
+Outcome validate(const QString& schema, const QJsonValue& answer)
+{
+    const QByteArray answers = QJsonDocument(QJsonArray{answer}).toJson();
+    return runProgram(QStringLiteral("/usr/bin/python3"),
+                      {QStringLiteral(ORVEX_SOURCE_DIR "/tests/inspect/validate.py"),
+                       QStringLiteral(ORVEX_SOURCE_DIR "/docs/schemas/%1.json").arg(schema)},
+                      answers);
+}
+
+QJsonValue answerOf(const QString& words)
+{
+    const QStringList arguments = words.split(QLatin1Char(' ')) + QStringList{QStringLiteral("--json")};
+    const program::Outcome outcome = program::run(QStringList{QStringLiteral("--store"), storeRoot()} + arguments);
+    const QJsonDocument document = QJsonDocument::fromJson(outcome.output);
+    return document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
+}
+
+/// The replies to a line whose last word is to be completed.
+QStringList completions(const QString& line)
+{
+    const QString script =
+        QStringLiteral("source \"$1\"; shift; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _orvex_inspect; "
+                       "for reply in \"${COMPREPLY[@]}\"; do printf '%s\\n' \"$reply\"; done");
+    QStringList words = line.split(QLatin1Char(' '));
+    words.first() = QStringLiteral(ORVEX_INSPECT);
+    const Outcome outcome =
+        runProgram(QStringLiteral("bash"),
+                   QStringList{QStringLiteral("-c"), script, QStringLiteral("bash"),
+                               QStringLiteral(ORVEX_SOURCE_DIR "/packaging/orvex-inspect.bash-completion")} +
+                       words);
+    return outcome.output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+/// The long options of a command but for those that all have.
+QStringList optionsOf(const Command& command)
+{
+    QCommandLineParser parser;
+    command.addOptions(parser);
+    QStringList names;
+    QRegularExpressionMatchIterator found =
+        QRegularExpression(QStringLiteral("^  (?:-o, )?(--[a-z]+)"), QRegularExpression::MultilineOption)
+            .globalMatch(parser.helpText());
+    while (found.hasNext())
+        names.append(found.next().captured(1));
+    return names;
+}
+
+} // namespace
+
+void TstCompanions::init()
+{
+    installation::clear();
+    QDir(storeRoot()).removeRecursively();
+    QVERIFY(QDir().mkpath(storeRoot() + QStringLiteral("Resources")));
+    for (const QString& file : {QStringLiteral("Language_en.xml"), QStringLiteral("Language_zh.xml")})
+        QVERIFY(QFile::copy(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/") + file,
+                            storeRoot() + QStringLiteral("Resources/") + file));
+}
+
+void TstCompanions::answersFollowTheirSchemas_data()
+{
+    QTest::addColumn<QString>("words");
+    for (const char* words :
+         {"list", "list --all", "show latest", "show --unverified broken", "diff latest latest~1 --all",
+          "diff --unverified broken latest", "search 1", "lint --all", "lint latest broken --unverified", "fields"})
+        QTest::newRow(words) << QString::fromLatin1(words);
+}
+
+void TstCompanions::answersFollowTheirSchemas()
+{
+    QFETCH(QString, words);
+    keep(1700000000);
+    CustomInfo poor;
+    poor.common.cusTimeStamp = 1700000600;
+    poor.vpn.basecfg.useIPSEC = 1;
+    poor.common.procomVal = 63;
+    storeCustomisation(storeRoot(), poor);
+    keep(1700000900, QStringLiteral("broken"));
+    const QString directory = storeRoot() + QStringLiteral("UpdateCustom/broken/");
+    installation::writeFile(directory + QStringLiteral("OrvexCustomXml.vrf"), "short");
+    QVERIFY(QDir().mkpath(storeRoot() + QStringLiteral("UpdateCustom/empty")));
+
+    const QJsonValue answer = answerOf(words);
+    QVERIFY(!answer.toArray().isEmpty() || !answer.toObject().isEmpty());
+    const Outcome outcome = validate(words.section(QLatin1Char(' '), 0, 0), answer);
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.output));
+}
+
+void TstCompanions::schemasRefuseOtherAnswers_data()
+{
+    QTest::addColumn<QString>("schema");
+    for (const QString& file : QDir(QStringLiteral(ORVEX_SOURCE_DIR "/docs/schemas")).entryList(QDir::Files))
+        QTest::newRow(qPrintable(file)) << file.section(QLatin1Char('.'), 0, 0);
+}
+
+void TstCompanions::schemasRefuseOtherAnswers()
+{
+    QFETCH(QString, schema);
+    QVERIFY(std::any_of(commands().begin(), commands().end(),
+                        [&](const Command& command) { return schema == QLatin1String(command.name); }));
+    const QJsonObject foreign = {{QStringLiteral("foreign"), 1}};
+    for (const QJsonValue& answer : {QJsonValue(foreign), QJsonValue(QJsonArray{foreign}), QJsonValue(1)}) {
+        const Outcome outcome = validate(schema, answer);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(!outcome.output.contains(QLatin1String("Traceback")), qPrintable(outcome.output));
+    }
+}
+
+void TstCompanions::completionKnowsCommands()
+{
+    QStringList names;
+    for (const Command& command : commands())
+        names.append(QString::fromLatin1(command.name));
+    QCOMPARE(completions(QStringLiteral("orvex-inspect ")), names);
+    QCOMPARE(completions(QStringLiteral("orvex-inspect --lang zh re")), QStringList(QStringLiteral("report")));
+    QCOMPARE(completions(QStringLiteral("orvex-inspect --lang ")),
+             QStringList({QStringLiteral("en"), QStringLiteral("zh")}));
+}
+
+void TstCompanions::completionKnowsTheOptionsOfEachCommand()
+{
+    const QStringList common = {QStringLiteral("--store"), QStringLiteral("--lang"), QStringLiteral("--json"),
+                                QStringLiteral("--help")};
+    for (const Command& command : commands()) {
+        const QString line = QStringLiteral("orvex-inspect %1 --").arg(QLatin1String(command.name));
+        QCOMPARE(completions(line), common + optionsOf(command));
+    }
+    QCOMPARE(completions(QStringLiteral("orvex-inspect report --ma")), QStringList(QStringLiteral("--markdown")));
+    QCOMPARE(completions(QStringLiteral("orvex-inspect --js")), QStringList(QStringLiteral("--json")));
+}
+
+void TstCompanions::completionKnowsEntriesSectionsAndFields()
+{
+    keep(1700000000);
+    keep(1700000600);
+    const QString start = QStringLiteral("orvex-inspect --store %1 ").arg(storeRoot());
+    const QStringList entries = {QStringLiteral("latest"), QStringLiteral("1700000600"), QStringLiteral("1700000000")};
+    for (const char* command : {"show", "diff", "report", "lint", "export"})
+        QCOMPARE(completions(start + QLatin1String(command) + QLatin1Char(' ')), entries);
+    QCOMPARE(completions(start + QStringLiteral("diff latest 17000006")), QStringList(QStringLiteral("1700000600")));
+    QCOMPARE(completions(start + QStringLiteral("show latest --section ")).size(), 11);
+    QCOMPARE(completions(start + QStringLiteral("show latest --section vpn")),
+             QStringList({QStringLiteral("vpn"), QStringLiteral("vpnroute")}));
+    QCOMPARE(completions(start + QStringLiteral("search x --field vpn/ikecfg/IKEP")),
+             QStringList(QStringLiteral("vpn/ikecfg/IKEPort")));
+    QCOMPARE(completions(start + QStringLiteral("list --component L")),
+             QStringList(QStringLiteral("L2TP\\ IPsec\\ VPN")));
+}
+
+void TstCompanions::completionAsksTheStoreThatIsNamed()
+{
+    keep(1700000000);
+    QCOMPARE(completions(QStringLiteral("orvex-inspect show --store %1 17").arg(storeRoot())),
+             QStringList(QStringLiteral("1700000000")));
+    QCOMPARE(completions(QStringLiteral("orvex-inspect show --store %1nowhere 17").arg(storeRoot())), QStringList());
+}
+
+void TstCompanions::completionRunsNothingThatAnEntryIsNamed()
+{
+    keep(1700000000, QStringLiteral("$(touch ran) `touch ran`;touch ran"));
+    const QStringList replies = completions(QStringLiteral("orvex-inspect --store %1 show $").arg(storeRoot()));
+    QCOMPARE(replies, QStringList(QStringLiteral("\\$\\(touch\\ ran\\)\\ \\`touch\\ ran\\`\\;touch\\ ran")));
+    QVERIFY(!QFile::exists(storeRoot() + QStringLiteral("ran")));
+}
+
+void TstCompanions::manualPageIsSound()
+{
+    const Outcome outcome = runProgram(
+        QStringLiteral("groff"), {QStringLiteral("-man"), QStringLiteral("-Tutf8"), QStringLiteral("-ww"),
+                                  QStringLiteral("-z"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1")});
+    QCOMPARE(outcome.output, QString());
+    QCOMPARE(outcome.status, 0);
+}
+
+void TstCompanions::manualPageNamesEveryCommandAndOption()
+{
+    const Outcome outcome =
+        runProgram(QStringLiteral("groff"),
+                   {QStringLiteral("-man"), QStringLiteral("-Tascii"), QStringLiteral("-P-c"), QStringLiteral("-P-b"),
+                    QStringLiteral("-P-u"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1")});
+    for (const Command& command : commands()) {
+        const QRegularExpression heading(QStringLiteral("^ {7}%1( |$)").arg(QLatin1String(command.name)),
+                                         QRegularExpression::MultilineOption);
+        QVERIFY2(heading.match(outcome.output).hasMatch(), command.name);
+        for (const QString& option : optionsOf(command))
+            QVERIFY2(outcome.output.contains(option), qPrintable(option));
+    }
+}
+
+TEST_ENTRY(companions, runGuilessTest<TstCompanions>)
+#include "tst_companions.moc"
