@@ -49,5 +49,10 @@ unset QT_PLUGIN_PATH QT_QPA_GENERIC_PLUGINS
 
 echo
 scripts/check-packages.sh "$installation"
+echo
+"$installation/orvex-inspect" verify
+"$installation/orvex-inspect" report latest -o "$source_directory/build/road/report.html"
+echo
+echo "Report:      $source_directory/build/road/report.html"
 echo "Packages:    $installation/{OrvexSetup,OrvexUpdate,OrvexCusUpd}"
 echo "Screenshots: $shots"

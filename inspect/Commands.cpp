@@ -89,6 +89,11 @@ void exportOptions(QCommandLineParser& parser)
     addUnverified(parser);
 }
 
+void fieldsOptions(QCommandLineParser& parser)
+{
+    addFlag(parser, "markdown", "As tables in Markdown, one for each section.");
+}
+
 void noOptions(QCommandLineParser&)
 {
 }
@@ -119,7 +124,8 @@ const QVector<Command>& commands()
          false, errorsOptions, runErrors},
         {"export", "SOURCE -o FILE.tar.gz", "A customisation as an archive", "export latest -o customisation.tar.gz", 1,
          1, false, exportOptions, runExport},
-        {"fields", "", "The fields of a customisation", "fields --json", 0, 0, false, noOptions, runFields},
+        {"fields", "[--markdown]", "The fields of a customisation", "fields --json", 0, 0, false, fieldsOptions,
+         runFields},
     };
     return all;
 }

@@ -1,5 +1,6 @@
 #include "app/language/FieldTexts.h"
 #include "inspect/Command.h"
+#include "inspect/Markdown.h"
 #include "inspect/Output.h"
 #include "inspect/Values.h"
 
@@ -21,6 +22,39 @@ QString typeName(const Field& field)
         break;
     }
     return QStringLiteral("text");
+}
+
+/// The options of a customisation, a table for each section.
+QByteArray optionTables()
+{
+    QByteArray text;
+    const auto& sections = catalogue::sections();
+    for (int position = 0; position < catalogue::sectionCount; ++position) {
+        const QStringList components = componentsOf(sections[position]);
+        QVector<QStringList> rows;
+        for (const Field& field : catalogue::fields()) {
+            if (field.section != position)
+                continue;
+            QStringList values;
+            if (field.traits.offered) {
+                for (const words::Word& word : *field.traits.offered) {
+                    const QString stored = QLatin1String(word.stored);
+                    values.append(stored == wordText(word) ? stored : stored + QLatin1String(": ") + wordText(word));
+                }
+            }
+            const QString longest = field.traits.longest != 0 ? QString::number(field.traits.longest) : QString();
+            rows.append({field.path(), labelOf(field), typeName(field), field.defaultValue,
+                         values.join(QLatin1String("; ")), longest});
+        }
+        text += "## " + labelOf(sections[position]).toUtf8() + "\n\n";
+        if (!components.isEmpty())
+            text += components.join(QLatin1String(", ")).toUtf8() + "\n\n";
+        text += markdownTable({QStringLiteral("Path"), QStringLiteral("Label"), QStringLiteral("Type"),
+                               QStringLiteral("Default"), QStringLiteral("Values"), QStringLiteral("Longest")},
+                              rows);
+        text += "\n";
+    }
+    return text;
 }
 
 } // namespace
@@ -54,7 +88,9 @@ ExitStatus runFields(const Invocation& call)
         rows.append({field.path(), labelOf(field), typeName(field), field.defaultValue,
                      components.join(QLatin1Char(' ')), words.join(QLatin1String(", "))});
     }
-    if (call.isJson())
+    if (call.has("markdown"))
+        output::writeTo(QString(), optionTables());
+    else if (call.isJson())
         output::write(all);
     else
         output::write(output::table({QStringLiteral("Path"), QStringLiteral("Label"), QStringLiteral("Type"),

@@ -56,3 +56,11 @@ QByteArray reportMarkdown(const Source& source, const ReportStyle& style)
     }
     return text;
 }
+
+QByteArray markdownTable(const QStringList& headings, const QVector<QStringList>& rows)
+{
+    QByteArray text = heading(headings);
+    for (const QStringList& cells : rows)
+        text += row(cells);
+    return text;
+}

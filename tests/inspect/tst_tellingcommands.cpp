@@ -54,6 +54,9 @@ private slots:
 
     void fieldsTellTheCatalogue();
 
+    void tablesOfOptionsAreUpToDate_data();
+    void tablesOfOptionsAreUpToDate();
+
     void wrongUsageIsOneLine_data();
     void wrongUsageIsOneLine();
     void helpOfEachCommandHasAnExample();
@@ -680,6 +683,26 @@ void TstTellingCommands::fieldsTellTheCatalogue()
     QVERIFY(fields.value(QStringLiteral("x1/upVer")).value(QLatin1String("maxLength")).isNull());
     QCOMPARE(fields.value(QStringLiteral("x1/upVer")).keys().size(), 8);
     QVERIFY(!fields.contains(QStringLiteral("ZOA/switchZOARetryTimes")));
+}
+
+void TstTellingCommands::tablesOfOptionsAreUpToDate_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("English") << QStringLiteral("en") << QStringLiteral("options.md");
+    QTest::newRow("Chinese") << QStringLiteral("zh") << QStringLiteral("options.zh.md");
+}
+
+void TstTellingCommands::tablesOfOptionsAreUpToDate()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, file);
+    const QByteArray told = program::run({QStringLiteral("--store"), storeRoot(), QStringLiteral("--lang"), language,
+                                          QStringLiteral("fields"), QStringLiteral("--markdown")})
+                                .output;
+    QVERIFY(told.count("\n## ") == 10 && told.contains("| vpn/ikecfg/IKEPort |"));
+    const QByteArray document = installation::readFile(QStringLiteral(ORVEX_SOURCE_DIR "/docs/") + file);
+    QVERIFY2(document.endsWith(told), "the document is out of date: scripts/write-options.sh");
 }
 
 void TstTellingCommands::wrongUsageIsOneLine_data()
