@@ -22,10 +22,10 @@ struct Kind
     const char* script; // null: none
 };
 
-// By PackKind. The scripts stand outside the installation and take no argument.
+// By PackKind.
 const Kind kinds[] = {
-    {store::setup, "", true, "/opt/apps/com.manager.orvex.amd/files/makeDeb.sh"},
-    {store::update, packing::updatePrefix, false, "/opt/apps/com.manager.orvex.amd/files/makeUpgradeDeb.sh"},
+    {store::setup, "", true, packing::setupScript},
+    {store::update, packing::updatePrefix, false, packing::updateScript},
     {store::cusUpdate, packing::updatePrefix, false, nullptr},
 };
 

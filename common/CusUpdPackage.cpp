@@ -34,7 +34,7 @@ bool genCusPack()
     // Contract: the name `custom` is relative, tar resolves it against the directory the program was started in.
     const QByteArray pack = "tar zcvf \"" + name + "\" \"" + store::custom + "\"";
     runShellCommand(pack);
-    runShellCommand("/opt/apps/com.manager.orvex.amd/files/makeCusPack.sh");
+    runShellCommand(packing::cusUpdateScript);
     logX(4, "genCusPack strCmd: %s", pack.constData());
     return true;
 }

@@ -4,6 +4,15 @@
 // result of true says only that the routine reached its end. They share `template/Temp`, so never two at once. Paths
 // lie below the directory of the executable.
 
+namespace packing {
+
+// Outside the installation; they take no argument.
+constexpr char setupScript[] = "/opt/apps/com.manager.orvex.amd/files/makeDeb.sh";
+constexpr char updateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeUpgradeDeb.sh";
+constexpr char cusUpdateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeCusPack.sh";
+
+} // namespace packing
+
 /// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again.
 ///
 /// @param name  "OrvexClient_Linux64", "OrvexClient_MacOS" or "OrvexCusUpd"; the case of the latter two does not

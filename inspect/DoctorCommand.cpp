@@ -1,0 +1,30 @@
+#include "inspect/Checkup.h"
+#include "inspect/Command.h"
+#include "inspect/Output.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+ExitStatus runDoctor(const Invocation& call)
+{
+    QJsonArray all;
+    QVector<QStringList> rows;
+    bool isFine = true;
+    const QVector<Check> checks = checkUp(call.stores().first());
+    for (const Check& check : checks) {
+        const QString name = QString::fromLatin1(check.name);
+        const QString level = QString::fromLatin1(levelName(check.level));
+        isFine = isFine && (check.isOk || check.level == Check::Note);
+        all.append(QJsonObject{{QStringLiteral("check"), name},
+                               {QStringLiteral("ok"), check.isOk},
+                               {QStringLiteral("level"), level},
+                               {QStringLiteral("detail"), check.detail}});
+        rows.append({name, check.isOk ? QStringLiteral("ok") : level, check.detail});
+    }
+    if (call.isJson())
+        output::write(all);
+    else
+        output::write(
+            output::table({QStringLiteral("Check"), QStringLiteral("Result"), QStringLiteral("Detail")}, rows));
+    return isFine ? Fine : Finding;
+}
