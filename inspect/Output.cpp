@@ -203,8 +203,14 @@ void output::write(const QString& text)
 void output::write(const QJsonValue& json)
 {
     const QJsonDocument document = json.isArray() ? QJsonDocument(json.toArray()) : QJsonDocument(json.toObject());
-    const QByteArray bytes = document.toJson();
-    fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+    // Beyond ASCII and DEL the writer escapes nothing by itself; such characters stand in strings only.
+    QString text = QString::fromUtf8(document.toJson());
+    for (int at = 0; at < text.size(); ++at) {
+        const QChar unit = text.at(at);
+        if (unit.unicode() >= 0x7F && !unit.isSurrogate() && isObeyed(unit.unicode()))
+            text.replace(at, 1, QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0')));
+    }
+    write(text);
 }
 
 bool output::writeTo(const QString& path, const QByteArray& bytes)
