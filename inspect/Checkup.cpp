@@ -247,6 +247,7 @@ Check Checkup::checkSpace() const
 
     Faults faults("space");
     qint64 least = -1;
+    QVector<unsigned long> seen; // file systems
     for (const char* name :
          {"", store::templates, store::setup, store::update, store::cusUpdate, store::updateCustom}) {
         struct statvfs status = {};
@@ -254,6 +255,9 @@ Check Checkup::checkSpace() const
             continue;
         const qint64 available = static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
         least = least < 0 ? available : std::min(least, available);
+        if (seen.contains(status.f_fsid))
+            continue;
+        seen.append(status.f_fsid);
         if (available < needed)
             faults.add(Check::Error, QStringLiteral("%1: %2 are needed, %3 are free; make room")
                                          .arg(pathOf(name), megabytes(needed), megabytes(available)));

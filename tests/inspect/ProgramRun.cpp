@@ -21,7 +21,7 @@ QJsonDocument json(const QStringList& arguments)
 
 } // namespace
 
-Outcome run(const QStringList& arguments, const QStringList& environment)
+Outcome run(const QStringList& arguments, const QStringList& environment, const QStringList& wrapper)
 {
     QProcess process;
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
@@ -29,7 +29,8 @@ Outcome run(const QStringList& arguments, const QStringList& environment)
     for (const QString& setting : environment)
         variables.insert(setting.section(QLatin1Char('='), 0, 0), setting.section(QLatin1Char('='), 1));
     process.setProcessEnvironment(variables);
-    process.start(QStringLiteral(ORVEX_INSPECT), arguments);
+    const QStringList command = wrapper + QStringList{QStringLiteral(ORVEX_INSPECT)} + arguments;
+    process.start(command.first(), command.mid(1));
     Outcome outcome;
     if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
         outcome.status = process.exitCode();

@@ -15,8 +15,9 @@ struct Outcome
     QByteArray errors;
 };
 
-/// `environment` are settings such as "LANG=C"; COLUMNS is 100 unless told otherwise.
-Outcome run(const QStringList& arguments, const QStringList& environment = {});
+/// `environment` are settings such as "LANG=C"; COLUMNS is 100 unless told otherwise. `wrapper` are a program and its
+/// arguments, which runs the executable.
+Outcome run(const QStringList& arguments, const QStringList& environment = {}, const QStringList& wrapper = {});
 
 /// The answer of a call with --json; the test fails when it is no array, or no object.
 QJsonArray array(const QStringList& arguments);
