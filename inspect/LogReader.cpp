@@ -471,7 +471,7 @@ QString decodeLog(const QByteArray& bytes)
         if (!codec)
             continue;
         QTextCodec::ConverterState state;
-        const QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+        QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
         if (state.invalidChars == 0 && state.remainingChars == 0)
             return text;
     }
