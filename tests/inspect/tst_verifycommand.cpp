@@ -191,7 +191,9 @@ void TstVerifyCommand::packageThatCannotBeReadIsAFinding()
         QCOMPARE(valueOf(row, "problems").toArray(), QJsonArray{QStringLiteral("unreadable")});
         QCOMPARE(valueOf(row, "entry"), QJsonValue());
     }
-    QVERIFY(QString::fromUtf8(inspect({verify, broken}).output).contains(QLatin1String("neither a gzip nor a ZIP")));
+    const program::Outcome wide = program::run({QStringLiteral("--store"), installation::root(), verify, broken},
+                                               {QStringLiteral("COLUMNS=400")});
+    QVERIFY2(wide.output.contains("neither a gzip nor a ZIP"), wide.output.constData());
 }
 
 void TstVerifyCommand::pathThatIsNotThereIsWrongUsage()
