@@ -11,6 +11,8 @@
 #include <QByteArray>
 
 #include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -28,6 +30,14 @@ const Kind kinds[] = {
     {store::update, packing::updatePrefix, false, packing::updateScript},
     {store::cusUpdate, packing::updatePrefix, false, nullptr},
 };
+
+/// Whether the shell's `cd` leads there, and nowhere that somebody else has prepared.
+bool isOwnDirectory(const QByteArray& path)
+{
+    struct stat status = {};
+    return lstat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
+           access(path.constData(), X_OK) == 0;
+}
 
 } // namespace
 
@@ -72,6 +82,11 @@ bool genFilePack(const char* name, int type)
     if (kind.withVersion)
         target += QByteArray("_") + utl_OrvexShortVersion();
     target += packing::tarEnding;
+    // The command would pack the working directory of the program instead.
+    if (!isOwnDirectory(scratch)) {
+        logX(1, "genFilePack: %s cannot be entered, so nothing is packed.", scratch.constData());
+        return false;
+    }
     const QByteArray pack = "cd \"" + scratch + "\";tar zcvf \"" + target + "\" *";
     runShellCommand(pack);
     if (kind.script)

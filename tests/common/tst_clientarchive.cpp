@@ -67,6 +67,8 @@ private slots:
     void missingScriptsChangeNothing_data();
     void missingScriptsChangeNothing();
     void plainFileInPlaceOfTheOutputDirectoryStays();
+    void nothingIsPackedWithoutAScratchOfItsOwn_data();
+    void nothingIsPackedWithoutAScratchOfItsOwn();
 
     void installationPathMayHoldBlanks();
     void executablePathOf259CharactersStopsTheGenerator_data();
@@ -484,6 +486,38 @@ void TstClientArchive::plainFileInPlaceOfTheOutputDirectoryStays()
     QCOMPARE(installation::namesIn(path(QStringLiteral("template"))), texts({"OrvexClient_Linux64.tar.gz", "Temp"}));
 }
 
+void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("inTheWay"); // a command that prepares the place
+
+    QTest::newRow("plain file, setup") << 0 << "echo in the way > Temp";
+    QTest::newRow("plain file, update") << 1 << "echo in the way > Temp";
+    QTest::newRow("plain file, customised update") << 2 << "echo in the way > Temp";
+    QTest::newRow("link to nowhere") << 0 << "ln -s nowhere/at/all Temp";
+    QTest::newRow("link to another directory") << 0 << "ln -s ../private Temp";
+}
+
+void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
+{
+    QFETCH(const int, type);
+    QFETCH(const QString, inTheWay);
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    installation::writeFile(path(QStringLiteral("private/id_rsa")), "a key");
+    installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), inTheWay}, path(QStringLiteral("template")));
+    const CommandRecorder recorder;
+    QVERIFY(!packQuietly("OrvexClient_Linux64", type));
+    const QStringList commands = installation::withoutRoot(recorder.commands());
+    QCOMPARE(commands.filter(QStringLiteral("tar zcvf")), QStringList());
+    QCOMPARE(commands.filter(QStringLiteral("/opt/apps")), QStringList());
+    for (const char* name : {"OrvexSetup", "OrvexUpdate", "OrvexCusUpd"})
+        QCOMPARE(installation::namesIn(path(QLatin1String(name))), QStringList());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList(QStringLiteral("genFilePack: %1 cannot be entered, so nothing is packed.")
+                             .arg(path(QStringLiteral("template/Temp")))));
+    QVERIFY(QDir(path(QStringLiteral("private"))).removeRecursively());
+}
+
 void TstClientArchive::installationPathMayHoldBlanks()
 {
     const QTemporaryDir directory(path(QStringLiteral("blanks-XXXXXX")));
@@ -502,7 +536,7 @@ void TstClientArchive::executablePathOf259CharactersStopsTheGenerator_data()
     QTest::addColumn<QStringList>("report");
 
     QTest::newRow("258 characters") << 258
-                                    << texts({"true", "mkdir -p \"{root}template\"", "mkdir -p \"{root}template/Temp\"",
+                                    << texts({"true",
                                               "tar -zxvf \"{root}template/OrvexClient_Linux64.tar.gz\" -C "
                                               "\"{root}template/Temp\"",
                                               "mkdir -p \"{root}OrvexSetup\"",

@@ -283,8 +283,7 @@ void TstSetupPackage::executablePathOf259CharactersStopsTheGenerator_data()
     QTest::addColumn<QStringList>("report");
 
     const QStringList linuxReport =
-        texts({"true", "mkdir -p \"{root}template\"", "mkdir -p \"{root}template/Temp\"",
-               "tar -zxvf \"{root}template/OrvexClient_Linux64.tar.gz\" -C \"{root}template/Temp\"",
+        texts({"true", "tar -zxvf \"{root}template/OrvexClient_Linux64.tar.gz\" -C \"{root}template/Temp\"",
                "mkdir -p \"{root}OrvexSetup\"",
                "cd \"{root}template/Temp\";tar zcvf \"{root}OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz\" *",
                s_makeDeb, "rm -rf \"{root}template/Temp\""});

@@ -737,7 +737,6 @@ void TstUpdatePackage::executablePathOf259CharactersStopsTheGenerators_data()
     QTest::newRow("Linux, 258 characters")
         << "utl_GenLinuxUpdate" << 258
         << texts({"true", "rm -rf \"{root}template/Temp\"", "mkdir -p \"{root}OrvexUpdate\"",
-                  "mkdir -p \"{root}template\"", "mkdir -p \"{root}template/Temp\"",
                   "tar -zxvf \"{root}template/OrvexClient_Linux64.tar.gz\" -C \"{root}template/Temp\"",
                   "mkdir -p \"{root}OrvexUpdate\"",
                   "cd \"{root}template/Temp\";tar zcvf \"{root}OrvexUpdate/Dot1X_OrvexClient_Linux64.tar.gz\" *",

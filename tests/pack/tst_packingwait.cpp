@@ -197,7 +197,7 @@ void TstPackingWait::init()
 {
     installation::clear();
     QVERIFY(QDir().mkpath(path(QStringLiteral("Log"))));
-    m_recorder.reset(new CommandRecorder(CommandRecorder::RecordOnly));
+    m_recorder.reset(new CommandRecorder(CommandRecorder::MakeDirectories));
     s_otherThreads = threads();
 }
 

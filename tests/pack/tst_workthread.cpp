@@ -95,7 +95,7 @@ Told tell(unsigned long mask, unsigned long stamp, const QByteArray& lost = QByt
 {
     Told told;
     WorkThread thread(mask, stamp);
-    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
     QObject::connect(
         &thread, &WorkThread::stepInfo, &thread,
         [&](const QString& line) {
@@ -131,7 +131,7 @@ Told s_toldWithoutApplication;
 /// Before the application is built.
 void runWithoutApplication()
 {
-    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
     WorkThread thread(7, 1);
     QObject::connect(
         &thread, &WorkThread::stepInfo, &thread,
@@ -184,7 +184,7 @@ void TstWorkThread::packageMaskHasTheseBits()
 
 void TstWorkThread::threadHasNoParentAndWaitsForItsStart()
 {
-    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
     const WorkThread thread(7, 1);
     QVERIFY(!thread.parent());
     QTest::qWait(50);
@@ -337,7 +337,7 @@ void TstWorkThread::textsFollowTheLanguage()
     useLanguage(QStringLiteral("zh"));
     QStringList lines;
     {
-        const CommandRecorder recorder(CommandRecorder::RecordOnly);
+        const CommandRecorder recorder(CommandRecorder::MakeDirectories);
         WorkThread thread(1, 1);
         connect(
             &thread, &WorkThread::stepInfo, &thread, [&](const QString& line) { lines.append(line); },
@@ -361,7 +361,7 @@ void TstWorkThread::threadWithoutAnApplicationTellsNoTexts()
 
 void TstWorkThread::threadMayRunTwice()
 {
-    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
     WorkThread thread(3, 1);
     QSignalSpy results(&thread, &WorkThread::finishPacket);
     for (int round = 0; round < 2; ++round) {

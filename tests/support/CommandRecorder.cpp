@@ -5,6 +5,8 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include <cstring>
+
 namespace {
 
 QMutex s_mutex;
@@ -22,7 +24,8 @@ int recordedSystem(interposed::System::Real real, const char* command)
         if (s_recording) {
             s_commands.append(QByteArray(command));
             atCommand = s_atCommand;
-            isRun = s_mode != CommandRecorder::RecordOnly;
+            isRun = s_mode == CommandRecorder::Run ||
+                    (s_mode == CommandRecorder::MakeDirectories && strncmp(command, "mkdir ", 6) == 0);
         }
     }
     if (atCommand)

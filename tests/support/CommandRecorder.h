@@ -11,8 +11,9 @@ class CommandRecorder
 public:
     enum Mode
     {
-        Run,       // record and run
-        RecordOnly // record, run nothing
+        Run,             // record and run
+        RecordOnly,      // record, run nothing
+        MakeDirectories, // record, run nothing but mkdir
     };
 
     using Hook = std::function<void(const QByteArray& command)>;

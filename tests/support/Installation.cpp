@@ -317,6 +317,8 @@ Outcome runCopy(const QString& executable, const QStringList& arguments)
 
 int reportCall(const std::function<bool()>& call)
 {
+    // The command that would make it is not run.
+    QDir().mkpath(path(QStringLiteral("template/Temp")));
     CommandRecorder recorder(CommandRecorder::RecordOnly);
     const bool result = call();
     printf("%s\n", result ? "true" : "false");

@@ -89,7 +89,8 @@ struct Outcome
 /// Copies the test executable to `executable`, whose directory becomes the root of the store there, and runs the copy.
 Outcome runCopy(const QString& executable, const QStringList& arguments);
 
-/// In a copy: runs `call` with the recorder, which runs nothing, and prints its result and the commands.
+/// In a copy: runs `call` with the recorder, which runs nothing, and prints its result and the commands. The directory
+/// `template/Temp` is there from the start.
 int reportCall(const std::function<bool()>& call);
 
 /// Runs a copy of the test executable, from a path of `pathLength` bytes, with the arguments "call" and `function`.
