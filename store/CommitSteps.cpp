@@ -11,6 +11,12 @@
 #include "xml/CustomXmlParser.h"
 
 #include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstring>
+#include <sys/stat.h>
 
 namespace store {
 
@@ -26,6 +32,56 @@ const IconFile iconFiles[] = {
     {&GUIOptionsInfo::macosDeskIconPath, macosDeskIcon},
     {&GUIOptionsInfo::mainIconPath, mainIcon},
 };
+
+bool holdsAny(const QByteArray& path, const char* characters)
+{
+    return strpbrk(path.constData(), characters) != nullptr;
+}
+
+/// What the shell reads inside double quotes.
+bool isReadInQuotes(const QByteArray& path)
+{
+    return holdsAny(path, "\"`$\\\n");
+}
+
+/// What the shell reads, or splits at, in a word without quotes.
+bool isReadWithoutQuotes(const QByteArray& path)
+{
+    return isReadInQuotes(path) || holdsAny(path, " \t\r'&|;<>()*?[]{}");
+}
+
+/// Where temporary files lie under names that the shell takes as they are.
+QString plainTemporaryPlace()
+{
+    const QString place = QDir::tempPath();
+    return isReadInQuotes(place.toLocal8Bit()) ? QStringLiteral("/tmp") : place;
+}
+
+void copyIcon(const QString& source, const QByteArray& target)
+{
+    const QByteArray path = source.toLocal8Bit();
+    if (!isReadInQuotes(path)) {
+        utl_CopyFile(path.constData(), target.constData());
+        return;
+    }
+    // The command would run what the name holds, so it gets a copy under another name.
+    const QTemporaryDir directory(plainTemporaryPlace() + QLatin1String("/orvex-icon-XXXXXX"));
+    const QString copy = directory.filePath(QStringLiteral("icon"));
+    QFile::copy(source, copy);
+    utl_CopyFile(copy.toLocal8Bit().constData(), target.constData());
+}
+
+void makeReadable(const QByteArray& path)
+{
+    if (!isReadWithoutQuotes(path)) {
+        utl_Chmod(path.constData(), "a+r");
+        return;
+    }
+    // The command has no quotes and would change other files.
+    struct stat status = {};
+    if (stat(path.constData(), &status) == 0)
+        chmod(path.constData(), (status.st_mode & 07777) | S_IRUSR | S_IRGRP | S_IROTH);
+}
 
 } // namespace
 
@@ -67,8 +123,8 @@ void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working)
             continue;
         utl_FileExists(source.constData());
         const QByteArray target = working + icon.name;
-        utl_CopyFile(source.constData(), target.constData());
-        utl_Chmod(target.constData(), "a+r");
+        copyIcon(gui.*icon.source, target);
+        makeReadable(target);
     }
 }
 

@@ -36,6 +36,8 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working);
 
 /// Copies the chosen icons under their fixed names and makes them readable for all.
 /// Contract: a source that has gone missing is not noticed; the document names the icon all the same.
+/// No path is ever read by the shell: an icon whose path would be goes through a copy under another name, and where the
+/// path of the target would be, the mode is changed without a command.
 ///
 /// @param working  with a trailing slash
 void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working);

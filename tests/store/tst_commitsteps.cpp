@@ -23,6 +23,8 @@ private slots:
     void init()
     {
         installation::clear();
+        for (const char* trace : {"run-by-name", "run-by-place"})
+            QFile::remove(path(QLatin1String(trace)));
         QVERIFY(QDir().mkpath(path(QStringLiteral("Log"))));
         qputenv("TZ", "Asia/Shanghai");
     }
@@ -37,6 +39,13 @@ private slots:
     void iconsAreCopiedBeforeTheDocumentIsSaved();
     void onlyChosenIconsAreCopied();
     void aMissingIconIsNotNoticed();
+    void theNameOfAnIconRunsNothing_data();
+    void theNameOfAnIconRunsNothing();
+    void aMissingIconOfAnOddNameIsNotNoticed();
+    void anOddTemporaryPlaceRunsNothing();
+    void iconsArePlainlyReadableWhateverTheInstallationIsCalled_data();
+    void iconsArePlainlyReadableWhateverTheInstallationIsCalled();
+    void aNeighbourOfTheInstallationKeepsItsMode();
     void theVerificationFitsTheDocument();
     void withoutADocumentThereIsNoVerification();
     void theCopyHoldsAllButHiddenNames();
@@ -197,6 +206,121 @@ void TstCommitSteps::aMissingIconIsNotNoticed()
     QVERIFY(!QFile::exists(path(QStringLiteral("custom/DeskIconLinux.png"))));
     QVERIFY(store::writeVerification(document));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstCommitSteps::theNameOfAnIconRunsNothing_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("substitution") << "a$(touch run-by-name).png";
+    QTest::newRow("backticks") << "a`touch run-by-name`.png";
+    QTest::newRow("closed quotes") << "a\";touch run-by-name;\".png";
+    QTest::newRow("variable") << "a$HOME.png";
+    QTest::newRow("backslash") << "a\\\\b.png";
+    QTest::newRow("backslash at the end") << "a\\";
+    QTest::newRow("line feed") << "a\ntouch run-by-name\n.png";
+    QTest::newRow("all of them") << QString::fromUtf8("图\"标`touch run-by-name`$(touch run-by-name)\\\n.png");
+}
+
+void TstCommitSteps::theNameOfAnIconRunsNothing()
+{
+    QFETCH(const QString, name);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    const QString source = path(QLatin1String("template/icons/") + name);
+    installation::writeFile(source, "icon");
+    QVERIFY(QDir::setCurrent(installation::root()));
+    GUIOptionsInfo gui;
+    gui.linuxDeskIconPath = source;
+    const QStringList before = installation::namesIn(installation::root());
+    const QStringList temporary = QDir(QDir::tempPath()).entryList({QStringLiteral("orvex-icon-*")}, QDir::Dirs);
+    const CommandRecorder recorder;
+    store::copyIcons(gui, directories().working);
+    QCOMPARE(installation::readFile(path(QStringLiteral("custom/DeskIconLinux.png"))), QByteArray("icon"));
+    QCOMPARE(installation::namesIn(installation::root()), before);
+    QCOMPARE(QDir(QDir::tempPath()).entryList({QStringLiteral("orvex-icon-*")}, QDir::Dirs), temporary);
+    const QStringList commands = withoutRoot(recorder.commands());
+    QCOMPARE(commands.size(), 2);
+    QVERIFY2(QRegularExpression(QStringLiteral(R"(^cp -f "[-/\w]+" "\{root\}custom/DeskIconLinux.png"$)"))
+                 .match(commands.first())
+                 .hasMatch(),
+             qPrintable(commands.first()));
+    QCOMPARE(commands.last(), QStringLiteral("chmod a+r {root}custom/DeskIconLinux.png"));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstCommitSteps::aMissingIconOfAnOddNameIsNotNoticed()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    GUIOptionsInfo gui;
+    gui.mainIconPath = path(QStringLiteral("template/$(touch run-by-name).ico"));
+    store::copyIcons(gui, directories().working);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), QStringList());
+    QVERIFY(!QFile::exists(path(QStringLiteral("run-by-name"))));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstCommitSteps::anOddTemporaryPlaceRunsNothing()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    const QString place = path(QStringLiteral("template/$(touch run-by-place)"));
+    QVERIFY(QDir().mkpath(place));
+    QVERIFY(QDir::setCurrent(installation::root()));
+    installation::writeFile(path(QStringLiteral("template/$icon.ico")), "icon");
+    GUIOptionsInfo gui;
+    gui.mainIconPath = path(QStringLiteral("template/$icon.ico"));
+    const QByteArray usual = qgetenv("TMPDIR");
+    qputenv("TMPDIR", place.toLocal8Bit());
+    store::copyIcons(gui, directories().working);
+    if (usual.isNull())
+        qunsetenv("TMPDIR");
+    else
+        qputenv("TMPDIR", usual);
+    QVERIFY(!QFile::exists(path(QStringLiteral("run-by-place"))));
+    QCOMPARE(installation::readFile(path(QStringLiteral("custom/MainIcon.ico"))), QByteArray("icon"));
+}
+
+void TstCommitSteps::iconsArePlainlyReadableWhateverTheInstallationIsCalled_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isByCommand");
+    QTest::newRow("plain") << "Orvex-1.0_~#!@%+=,:^" << true;
+    QTest::newRow("Chinese") << QString::fromUtf8("安装目录") << true;
+    for (const char* name :
+         {"My Tools", "a\tb", "a'b", "a&b", "a|b", "a;b", "a<b", "a>b", "a(b", "a)b", "a*b", "a?b", "[ab]", "{a,b}"})
+        QTest::newRow(name) << QString::fromLatin1(name) << false;
+}
+
+void TstCommitSteps::iconsArePlainlyReadableWhateverTheInstallationIsCalled()
+{
+    QFETCH(const QString, name);
+    QFETCH(const bool, isByCommand);
+    const QString working = path(QLatin1String("template/") + name + QLatin1String("/custom/"));
+    QVERIFY(QDir().mkpath(working));
+    const QString icon = path(QStringLiteral("template/icon.ico"));
+    installation::writeFile(icon, "icon");
+    QVERIFY(QFile::setPermissions(icon, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    GUIOptionsInfo gui;
+    gui.mainIconPath = icon;
+    const CommandRecorder recorder;
+    store::copyIcons(gui, working.toLocal8Bit());
+    QCOMPARE(recorder.commands().size(), isByCommand ? 2 : 1);
+    QCOMPARE(installation::readFile(working + QLatin1String("MainIcon.ico")), QByteArray("icon"));
+    QCOMPARE(installation::describeTree(working.chopped(1)).first().section(QLatin1Char(' '), 0, 2),
+             QStringLiteral("MainIcon.ico file 0744"));
+}
+
+void TstCommitSteps::aNeighbourOfTheInstallationKeepsItsMode()
+{
+    installation::writeFile(path(QStringLiteral("template/My")), "a key");
+    QVERIFY(QFile::setPermissions(path(QStringLiteral("template/My")), QFile::ReadOwner));
+    const QString working = path(QStringLiteral("template/My Tools/custom/"));
+    QVERIFY(QDir().mkpath(working));
+    installation::writeFile(path(QStringLiteral("template/icon.png")), "icon");
+    GUIOptionsInfo gui;
+    gui.linuxDeskIconPath = path(QStringLiteral("template/icon.png"));
+    store::copyIcons(gui, working.toLocal8Bit());
+    QVERIFY(installation::describeTree(path(QStringLiteral("template")))
+                .filter(QRegularExpression(QStringLiteral("^My file 0400 ")))
+                .size() == 1);
 }
 
 void TstCommitSteps::theVerificationFitsTheDocument()
