@@ -17,6 +17,9 @@ public:
     /// @param timeStamp  the customisation's time in seconds since the epoch
     PackingWait(unsigned long mask, unsigned long timeStamp, QWidget* parent);
 
+    /// The worker, which may still be at work when Escape has closed the window. It lives until the process ends.
+    WorkThread* worker() const { return m_pWorkThread; }
+
     /// Starts the polling timer. Not needed: finishPacket alone closes the window.
     void init();
 

@@ -5,6 +5,16 @@
 #include "common/PackageGenerators.h"
 #include "common/TimeText.h"
 
+#include <mutex>
+
+namespace {
+
+// Held while a worker works: the generators share their scratch directory. A worker may outlive main(), and this needs
+// no destruction.
+std::mutex s_work;
+
+} // namespace
+
 WorkThread::WorkThread(unsigned long mask, unsigned long timeStamp) : m_ulGenMask(mask), m_ulTimeStamp(timeStamp)
 {
 }
@@ -18,6 +28,7 @@ void WorkThread::tell(const char* key)
 
 void WorkThread::run()
 {
+    const std::lock_guard<std::mutex> work(s_work);
     bool result = false;
     if (m_ulGenMask & PackageSetup) {
         logX(4, "gensetup begin.");

@@ -10,8 +10,8 @@ enum PackageMask : unsigned long
     PackageCusUpd = 4
 };
 
-/// Runs the package generators one after the other. It holds copies only and talks through its two signals. Nobody
-/// waits for it or deletes it: the object lives until the process ends.
+/// Runs the package generators one after the other, once every worker that came before is done. It holds copies only
+/// and talks through its two signals. Nobody waits for it or deletes it: the object lives until the process ends.
 class WorkThread : public QThread
 {
     Q_OBJECT

@@ -11,6 +11,7 @@
 
 class PackingWait;
 class WarningBox;
+class WorkThread;
 
 /// The main window: owner of the record in hand and of the history, with a page for each.
 class OrvexManager : public QMainWindow
@@ -75,6 +76,9 @@ private:
     void OnRepaintCustomCombo();
     /// Takes the ticked components into the record; refuses when none of them gives access.
     bool takeComponents(WarningBox& box);
+
+    /// No further commit while the worker, which reads the working directory, runs without its window.
+    void withholdFinish(const WorkThread& worker);
 
     // The history page.
     void refreshCusHis();

@@ -3,6 +3,7 @@
 #include "pack/CustomCompleteDlg.h"
 #include "pack/FinishDlg.h"
 #include "pack/PackingWait.h"
+#include "pack/WorkThread.h"
 #include "store/CommitSteps.h"
 #include "store/HistoryRows.h"
 
@@ -28,7 +29,8 @@ void OrvexManager::showFinishDlg()
     // Contract: whatever becomes of the packages, and though Escape leaves the worker behind, the customisation enters
     // the history. The window lasts until all is done.
     PackingWait wait(static_cast<unsigned long>(finish.m_iPackMask), common.cusTimeStamp, this);
-    wait.exec();
+    if (wait.exec() == QDialog::Rejected)
+        withholdFinish(*wait.worker());
     m_cusPolicyList.prepend(store::historyRow(common));
     store::keepCopy(directories, common.cusTimeStamp);
 
@@ -37,4 +39,11 @@ void OrvexManager::showFinishDlg()
     complete.exec();
     m_customInfo.reset();
     OnRepaintCustomCombo();
+}
+
+void OrvexManager::withholdFinish(const WorkThread& worker)
+{
+    // Connected before the look at the worker, so that its end is not missed.
+    connect(&worker, &WorkThread::finished, this, [this] { ui.toolButton_finish->setEnabled(true); });
+    ui.toolButton_finish->setEnabled(!worker.isRunning());
 }

@@ -70,6 +70,8 @@ private slots:
     void cleanup() { frozenTime = 0; }
 
     void theCommitGoesOnWhileTheWorkerIsHeld();
+    void noFinishWhileAWorkerOutlivesItsWindow();
+    void escapeBehindTheLastStepLeavesTheButtonAlone();
 };
 
 void TstOrvexManagerEscape::theCommitGoesOnWhileTheWorkerIsHeld()
@@ -118,6 +120,77 @@ void TstOrvexManagerEscape::theCommitGoesOnWhileTheWorkerIsHeld()
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(window.history().size(), 1);
     QCOMPARE(window.history().first().cusAddInfo, QStringLiteral("remark"));
+}
+
+void TstOrvexManagerEscape::noFinishWhileAWorkerOutlivesItsWindow()
+{
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    OrvexManager window(nullptr);
+    window.show();
+    Gate gate;
+    const CommandRecorder recorder(CommandRecorder::Run, [&gate](const QByteArray&) { gate.pass(); });
+    QStringList enabled;
+    const auto note = [&] {
+        enabled.append(isEnabled(window, "toolButton_finish") ? QStringLiteral("yes") : QStringLiteral("no"));
+    };
+    note();
+    QScopedPointer<ModalScript> script(new ModalScript);
+    expectFinish(*script, QStringLiteral("first"), PackageSetup);
+    script->expect<PackingWait>([&](PackingWait& wait) {
+        QTRY_VERIFY(gate.holds());
+        QTest::keyClick(&wait, Qt::Key_Escape);
+    });
+    script->expect<CustomCompleteDlg>([&](CustomCompleteDlg& report) {
+        note();
+        click(report, "pushButton_exit");
+    });
+    click(window, "toolButton_finish");
+    note();
+    const QStringList packed = installation::describeTree(inWorking().chopped(1));
+    // It opens nothing, and the working directory stays for the worker.
+    click(window, "toolButton_finish");
+    window.changEnLanguage();
+    note();
+    gate.open();
+    QCOMPARE(script->complaints(), QStringList());
+    script.reset();
+    QTRY_VERIFY(isEnabled(window, "toolButton_finish"));
+    QCOMPARE(enabled.join(QLatin1Char(' ')), QStringLiteral("yes no no no"));
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(installation::describeTree(inWorking().chopped(1)), packed);
+    const QStringList packages = installation::namesIn(installation::path(QStringLiteral("OrvexSetup")));
+    QCOMPARE(packages.size(), 1);
+    const QString package = installation::path(QLatin1String("OrvexSetup/") + packages.first());
+    const QString client = installation::path(QStringLiteral("template/OrvexClient_Linux64.tar.gz"));
+    installation::comparePackage(package, client, QStringLiteral("OrvexClient"));
+
+    frozenTime = commitMoment + 60;
+    QCOMPARE(commit(window, QStringLiteral("second"), PackageSetup), QStringList());
+    QCOMPARE(window.history().size(), 2);
+    QVERIFY(isEnabled(window, "toolButton_finish"));
+    installation::comparePackage(package, client, QStringLiteral("OrvexClient"));
+}
+
+void TstOrvexManagerEscape::escapeBehindTheLastStepLeavesTheButtonAlone()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    QStringList atReport;
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
+    ModalScript script;
+    expectFinish(script, QStringLiteral("remark"), PackageCusUpd);
+    script.expect<PackingWait>([](PackingWait& wait) {
+        wait.worker()->wait();
+        QTest::keyClick(&wait, Qt::Key_Escape);
+    });
+    script.expect<CustomCompleteDlg>([&](CustomCompleteDlg& report) {
+        atReport.append(isEnabled(window, "toolButton_finish") ? QStringLiteral("yes") : QStringLiteral("no"));
+        click(report, "pushButton_exit");
+    });
+    click(window, "toolButton_finish");
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(atReport, QStringList(QStringLiteral("yes")));
+    QVERIFY(isEnabled(window, "toolButton_finish"));
 }
 
 TEST_ENTRY(orvexmanager_escape, playTest<TstOrvexManagerEscape>)

@@ -428,7 +428,8 @@ void TstPackingWait::eachWindowHasAThreadOfItsOwn()
     closeGate();
     PackingWait first(1, s_stamp, nullptr);
     PackingWait second(4, s_stamp, nullptr);
-    QTRY_COMPARE(held(), 2);
+    QTRY_COMPARE(held(), 1);
+    QCOMPARE(workers(), 2);
     openGate();
     QSignalSpy firstAccepted(&first, &QDialog::accepted);
     QSignalSpy secondAccepted(&second, &QDialog::accepted);

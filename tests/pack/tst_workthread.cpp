@@ -9,6 +9,7 @@
 #include "support/WindowPlay.h"
 
 #include <QDir>
+#include <QSemaphore>
 #include <QtTest>
 
 #include <atomic>
@@ -60,6 +61,7 @@ private slots:
     void textsFollowTheLanguage();
     void threadWithoutAnApplicationTellsNoTexts();
     void threadMayRunTwice();
+    void aThreadWaitsForAnEarlierOneBeforeItsFirstStep();
 };
 
 namespace {
@@ -370,6 +372,39 @@ void TstWorkThread::threadMayRunTwice()
     }
     QTRY_COMPARE(results.count(), 2);
     QCOMPARE(results.at(1), results.at(0));
+}
+
+void TstWorkThread::aThreadWaitsForAnEarlierOneBeforeItsFirstStep()
+{
+    QSemaphore reached;
+    QSemaphore gate;
+    WorkThread first(PackageSetup, 1);
+    WorkThread second(PackageUpdate, 1);
+    QStringList order;
+    QMutex orderMutex;
+    const auto note = [&](const char* text) {
+        const QMutexLocker lock(&orderMutex);
+        order.append(QLatin1String(text));
+    };
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories, [&](const QByteArray&) {
+        if (QThread::currentThread() != &first)
+            return;
+        reached.release();
+        gate.acquire();
+    });
+    connect(
+        &first, &WorkThread::stepInfo, &first, [&] { note("first"); }, Qt::DirectConnection);
+    connect(
+        &second, &WorkThread::stepInfo, &second, [&] { note("second"); }, Qt::DirectConnection);
+    first.start();
+    QVERIFY(reached.tryAcquire(1, 30000));
+    second.start();
+    const bool secondEnds = second.wait(300);
+    gate.release(1000);
+    QVERIFY(first.wait(30000));
+    QVERIFY(second.wait(30000));
+    QVERIFY(!secondEnds);
+    QCOMPARE(order, texts({"first", "first", "second", "second"}));
 }
 
 static int run(int argc, char** argv)
