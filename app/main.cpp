@@ -1,6 +1,7 @@
 #include "app/mainwindow/orvexmanager.h"
 #include "app/myapplication.h"
 #include "common/Log.h"
+#include "common/PackageGenerators.h"
 
 #include <QDesktopWidget>
 
@@ -30,6 +31,7 @@ int main(int argc, char** argv)
         logX(2, "main:----OrvexManager has already started----");
         return 0;
     }
+    removeScratchLeftOver();
     OrvexManager window(nullptr);
     application.m_pMainWindow = &window;
     window.show();

@@ -10,8 +10,10 @@
 
 #include <QByteArray>
 
+#include <filesystem>
 #include <strings.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -45,6 +47,16 @@ void packing::removeScratch(const char* processPath)
 {
     const QByteArray scratch = QByteArray(processPath) + store::templates + "/" + store::temp;
     utl_DelDirRecursively(scratch.constData());
+}
+
+void removeScratchLeftOver()
+{
+    bool found = false;
+    const QByteArray process = processDirectory(true, &found);
+    if (!found)
+        return;
+    std::error_code error; // what cannot be removed stays
+    std::filesystem::remove_all((process + store::templates + "/" + store::temp).constData(), error);
 }
 
 bool genFilePack(const char* name, int type)

@@ -13,6 +13,10 @@ constexpr char cusUpdateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeCu
 
 } // namespace packing
 
+/// Removes what stands at `template/Temp` while no generator runs, the left-over of a process that was killed in the
+/// midst of one; without a command. A link goes, what it points at stays.
+void removeScratchLeftOver();
+
 /// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again.
 ///
 /// @param name  "OrvexClient_Linux64", "OrvexClient_MacOS" or "OrvexCusUpd"; the case of the latter two does not

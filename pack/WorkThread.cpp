@@ -29,6 +29,7 @@ void WorkThread::tell(const char* key)
 void WorkThread::run()
 {
     const std::lock_guard<std::mutex> work(s_work);
+    removeScratchLeftOver();
     bool result = false;
     if (m_ulGenMask & PackageSetup) {
         logX(4, "gensetup begin.");

@@ -150,6 +150,7 @@ private slots:
     void theEventLoopGivesTheExitCode();
     void childrenAndWorkingDirectoryStayAsTheyWere();
     void aSecondStartLogsALineAndBuildsNoWindow();
+    void theLeftOverOfAKilledRunGoesAtTheNextStart();
     void theRoadGoesThroughAPathWithBlanksAndChineseCharacters();
     void aDirectoryTooDeepForTheHistoryIsRefusedWithALine();
 
@@ -254,8 +255,11 @@ void TstMain::aSecondStartLogsALineAndBuildsNoWindow()
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
     QCOMPARE(fcntl(descriptor, F_SETLK, &lock), 0);
+    // A worker of the first instance may be at work there.
+    installation::writeFile(root + QLatin1String("template/Temp/OrvexClient/client"), "in use");
     start(root, "second");
     close(descriptor);
+    QCOMPARE(installation::readFile(root + QLatin1String("template/Temp/OrvexClient/client")), QByteArray("in use"));
     QCOMPARE(m_exitCode, 0);
     QCOMPARE(told("box"), QStringLiteral("Orvex Customisation Manager"));
     QCOMPARE(told("main windows"), QStringLiteral("0"));
@@ -263,6 +267,16 @@ void TstMain::aSecondStartLogsALineAndBuildsNoWindow()
     const QByteArrayList lines = installation::readFile(log).trimmed().split('\n');
     QCOMPARE(lines.last().mid(20), QByteArray("[WRN]main:----OrvexManager has already started----"));
     QVERIFY(!installation::readFile(log).contains("GetCurAllCustoms"));
+}
+
+void TstMain::theLeftOverOfAKilledRunGoesAtTheNextStart()
+{
+    const QString root = makeInstallation(QStringLiteral("orvex"));
+    installation::writeFile(root + QLatin1String("template/Temp/OrvexClient/custom/MainIcon.ico"), "of a killed run");
+    installation::writeFile(root + QLatin1String("template/OrvexClient_Linux64.tar.gz"), "stays");
+    start(root, "first");
+    QCOMPARE(installation::namesIn(root + QLatin1String("template")),
+             QStringList{QStringLiteral("OrvexClient_Linux64.tar.gz")});
 }
 
 void TstMain::theRoadGoesThroughAPathWithBlanksAndChineseCharacters()

@@ -61,6 +61,8 @@ private slots:
     void textsFollowTheLanguage();
     void threadWithoutAnApplicationTellsNoTexts();
     void threadMayRunTwice();
+    void leftOverOfAKilledRunGoesBeforeTheFirstStep_data();
+    void leftOverOfAKilledRunGoesBeforeTheFirstStep();
     void aThreadWaitsForAnEarlierOneBeforeItsFirstStep();
 };
 
@@ -372,6 +374,46 @@ void TstWorkThread::threadMayRunTwice()
     }
     QTRY_COMPARE(results.count(), 2);
     QCOMPARE(results.at(1), results.at(0));
+}
+
+void TstWorkThread::leftOverOfAKilledRunGoesBeforeTheFirstStep_data()
+{
+    QTest::addColumn<int>("mask");
+    QTest::addColumn<QString>("leftOver"); // a command that makes it, in template/
+    const QString tree = QStringLiteral("mkdir -p Temp/OrvexClient/custom; touch Temp/OrvexClient/custom/MainIcon.ico "
+                                        "Temp/.hidden 'Temp/a b'; ln -s ../../elsewhere Temp/OrvexClient/link");
+    QTest::newRow("nothing, no step") << 0 << "true";
+    QTest::newRow("tree, no step") << 0 << tree;
+    QTest::newRow("tree, setup") << 1 << tree;
+    QTest::newRow("tree, update") << 2 << tree;
+    QTest::newRow("tree, customised update") << 4 << tree;
+    QTest::newRow("plain file, setup") << 1 << "touch Temp";
+    QTest::newRow("link, setup") << 1 << "ln -s ../elsewhere Temp";
+}
+
+void TstWorkThread::leftOverOfAKilledRunGoesBeforeTheFirstStep()
+{
+    QFETCH(const int, mask);
+    QFETCH(const QString, leftOver);
+    installation::writeFile(path(QStringLiteral("elsewhere/kept")), "kept");
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template"))));
+    installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), leftOver}, path(QStringLiteral("template")));
+    QStringList first;
+    bool isSeen = false;
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories, [&](const QByteArray&) {
+        if (!isSeen)
+            first = installation::namesIn(path(QStringLiteral("template")));
+        isSeen = true;
+    });
+    WorkThread thread(static_cast<unsigned long>(mask), 1);
+    thread.start();
+    QVERIFY(thread.wait(30000));
+    QCOMPARE(first, QStringList());
+    QCOMPARE(isSeen, mask != 0);
+    if (mask == 0)
+        QCOMPARE(installation::namesIn(path(QStringLiteral("template"))), QStringList());
+    QCOMPARE(installation::namesIn(path(QStringLiteral("elsewhere"))), texts({"kept"}));
+    QVERIFY(QDir(path(QStringLiteral("elsewhere"))).removeRecursively());
 }
 
 void TstWorkThread::aThreadWaitsForAnEarlierOneBeforeItsFirstStep()
