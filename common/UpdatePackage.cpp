@@ -8,8 +8,12 @@
 #include "common/Version.h"
 
 #include <QByteArray>
+#include <QtEndian>
 
+#include <algorithm>
 #include <cstdio>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -38,6 +42,51 @@ QByteArray commentText(const char* timeString, const char* timeStamp, const char
         addLine(QByteArray("@timeFmt: ") + timeString);
     }
     return text;
+}
+
+// The end-of-central-directory record of a ZIP (APPNOTE 4.3.16).
+constexpr char s_endSignature[] = "PK\5\6";
+constexpr int s_endSize = 22;
+constexpr int s_longestComment = 65535;
+
+/// Whether the ZIP ends in such a record, which names a central directory before it.
+///
+/// @param tail    the last bytes of the file, up to the longest possible record
+/// @param before  bytes of the file before them
+bool endsInDirectory(const QByteArray& tail, quint64 before)
+{
+    for (int at = tail.lastIndexOf(s_endSignature); at >= 0;
+         at = at > 0 ? tail.lastIndexOf(s_endSignature, at - 1) : -1) {
+        if (at + s_endSize > tail.size())
+            continue;
+        const char* const record = tail.constData() + at;
+        const quint64 size = qFromLittleEndian<quint32>(record + 12);
+        const quint64 offset = qFromLittleEndian<quint32>(record + 16);
+        const int comment = qFromLittleEndian<quint16>(record + 20);
+        // These values stand in a record of 64 bits instead.
+        const bool isElsewhere = size == 0xFFFFFFFF || offset == 0xFFFFFFFF;
+        if (at + s_endSize + comment == tail.size() && (isElsewhere || offset + size <= before + quint64(at)))
+            return true;
+    }
+    return false;
+}
+
+/// Removes a ZIP that was cut short: the archiver cannot update it and would leave it as it is. Without a command.
+void removeDamagedZip(const QByteArray& path)
+{
+    struct stat status = {};
+    if (stat(path.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return;
+    FILE* file = fopen(path.constData(), "rb");
+    if (!file)
+        return;
+    const off_t tailSize = std::min<off_t>(status.st_size, s_endSize + s_longestComment);
+    QByteArray tail(int(tailSize), '\0');
+    const bool isRead = fseeko(file, status.st_size - tailSize, SEEK_SET) == 0 &&
+                        fread(tail.data(), 1, size_t(tailSize), file) == size_t(tailSize);
+    fclose(file);
+    if (isRead && !endsInDirectory(tail, quint64(status.st_size - tailSize)))
+        unlink(path.constData());
 }
 
 /// What differs between the systems, the words of the log lines included.
@@ -129,6 +178,7 @@ bool ZipUpdFiles(int type, int os, bool withVersion)
     logX(4, "ZipUpdFiles zipfile: %s", zip.constData());
     // Contract: the name carries its quotes, so no such file exists; an earlier ZIP stays and is updated in place.
     utl_DeleteFile(zip.constData());
+    removeDamagedZip(zip.mid(1, zip.size() - 2));
 
     const QByteArray command =
         "cd \"" + directory + "\";\"" + process + store::archiver + "\" a " + zip + " " + store::comment + " " + member;

@@ -39,6 +39,11 @@ private slots:
     void zipAlwaysAnswersFalse();
     void zipTakesTheArchiveAwayAndLeavesTheManifest();
     void earlierZipIsNotDeletedButUpdatedInPlace();
+    void damagedZipIsMadeAnew_data();
+    void damagedZipIsMadeAnew();
+    void wholeZipStays_data();
+    void wholeZipStays();
+    void whatIsNoFileInPlaceOfTheZipStays();
 
     void linuxCommandsAndLogComeInOrder();
     void macosCommandsAndLogComeInOrder();
@@ -412,6 +417,94 @@ void TstUpdatePackage::earlierZipIsNotDeletedButUpdatedInPlace()
     installation::unpackZip(linuxZip(), path(QStringLiteral("work/zip")));
     QCOMPARE(installation::readFile(path(QStringLiteral("work/zip/comment.txt"))), QByteArray("new comment"));
     QCOMPARE(installation::readFile(path(QStringLiteral("work/zip/kept.txt"))), QByteArray("put in by hand"));
+}
+
+namespace {
+
+/// A ZIP in the place of the package: `comment.txt` and `kept.txt`, made by the archiver.
+QByteArray makeEarlierZip()
+{
+    installation::writeFile(path(QStringLiteral("OrvexUpdate/comment.txt")), "old");
+    installation::writeFile(path(QStringLiteral("OrvexUpdate/kept.txt")), QByteArray(1000, 'k'));
+    installation::run(QStringLiteral(ORVEX_ARCHIVER),
+                      {QStringLiteral("a"), QStringLiteral("-mx0"), linuxZip(), QStringLiteral("comment.txt"),
+                       QStringLiteral("kept.txt")},
+                      path(QStringLiteral("OrvexUpdate")));
+    installation::writeFile(path(QStringLiteral("OrvexUpdate/comment.txt")), "new comment");
+    installation::writeFile(path(QStringLiteral("OrvexUpdate/Dot1X_OrvexClient_Linux64.tar.gz")), "archive");
+    return installation::readFile(linuxZip());
+}
+
+} // namespace
+
+void TstUpdatePackage::damagedZipIsMadeAnew_data()
+{
+    QTest::addColumn<int>("cutInFront");
+    QTest::addColumn<int>("kept"); // negative: cut at the end
+    QTest::addColumn<QByteArray>("added");
+
+    QTest::newRow("empty") << 0 << 0 << QByteArray();
+    QTest::newRow("one byte") << 0 << 1 << QByteArray();
+    QTest::newRow("cut in the first member") << 0 << 40 << QByteArray();
+    QTest::newRow("cut in the middle") << 0 << 500 << QByteArray();
+    QTest::newRow("cut in the central directory") << 0 << -60 << QByteArray();
+    QTest::newRow("without the record") << 0 << -22 << QByteArray();
+    QTest::newRow("without the last byte") << 0 << -1 << QByteArray();
+    QTest::newRow("the record alone") << -22 << 22 << QByteArray();
+    QTest::newRow("without its first byte") << 1 << 100000 << QByteArray();
+    QTest::newRow("bytes behind the record") << 0 << 100000 << QByteArray("behind");
+    QTest::newRow("no ZIP at all") << 0 << 0 << QByteArray("no archive\n");
+    QTest::newRow("large, no record") << 0 << 0 << QByteArray(200000, 'P');
+}
+
+void TstUpdatePackage::damagedZipIsMadeAnew()
+{
+    QFETCH(const int, cutInFront);
+    QFETCH(const int, kept);
+    QFETCH(const QByteArray, added);
+    const QByteArray whole = makeEarlierZip();
+    const QByteArray rest = cutInFront < 0 ? whole.right(-cutInFront) : whole.mid(cutInFront);
+    installation::writeFile(linuxZip(), (kept < 0 ? rest.chopped(-kept) : rest.left(kept)) + added);
+    CommandRecorder recorder;
+    QVERIFY(!zipQuietly());
+    QCOMPARE(recorder.commands().size(), 2);
+    QStringList members = installation::zipMembers(linuxZip());
+    members.sort();
+    QCOMPARE(members, texts({"Dot1X_OrvexClient_Linux64.tar.gz", "comment.txt"}));
+    installation::unpackZip(linuxZip(), path(QStringLiteral("work/zip")));
+    QCOMPARE(installation::readFile(path(QStringLiteral("work/zip/comment.txt"))), QByteArray("new comment"));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstUpdatePackage::wholeZipStays_data()
+{
+    QTest::addColumn<QByteArray>("comment");
+
+    QTest::newRow("without a comment") << QByteArray();
+    QTest::newRow("with a comment") << QByteArray("made by hand");
+    QTest::newRow("with the longest comment") << QByteArray(65535, 'c');
+    QTest::newRow("with the signature in the comment") << QByteArray("PK\5\6 and PK\5\6");
+}
+
+void TstUpdatePackage::wholeZipStays()
+{
+    QFETCH(const QByteArray, comment);
+    QByteArray whole = makeEarlierZip();
+    whole[whole.size() - 2] = char(comment.size() & 0xFF);
+    whole[whole.size() - 1] = char(comment.size() >> 8);
+    installation::writeFile(linuxZip(), whole + comment);
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    QVERIFY(!zipQuietly());
+    QVERIFY(installation::readFile(linuxZip()) == whole + comment);
+}
+
+void TstUpdatePackage::whatIsNoFileInPlaceOfTheZipStays()
+{
+    makeEarlierZip();
+    QVERIFY(QFile::remove(linuxZip()));
+    QVERIFY(QDir().mkpath(linuxZip()));
+    QVERIFY(!zipQuietly());
+    QVERIFY(QFileInfo(linuxZip()).isDir());
 }
 
 void TstUpdatePackage::linuxCommandsAndLogComeInOrder()
