@@ -118,10 +118,11 @@ bool utl_GenCustomInfoVerify(unsigned long* out, char* xmlPath)
         qDebug() << "failed to fopen vrfFile";
         return false;
     }
-    fwrite(block, 1, sizeof block, file);
-    fflush(file);
-    fclose(file);
-    return true;
+    const bool isWritten = fwrite(block, 1, sizeof block, file) == sizeof block && fflush(file) == 0;
+    if (fclose(file) == 0 && isWritten)
+        return true;
+    unlink(vrfPath.constData());
+    return false;
 }
 
 bool utl_CusXmlVerify(const char* dir)

@@ -14,9 +14,10 @@ constexpr unsigned long uiCustomInfoLen = 40588;
 /// Not for two threads at once, together with utl_CusXmlVerify: both use one buffer.
 ///
 /// @param out      set after a failure: 301 no size, 302 document larger than uiCustomInfoLen, 303 document not
-///                 readable, 306 no key. A verification file that cannot be opened sets nothing.
+///                 readable, 306 no key. A verification file that cannot be opened, or not written whole, sets
+///                 nothing.
 /// @param xmlPath  path of the document, local 8-bit encoding
-/// @return         true when the file was written
+/// @return         true when the file was written; one that could not be written whole is removed
 bool utl_GenCustomInfoVerify(unsigned long* out, char* xmlPath);
 
 /// Tests the document in `dir` (without trailing "/") against the verification file beside it. Each failure is logged.

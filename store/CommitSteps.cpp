@@ -1,6 +1,7 @@
 #include "store/CommitSteps.h"
 
 #include "common/CustomInfoVerify.h"
+#include "common/Log.h"
 #include "common/ShellCommand.h"
 #include "common/StorePaths.h"
 #include "common/TimeText.h"
@@ -15,12 +16,21 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sys/stat.h>
+#include <system_error>
+
+namespace fs = std::filesystem;
 
 namespace store {
 
 namespace {
+
+bool holdsCopies(const fs::path& directory, const fs::path& copies, bool withHidden);
 
 struct IconFile
 {
@@ -83,6 +93,46 @@ void makeReadable(const QByteArray& path)
         chmod(path.constData(), (status.st_mode & 07777) | S_IRUSR | S_IRGRP | S_IROTH);
 }
 
+bool haveEqualBytes(const fs::path& first, const fs::path& second)
+{
+    using Bytes = std::istreambuf_iterator<char>;
+    std::ifstream firstFile(first, std::ios::binary);
+    std::ifstream secondFile(second, std::ios::binary);
+    return firstFile && secondFile && std::equal(Bytes(firstFile), Bytes(), Bytes(secondFile), Bytes());
+}
+
+/// Whether `copy` is what a copying of `original`, links as links, leaves there.
+bool isCopy(const fs::directory_entry& original, const fs::path& copy)
+{
+    std::error_code error;
+    const fs::file_status status = original.symlink_status(error);
+    if (error || fs::symlink_status(copy, error).type() != status.type())
+        return false;
+    switch (status.type()) {
+    case fs::file_type::regular:
+        return haveEqualBytes(original.path(), copy);
+    case fs::file_type::symlink:
+        return fs::read_symlink(original.path(), error) == fs::read_symlink(copy, error) && !error;
+    case fs::file_type::directory:
+        return holdsCopies(original.path(), copy, true);
+    default:
+        return true; // a pipe is not looked into
+    }
+}
+
+/// Whether all names of the one directory are in the other as they are; what else that holds does not count.
+bool holdsCopies(const fs::path& directory, const fs::path& copies, bool withHidden)
+{
+    std::error_code error;
+    fs::directory_iterator entry(directory, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const fs::path name = entry->path().filename();
+        if ((withHidden || name.native().front() != '.') && !isCopy(*entry, copies / name))
+            return false;
+    }
+    return !error;
+}
+
 } // namespace
 
 CommitDirectories prepareDirectories(const QByteArray& root)
@@ -141,6 +191,8 @@ void keepCopy(const CommitDirectories& directories, quint64 timeStamp)
     const QByteArray copy = "cp  -Rf \"" + directories.working + "\"* \"" + stored + "/\"";
     runShellCommand(copy);
     qDebug() << copy;
+    if (!holdsCopies(directories.working.constData(), stored.constData(), false))
+        logX(1, "keepCopy: %s is no whole copy of %s", stored.constData(), directories.working.constData());
 }
 
 } // namespace store

@@ -28,7 +28,8 @@ CommitDirectories prepareDirectories(const QByteArray& root);
 /// @param brand  brand byte of the program
 void stamp(CommonInfo& common, long long now, unsigned char brand);
 
-/// Writes the document of the record, as it stands, beside the icons that it names. Nothing here reports a failure.
+/// Writes the document of the record, as it stands, beside the icons that it names. What could not be written whole is
+/// removed, so that it has no verification; nothing else here reports a failure.
 ///
 /// @param working  with a trailing slash
 /// @return         path of the document
@@ -46,7 +47,8 @@ void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working);
 bool writeVerification(const QByteArray& documentPath);
 
 /// Copies all names of the working directory, but the hidden ones, into the customisation's directory in the history,
-/// and overwrites what a commit of the same second left there. By command, without looking at the result.
+/// and overwrites what a commit of the same second left there. By command; a log line tells when not all of them have
+/// arrived there as they are.
 void keepCopy(const CommitDirectories& directories, quint64 timeStamp);
 
 } // namespace store

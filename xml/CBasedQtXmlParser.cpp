@@ -184,8 +184,15 @@ bool CBasedQtXmlParser::SaveXmlFile(const QString& path)
     stream.setCodec("UTF-8");
     stream << m_qstrXML;
     stream.flush();
+    const bool isWhole = stream.status() == QTextStream::Ok && file.flush();
     file.close();
-    return true;
+    if (isWhole)
+        return true;
+    // What is cut short must not pass for a document. A device stays where it is.
+    if (QFileInfo(path).isFile())
+        file.remove();
+    logX(1, "SaveXmlFile: can not write file!");
+    return false;
 }
 
 bool CBasedQtXmlParser::GetValue(bool compact)

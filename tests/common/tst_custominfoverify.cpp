@@ -1,6 +1,7 @@
 #include "common/CustomInfoVerify.h"
 #include "common/KeyGen.h"
 #include "support/CommandRecorder.h"
+#include "support/FullDisk.h"
 #include "support/Installation.h"
 #include "support/Interposed.h"
 #include "support/TestEntry.h"
@@ -169,6 +170,9 @@ private slots:
     void linkInPlaceOfTheOldFileIsReplaced();
     void fileThatDoesNotOpenIsToldOnTheDebugOutputAlone_data();
     void fileThatDoesNotOpenIsToldOnTheDebugOutputAlone();
+
+    void fileThatCannotBeWrittenWholeIsNotMade_data();
+    void fileThatCannotBeWrittenWholeIsNotMade();
 
     void generatedFilePassesTheTest_data();
     void generatedFilePassesTheTest();
@@ -462,6 +466,32 @@ void TstCustomInfoVerify::fileThatDoesNotOpenIsToldOnTheDebugOutputAlone()
     QCOMPARE(answer.done, false);
     QCOMPARE(answer.number, 77UL);
     QCOMPARE(errors(), QStringList());
+}
+
+void TstCustomInfoVerify::fileThatCannotBeWrittenWholeIsNotMade_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::addColumn<bool>("isMade");
+    QTest::newRow("none") << 0 << false;
+    QTest::newRow("one byte short") << 255 << false;
+    QTest::newRow("exactly") << 256 << true;
+}
+
+void TstCustomInfoVerify::fileThatCannotBeWrittenWholeIsNotMade()
+{
+    QFETCH(const int, room);
+    QFETCH(const bool, isMade);
+    installation::writeFile(documentPath(), document);
+    installation::writeFile(generatedPath(), "former");
+    Generated result = {};
+    {
+        const FullDisk disk{rlim_t(room)};
+        result = generate(documentPath());
+    }
+    QCOMPARE(result.done, isMade);
+    QCOMPARE(result.number, 77UL);
+    QCOMPARE(QFile::exists(generatedPath()), isMade);
+    QCOMPARE(generated().size(), isMade ? 256 : 0);
 }
 
 void TstCustomInfoVerify::generatedFilePassesTheTest_data()

@@ -6,6 +6,7 @@
 #include "pack/WorkThread.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
+#include "support/FullDisk.h"
 #include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
 #include "support/TestEntry.h"
@@ -16,9 +17,7 @@
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <pthread.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using windowplay::click;
@@ -27,30 +26,6 @@ namespace {
 
 std::atomic<bool> s_isLost{false}; // the worker does not find the directory of the executable
 pthread_t s_main;
-
-/// While it lives no file can grow beyond the size, as on a full disk; what exists stays as it is.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t size)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        m_handler = signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit = {size, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        signal(SIGXFSZ, m_handler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_before = {};
-    void (*m_handler)(int) = SIG_DFL;
-};
 
 /// Makes a document that fits as it is, and that a remark of 120 characters makes too long.
 void fillUp(CustomInfo& record)
@@ -98,7 +73,9 @@ private slots:
     void aFailedGeneratorIsFollowedByHistoryAndReportAllTheSame();
     void missingTemplatesAreFollowedByHistoryAndReportAllTheSame();
     void aCustomisationThatCannotBeCopiedIsListedUntilTheNextStart();
-    void aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart();
+    void aFullDiskIsToldAndNothingIsStored_data();
+    void aFullDiskIsToldAndNothingIsStored();
+    void aDiskThatFillsUpAtTheCopyIsLoggedAndItsEntryGoesAtTheNextStart();
 };
 
 void TstOrvexManagerFailures::cancelChangesNothing()
@@ -248,7 +225,41 @@ void TstOrvexManagerFailures::aCustomisationThatCannotBeCopiedIsListedUntilTheNe
     QVERIFY(nextStart.history().isEmpty());
 }
 
-void TstOrvexManagerFailures::aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart()
+void TstOrvexManagerFailures::aFullDiskIsToldAndNothingIsStored_data()
+{
+    QTest::addColumn<qint64>("room"); // for each file
+    QTest::newRow("none at all") << qint64(0);
+    QTest::newRow("for one byte") << qint64(1);
+    QTest::newRow("for the verification file alone") << qint64(256);
+    QTest::newRow("for half of the document") << qint64(2048);
+}
+
+void TstOrvexManagerFailures::aFullDiskIsToldAndNothingIsStored()
+{
+    QFETCH(const qint64, room);
+    storeRow(1600000000, "2020-09-13 20:26:40", "old");
+    const QStringList before = installation::describeTree(inHistory());
+    OrvexManager window(nullptr);
+    window.show();
+    ShownBox shown;
+    QStringList complaints;
+    {
+        const FullDisk disk{rlim_t(room)};
+        complaints = commitInVain(window, shown);
+    }
+    QCOMPARE(complaints, QStringList());
+    QVERIFY(isWarning(shown, window, "GenVrfFailed"));
+    QCOMPARE(installation::namesIn(inWorking()), QStringList());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(installation::describeTree(inHistory()), before);
+    // With room again the next one is whole.
+    QCOMPARE(commit(window), QStringList());
+    QCOMPARE(window.history().size(), 2);
+    QCOMPARE(installation::namesIn(inStored()), documentFiles());
+    QVERIFY(utl_CusXmlVerify(inStored().chopped(1).toLocal8Bit().constData()));
+}
+
+void TstOrvexManagerFailures::aDiskThatFillsUpAtTheCopyIsLoggedAndItsEntryGoesAtTheNextStart()
 {
     storeRow(1600000000, "2020-09-13 20:26:40", "old");
     const QStringList before = installation::describeTree(inHistory(QStringLiteral("1600000000")));
@@ -257,13 +268,17 @@ void TstOrvexManagerFailures::aFullDiskIsNotNoticedAndItsEntryGoesAtTheNextStart
         window.show();
         QStringList complaints;
         {
-            const FullDisk disk(0);
+            QScopedPointer<FullDisk> disk;
+            const CommandRecorder recorder(CommandRecorder::Run, [&disk](const QByteArray& command) {
+                if (command.startsWith("cp  -Rf "))
+                    disk.reset(new FullDisk(1000));
+            });
             complaints = commit(window);
         }
         QCOMPARE(complaints, QStringList());
         QCOMPARE(window.history().size(), 2);
-        QCOMPARE(installation::readFile(inWorking(QStringLiteral("OrvexCustom.xml"))), QByteArray());
-        // What is not there is noticed when it is chosen.
+        QCOMPARE(installation::namesIn(inWorking()), documentFiles());
+        // What is not whole is noticed when it is chosen.
         child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(1);
         QCOMPARE(child<QComboBox>(window, "comboBox_defaultCus")->currentIndex(), 0);
     }

@@ -52,6 +52,8 @@ private slots:
     void theDirectoryOfTheCopyIsNamedBySigned32Bits_data();
     void theDirectoryOfTheCopyIsNamedBySigned32Bits();
     void aSecondCopyOfTheSameSecondOverwritesTheFirst();
+    void aCopyThatIsNotWholeIsLogged_data();
+    void aCopyThatIsNotWholeIsLogged();
 };
 
 namespace {
@@ -356,6 +358,7 @@ void TstCommitSteps::theCopyHoldsAllButHiddenNames()
     QStringList kept = installation::namesIn(path(QStringLiteral("custom")));
     kept.removeAll(QStringLiteral(".hidden"));
     QVERIFY(kept.size() > 4);
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
     QCOMPARE(installation::namesIn(path(QStringLiteral("UpdateCustom/1700000000"))), kept);
 }
 
@@ -384,6 +387,69 @@ void TstCommitSteps::aSecondCopyOfTheSameSecondOverwritesTheFirst()
     installation::makeCustomisation("second");
     store::keepCopy(directories(), 1700000000);
     QVERIFY(installation::readFile(path(QStringLiteral("UpdateCustom/1700000000/OrvexCustom.xml"))).contains("second"));
+}
+
+void TstCommitSteps::aCopyThatIsNotWholeIsLogged_data()
+{
+    QTest::addColumn<QString>("before"); // commands that prepare custom/ and UpdateCustom/1700000000/
+    QTest::addColumn<QString>("copied"); // what is run in the place of the copying; empty: the copying itself
+    QTest::addColumn<bool>("isWhole");
+    const QString copy = QStringLiteral("cp -Rf custom/* UpdateCustom/1700000000/; ");
+    QTest::newRow("all") << "true"
+                         << "" << true;
+    QTest::newRow("nothing to copy") << "rm -r custom/*"
+                                     << "" << true;
+    QTest::newRow("tree, links, a hidden name and a pipe")
+        << "mkdir -p custom/a/b; echo 1 > custom/a/b/c; echo 2 > custom/a/.d; echo 3 > custom/.e; "
+           "ln -s OrvexCustom.xml custom/link; ln -s nowhere custom/dangling; mkfifo custom/pipe"
+        << "" << true;
+    QTest::newRow("more than asked for") << "mkdir -p UpdateCustom/1700000000; touch UpdateCustom/1700000000/icon"
+                                         << "" << true;
+    QTest::newRow("nothing copied") << "true"
+                                    << "true" << false;
+    QTest::newRow("plain file in the place of the copy") << "mkdir UpdateCustom; touch UpdateCustom/1700000000"
+                                                         << "" << false;
+    QTest::newRow("document cut short") << "true"
+                                        << copy +
+                                               QLatin1String("truncate -s -1 UpdateCustom/1700000000/OrvexCustom.xml")
+                                        << false;
+    QTest::newRow("one byte differs, last file")
+        << "true"
+        << copy +
+               QLatin1String(
+                   "printf x | dd conv=notrunc bs=1 seek=9 of=UpdateCustom/1700000000/OrvexCustomXml.vrf 2>/dev/null")
+        << false;
+    QTest::newRow("icon missing") << "true" << copy + QLatin1String("rm UpdateCustom/1700000000/MainIcon.ico") << false;
+    QTest::newRow("below a directory") << "mkdir -p custom/a/b; echo 1 > custom/a/b/.c"
+                                       << copy + QLatin1String("rm UpdateCustom/1700000000/a/b/.c") << false;
+    QTest::newRow("directory in the place of a file")
+        << "true" << copy + QLatin1String("cd UpdateCustom/1700000000; rm MainIcon.ico; mkdir MainIcon.ico") << false;
+    QTest::newRow("link to elsewhere") << "ln -s OrvexCustom.xml custom/link"
+                                       << copy + QLatin1String("ln -sfn MainIcon.ico UpdateCustom/1700000000/link")
+                                       << false;
+}
+
+void TstCommitSteps::aCopyThatIsNotWholeIsLogged()
+{
+    QFETCH(const QString, before);
+    QFETCH(const QString, copied);
+    QFETCH(const bool, isWhole);
+    const auto run = [](const QString& commands) {
+        installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), commands}, installation::root());
+    };
+    installation::makeCustomisation("one");
+    run(before);
+    {
+        const CommandRecorder recorder(copied.isEmpty() ? CommandRecorder::Run : CommandRecorder::MakeDirectories,
+                                       [&](const QByteArray& command) {
+                                           if (!copied.isEmpty() && command.startsWith("cp "))
+                                               run(copied);
+                                       });
+        store::keepCopy(directories(), 1700000000);
+    }
+    const QString line = QStringLiteral("keepCopy: {root}UpdateCustom/1700000000 is no whole copy of {root}custom/");
+    QCOMPARE(withoutRoot(installation::logMessages(QStringLiteral("[ERR]")).join(QLatin1Char('\n')).toLocal8Bit()),
+             isWhole ? QString() : line);
 }
 
 TEST_ENTRY(commitsteps, runGuilessTest<TstCommitSteps>)

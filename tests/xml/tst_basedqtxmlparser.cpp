@@ -1,3 +1,4 @@
+#include "support/FullDisk.h"
 #include "support/Installation.h"
 #include "support/TestEntry.h"
 #include "xml/CBasedQtXmlParser.h"
@@ -92,6 +93,9 @@ private slots:
     void savingWhereNoFileOpensIsLoggedAndRefused();
     void savingANullDocumentLeavesTheFileTruncated();
     void savingADocumentWithNothingInItLeavesTheFileTruncated();
+    void fileThatCannotBeWrittenWholeIsRemoved_data();
+    void fileThatCannotBeWrittenWholeIsRemoved();
+    void deviceThatTakesNothingStays();
 
     void addedTextStandsAsItIs_data();
     void addedTextStandsAsItIs();
@@ -454,6 +458,58 @@ void TstBasedQtXmlParser::savingADocumentWithNothingInItLeavesTheFileTruncated()
     QCOMPARE(QFileInfo(documentPath()).size(), qint64(0));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              QStringList(QStringLiteral("GetValue:stream is NULL")));
+}
+
+void TstBasedQtXmlParser::fileThatCannotBeWrittenWholeIsRemoved_data()
+{
+    QTest::addColumn<int>("length"); // of the text in the document
+    QTest::addColumn<int>("room");
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("small, no room") << 10 << 0 << false;
+    QTest::newRow("small, one byte short") << 10 << 17 << false;
+    QTest::newRow("small, exactly") << 10 << 18 << true;
+    QTest::newRow("beyond one buffer, cut in the first") << 40000 << 1000 << false;
+    QTest::newRow("beyond one buffer, cut in the second") << 40000 << 20000 << false;
+    QTest::newRow("beyond one buffer, one byte short") << 40000 << 40007 << false;
+    QTest::newRow("beyond one buffer, exactly") << 40000 << 40008 << true;
+}
+
+void TstBasedQtXmlParser::fileThatCannotBeWrittenWholeIsRemoved()
+{
+    QFETCH(const int, length);
+    QFETCH(const int, room);
+    QFETCH(const bool, isSaved);
+    installation::writeFile(documentPath(), "former");
+    const QString text = QString(length, QLatin1Char('x'));
+    Parser parser;
+    QVERIFY(parser.LoadXml(QStringLiteral("<r>%1</r>").arg(text)));
+    bool result = false;
+    {
+        const FullDisk disk{rlim_t(room)};
+        result = parser.SaveXmlFile(documentPath());
+    }
+    QCOMPARE(result, isSaved);
+    QCOMPARE(installation::readFile(documentPath()), isSaved ? "<r>" + text.toLatin1() + "</r>\n" : QByteArray());
+    QCOMPARE(QFile::exists(documentPath()), isSaved);
+    // The log has no more room than the document.
+    if (room >= 1000)
+        QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+                 isSaved ? QStringList() : QStringList(QStringLiteral("SaveXmlFile: can not write file!")));
+}
+
+void TstBasedQtXmlParser::deviceThatTakesNothingStays()
+{
+    const QString link = installation::path(QStringLiteral("full"));
+    QFile::remove(link);
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), link));
+    Parser parser;
+    QVERIFY(parser.LoadXml(QStringLiteral("<r/>")));
+    QVERIFY(!parser.SaveXmlFile(link));
+    QVERIFY(QFileInfo(link).isSymLink());
+    QVERIFY(QFile::exists(QStringLiteral("/dev/full")));
+    QVERIFY(QFile::remove(link));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList(QStringLiteral("SaveXmlFile: can not write file!")));
 }
 
 void TstBasedQtXmlParser::addedTextStandsAsItIs_data()
