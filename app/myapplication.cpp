@@ -31,6 +31,15 @@ QString processDirectoryText()
     return QString::fromLocal8Bit(processDirectory(false));
 }
 
+/// The descriptor of the lock file, made when it is missing, or -1. With O_CREAT the kernel may refuse the file of
+/// another user that is there (fs.protected_regular). A link is not followed.
+int openLockFile()
+{
+    constexpr int flags = O_RDWR | O_TRUNC | O_NOFOLLOW;
+    const int descriptor = open(s_lockPath, flags);
+    return descriptor < 0 && errno == ENOENT ? open(s_lockPath, flags | O_CREAT, 0666) : descriptor;
+}
+
 } // namespace
 
 CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv)
@@ -112,7 +121,7 @@ bool CMyApplication::isAlreadyRunning()
 
     // The file stays writable for every user of the machine.
     const mode_t oldMask = umask(0);
-    const int descriptor = open(s_lockPath, O_RDWR | O_CREAT | O_TRUNC, 0666);
+    const int descriptor = openLockFile();
     const int openError = errno;
     umask(oldMask);
     if (descriptor < 0) {

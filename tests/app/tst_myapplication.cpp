@@ -53,6 +53,7 @@ struct Watch
     struct flock lock;
     int openError;           // not 0: the lock file cannot be opened
     int lockError;           // not 0: no lock is given
+    bool isProtected;        // with O_CREAT a lock file that is there cannot be opened, as one of another user
     bool isDirectoryMissing; // the directory of the lock file does not seem to exist
     const char* movedLock;   // not null: the lock file lies there
 };
@@ -71,7 +72,13 @@ int watchedOpen(interposed::Open::Real real, const char* path, int flags, mode_t
         errno = s_watch.openError;
         return -1;
     }
-    s_watch.openDescriptor = real(s_watch.movedLock ? s_watch.movedLock : path, flags, mode);
+    const char* const place = s_watch.movedLock ? s_watch.movedLock : path;
+    struct stat status = {};
+    if (s_watch.isProtected && (flags & O_CREAT) && stat(place, &status) == 0) {
+        errno = EACCES;
+        return -1;
+    }
+    s_watch.openDescriptor = real(place, flags, mode);
     return s_watch.openDescriptor;
 }
 
@@ -241,6 +248,7 @@ int runStart(int argc, char** argv)
     s_watch.movedLock = movedLock.empty() ? nullptr : movedLock.c_str();
     s_watch.openError = wish("openError").toInt();
     s_watch.lockError = wish("lockError").toInt();
+    s_watch.isProtected = !wish("protected").isEmpty();
     s_watch.isDirectoryMissing = !wish("missingDirectory").isEmpty();
     watch();
     if (!wish("umask").isEmpty())
@@ -553,6 +561,10 @@ private slots:
     void lockFileIsWritableForEveryUser();
     void lockFileIsEmptiedByEveryStart();
     void lockFileIsOpenedOnceInTheProcess();
+    void lockFileOfAnotherUserIsTaken_data();
+    void lockFileOfAnotherUserIsTaken();
+    void lockFileIsNeverALink_data();
+    void lockFileIsNeverALink();
     void missingDirectoryOfTheLockIsMade();
     void lockLivesAsLongAsTheProcess();
     void lockIsFreeAfterACrash();
@@ -684,8 +696,8 @@ void TstMyApplication::lockIsAWriteLockOverTheWholeFile()
 
 void TstMyApplication::lockFileIsWritableForEveryUser()
 {
-    QCOMPARE(s_start.openFlags & (O_ACCMODE | O_CREAT | O_TRUNC | O_EXCL | O_APPEND), O_RDWR | O_CREAT | O_TRUNC);
-    QCOMPARE(s_start.openMode, 0666U);
+    QCOMPARE(s_start.openFlags & (O_ACCMODE | O_TRUNC | O_EXCL | O_APPEND), O_RDWR | O_TRUNC);
+    QCOMPARE(s_start.openMode, s_start.openFlags & O_CREAT ? 0666U : 0U);
     QCOMPARE(s_start.openUmask, 0U);
 
     const World world;
@@ -728,8 +740,57 @@ void TstMyApplication::lockFileIsOpenedOnceInTheProcess()
     client.connectToServer(app().m_pLocalServer->fullServerName());
     client.disconnectFromServer();
     QTest::qWait(50);
-    QCOMPARE(s_watch.opens, 1);
+    QCOMPARE(s_watch.opens, s_start.opens);
     QCOMPARE(descriptorsOf(QString::fromLatin1(interposed::instanceLock)), 1);
+}
+
+void TstMyApplication::lockFileOfAnotherUserIsTaken_data()
+{
+    QTest::addColumn<bool>("isThere");
+    QTest::newRow("left by the other user") << true;
+    QTest::newRow("not yet made") << false;
+}
+
+void TstMyApplication::lockFileOfAnotherUserIsTaken()
+{
+    QFETCH(const bool, isThere);
+    const World world;
+    if (isThere)
+        installation::writeFile(world.lock(), "earlier");
+    const auto first = world.start({QStringLiteral("protected=1"), QStringLiteral("stay=1")});
+    QCOMPARE(first->next()[QStringLiteral("alreadyRunning")].toBool(true), false);
+    QCOMPARE(QFileInfo(world.lock()).size(), qint64(0));
+    QVERIFY(QFile::exists(world.lock()));
+    const auto second = world.start({QStringLiteral("protected=1")});
+    QVERIFY(second->next().contains(QStringLiteral("title")));
+    QCOMPARE(second->next()[QStringLiteral("alreadyRunning")].toBool(), true);
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             texts({"orvexmanager  already locked, error: Resource temporarily unavailable"}));
+}
+
+void TstMyApplication::lockFileIsNeverALink_data()
+{
+    QTest::addColumn<bool>("hasTarget");
+    QTest::newRow("to a file") << true;
+    QTest::newRow("to nowhere") << false;
+}
+
+void TstMyApplication::lockFileIsNeverALink()
+{
+    QFETCH(const bool, hasTarget);
+    const World world;
+    const QString target = world.place("letter");
+    if (hasTarget)
+        installation::writeFile(target, "kept");
+    QVERIFY(QFile::link(target, world.lock()));
+    const auto child = world.start();
+    QVERIFY(child->next().contains(QStringLiteral("title")));
+    QCOMPARE(child->next()[QStringLiteral("alreadyRunning")].toBool(), true);
+    QCOMPARE(child->exitCode(), 0);
+    QCOMPARE(QFile::exists(target), hasTarget);
+    QCOMPARE(installation::readFile(target), hasTarget ? QByteArray("kept") : QByteArray());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             texts({"Open file failed, error : Too many levels of symbolic links"}));
 }
 
 void TstMyApplication::missingDirectoryOfTheLockIsMade()
