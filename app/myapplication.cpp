@@ -8,6 +8,7 @@
 #include "common/UtilityFunc.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QIcon>
 #include <QLocalServer>
@@ -29,6 +30,23 @@ constexpr int s_socketWait = 1000; // milliseconds
 QString processDirectoryText()
 {
     return QString::fromLocal8Bit(processDirectory(false));
+}
+
+/// Where a local server of that name has its socket.
+QString socketPath(const QString& serverName)
+{
+    return QDir::cleanPath(QDir(QDir::tempPath()).absoluteFilePath(serverName));
+}
+
+/// Whether a socket stands there, and no process behind it any more.
+bool isAbandonedSocket(const QString& path)
+{
+    struct stat status = {};
+    if (lstat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISSOCK(status.st_mode))
+        return false;
+    QLocalSocket socket;
+    socket.connectToServer(path, QIODevice::ReadWrite);
+    return !socket.waitForConnected(s_socketWait) && socket.error() == QLocalSocket::ConnectionRefusedError;
 }
 
 /// The descriptor of the lock file, made when it is missing, or -1. With O_CREAT the kernel may refuse the file of
@@ -100,9 +118,9 @@ void CMyApplication::becomeFirstInstance(const QString& serverName)
             QFile::remove(m_pLocalServer->serverName());
             m_pLocalServer->listen(serverName);
         }
-        // A crash leaves its socket file behind, and a server that does not listen has no name to find it by. The lock
-        // that this process holds proves that nobody owns the socket.
-        if (!m_pLocalServer->isListening() && addressInUse()) {
+        // A crash leaves its socket file behind, and a server that does not listen has no name to find it by. Whatever
+        // else lies there, the program itself perhaps, stays.
+        if (!m_pLocalServer->isListening() && addressInUse() && isAbandonedSocket(socketPath(serverName))) {
             QLocalServer::removeServer(serverName);
             m_pLocalServer->listen(serverName);
         }

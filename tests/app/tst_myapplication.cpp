@@ -575,8 +575,9 @@ private slots:
     void listenerGoesWithTheApplication();
     void staleSocketFileIsReplaced();
     void staleSocketFileOfAForeignListenerIsReplaced();
-    void foreignListenerWithoutTheLockLosesTheName();
-    void plainFileInPlaceOfTheSocketIsReplaced();
+    void foreignListenerWithoutTheLockKeepsTheName();
+    void whatIsNoSocketInItsPlaceStays_data();
+    void whatIsNoSocketInItsPlaceStays();
     void programRunsWithoutAListener_data();
     void programRunsWithoutAListener();
 
@@ -942,21 +943,53 @@ void TstMyApplication::staleSocketFileOfAForeignListenerIsReplaced()
     compareReachable(world);
 }
 
-void TstMyApplication::foreignListenerWithoutTheLockLosesTheName()
+void TstMyApplication::foreignListenerWithoutTheLockKeepsTheName()
 {
     const World world;
     const auto foreign = world.start({QStringLiteral("role=foreign")});
     QCOMPARE(foreign->next()[QStringLiteral("serverPath")].toString(), world.socket());
-    compareReachable(world);
+    const auto first = world.start({QStringLiteral("stay=1")});
+    const QJsonObject facts = first->next();
+    QCOMPARE(facts[QStringLiteral("alreadyRunning")].toBool(true), false);
+    QCOMPARE(facts[QStringLiteral("isListening")].toBool(true), false);
+    first->order();
+    QCOMPARE(first->exitCode(), 0);
+    QVERIFY(QFile::exists(world.socket()));
+    QLocalSocket somebody;
+    somebody.connectToServer(world.socket());
+    QVERIFY(somebody.waitForConnected(1000));
     foreign->order();
-    QCOMPARE(foreign->next()[QStringLiteral("wasReached")].toBool(true), false);
+    QCOMPARE(foreign->next()[QStringLiteral("wasReached")].toBool(), true);
 }
 
-void TstMyApplication::plainFileInPlaceOfTheSocketIsReplaced()
+void TstMyApplication::whatIsNoSocketInItsPlaceStays_data()
 {
+    QTest::addColumn<QString>("command"); // prepares the place
+    QTest::newRow("the program itself") << "cp \"$0\" tst_myapplication";
+    QTest::newRow("empty file") << "touch tst_myapplication";
+    QTest::newRow("pipe") << "mkfifo tst_myapplication";
+    QTest::newRow("link to nowhere") << "ln -s nowhere tst_myapplication";
+    QTest::newRow("link to a file") << "echo kept > letter; ln -s letter tst_myapplication";
+}
+
+void TstMyApplication::whatIsNoSocketInItsPlaceStays()
+{
+    QFETCH(const QString, command);
     const World world;
-    installation::writeFile(world.socket(), "in the way");
-    compareReachable(world);
+    installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), command, path(QStringLiteral("tst_myapplication"))},
+                      world.place(""));
+    struct stat before = {};
+    QCOMPARE(lstat(QFile::encodeName(world.socket()).constData(), &before), 0);
+    const auto first = world.start({QStringLiteral("stay=1")});
+    const QJsonObject facts = first->next();
+    QCOMPARE(facts[QStringLiteral("alreadyRunning")].toBool(true), false);
+    QCOMPARE(facts[QStringLiteral("isListening")].toBool(true), false);
+    first->order();
+    QCOMPARE(first->exitCode(), 0);
+    struct stat after = {};
+    QCOMPARE(lstat(QFile::encodeName(world.socket()).constData(), &after), 0);
+    QCOMPARE(after.st_ino, before.st_ino);
+    QCOMPARE(after.st_size, before.st_size);
 }
 
 void TstMyApplication::programRunsWithoutAListener_data()
