@@ -9,13 +9,30 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+
+constexpr rlim_t s_keptFree = 256; // descriptors below the limit, for the work itself
+
+bool isAmongLastDescriptors(int descriptor)
+{
+    rlimit limit = {};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY &&
+           rlim_t(descriptor) + s_keptFree >= limit.rlim_cur;
+}
+
+} // namespace
+
 bool utl_DirectoryExists(const char* path)
 {
-    // Contract: the handle stays open for the life of the process.
-    return path && opendir(path) != nullptr;
+    DIR* const handle = path ? opendir(path) : nullptr;
+    // Contract: the handle stays open for the life of the process, as long as there are enough of them.
+    if (handle && isAmongLastDescriptors(dirfd(handle)))
+        closedir(handle);
+    return handle != nullptr;
 }
 
 bool utl_FileExists(const char* name)

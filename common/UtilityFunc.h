@@ -7,7 +7,8 @@ class QByteArray;
 // double quote breaks them.
 
 /// True when the directory can be opened; false for null.
-/// Contract: the handle is not closed, each successful call holds one descriptor for the life of the process.
+/// Contract: the handle is not closed, each successful call holds one descriptor for the life of the process. Only the
+/// last 256 descriptors below the limit of the process are not taken: from there on a handle is closed at once.
 bool utl_DirectoryExists(const char* path);
 
 /// True when the name exists, as a file or a directory; false for null, with a log line.

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -114,6 +115,8 @@ private slots:
     void directoryExists();
     void directoryLookupKeepsItsHandle();
     void directoryLookupWithoutADirectoryHoldsNothing();
+    void directoryLookupLeaves256DescriptorsFree_data();
+    void directoryLookupLeaves256DescriptorsFree();
     void fileExists_data();
     void fileExists();
     void nullNameDoesNotExistAndIsLogged();
@@ -237,6 +240,38 @@ void TstUtilityFunc::directoryLookupKeepsItsHandle()
     for (int i = 0; i < 5; ++i)
         QVERIFY(utl_DirectoryExists(m_base.constData()));
     QCOMPARE(openDescriptors(), before + 5);
+}
+
+void TstUtilityFunc::directoryLookupLeaves256DescriptorsFree_data()
+{
+    QTest::addColumn<int>("room"); // descriptors that the process may still take
+    QTest::newRow("many") << 1000;
+    QTest::newRow("a few more than are kept free") << 260;
+    QTest::newRow("one more than is kept free") << 257;
+    QTest::newRow("as many as are kept free") << 256;
+    QTest::newRow("fewer than are kept free") << 100;
+}
+
+void TstUtilityFunc::directoryLookupLeaves256DescriptorsFree()
+{
+    QFETCH(const int, room);
+    const auto lowestFree = [] {
+        const int descriptor = dup(STDOUT_FILENO);
+        close(descriptor);
+        return descriptor;
+    };
+    const int before = lowestFree();
+    rlimit usual = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit low = {rlim_t(before + room), usual.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &low), 0);
+    int found = 0;
+    for (int i = 0; i < 2 * room; ++i)
+        found += utl_DirectoryExists(m_base.constData());
+    const int after = lowestFree();
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    QCOMPARE(found, 2 * room);
+    QCOMPARE(after - before, qMax(0, room - 256));
 }
 
 void TstUtilityFunc::directoryLookupWithoutADirectoryHoldsNothing()

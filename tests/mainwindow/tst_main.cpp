@@ -1,5 +1,6 @@
 #include "app/myapplication.h"
 #include "mainwindow/CommitPlay.h"
+#include "pack/WorkThread.h"
 #include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
 #include "support/TestEntry.h"
@@ -27,7 +28,8 @@ int programMain(int argc, char** argv);
 namespace {
 
 bool s_isProgram = false;
-QByteArray s_play; // not empty: this process is the program, and plays this
+rlim_t s_hardLimit = 0; // not 0: as many descriptors at most for the program that is started
+QByteArray s_play;      // not empty: this process is the program, and plays this
 
 void tell(const char* what, const QString& value)
 {
@@ -103,6 +105,19 @@ void playCommit(const OrvexManager& window)
     QApplication::exit(0);
 }
 
+/// More than there are descriptors for.
+void playManyCommits(const OrvexManager& window)
+{
+    QStringList amiss;
+    for (int round = 0; round < 20; ++round) {
+        frozenTime = commitMoment + round;
+        amiss += commit(window, QStringLiteral("remark"), PackageSetup | PackageUpdate | PackageCusUpd);
+    }
+    tell("windows amiss", amiss.join(QLatin1Char('|')));
+    tell("rows", window.history().size());
+    QApplication::exit(0);
+}
+
 void play()
 {
     if (s_play == "second") {
@@ -120,6 +135,8 @@ void play()
         playFirst(*window);
     else if (s_play == "road")
         playRoad(*window);
+    else if (s_play == "many commits")
+        playManyCommits(*window);
     else
         playCommit(*window);
 }
@@ -151,6 +168,7 @@ private slots:
     void childrenAndWorkingDirectoryStayAsTheyWere();
     void aSecondStartLogsALineAndBuildsNoWindow();
     void theLeftOverOfAKilledRunGoesAtTheNextStart();
+    void aLimitOf1024DescriptorsIsEnough();
     void theRoadGoesThroughAPathWithBlanksAndChineseCharacters();
     void aDirectoryTooDeepForTheHistoryIsRefusedWithALine();
 
@@ -182,7 +200,9 @@ void TstMain::start(const QString& root, const char* whatToPlay, const QString& 
     QVERIFY(QFile::copy(QStringLiteral("/proc/self/exe"), executable));
     QProcess process;
     process.setWorkingDirectory(workingDirectory.isEmpty() ? root : workingDirectory);
-    process.start(executable, {QStringLiteral("play"), QLatin1String(whatToPlay)});
+    const QString limit = s_hardLimit > 0 ? QStringLiteral("ulimit -n %1; ").arg(s_hardLimit) : QString();
+    process.start(QStringLiteral("sh"), {QStringLiteral("-c"), limit + QLatin1String("exec \"$0\" play \"$1\""),
+                                         executable, QLatin1String(whatToPlay)});
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     m_exitCode = process.exitCode();
@@ -277,6 +297,23 @@ void TstMain::theLeftOverOfAKilledRunGoesAtTheNextStart()
     start(root, "first");
     QCOMPARE(installation::namesIn(root + QLatin1String("template")),
              QStringList{QStringLiteral("OrvexClient_Linux64.tar.gz")});
+}
+
+void TstMain::aLimitOf1024DescriptorsIsEnough()
+{
+    const QString root = makeInstallation(QStringLiteral("orvex"));
+    for (int i = 1; i < 120; ++i)
+        storeCustomisation(root, storedRecord(1600000000 + quint64(i), QString::number(i), QString()));
+    rlimit before = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+    s_hardLimit = 1024;
+    start(root, "many commits");
+    s_hardLimit = 0;
+    QCOMPARE(m_exitCode, 0);
+    QCOMPARE(told("windows amiss"), QString());
+    QCOMPARE(told("rows"), QStringLiteral("140"));
+    QCOMPARE(installation::namesIn(root + QLatin1String("UpdateCustom")).size(), 140);
+    QCOMPARE(installation::namesIn(root + QLatin1String("UpdateCustom/1700000019")), documentFiles());
 }
 
 void TstMain::theRoadGoesThroughAPathWithBlanksAndChineseCharacters()
