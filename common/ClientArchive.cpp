@@ -41,6 +41,13 @@ bool isOwnDirectory(const QByteArray& path)
            access(path.constData(), X_OK) == 0;
 }
 
+/// A pipe in the place of a template would block the command for ever.
+bool isMissingOrFile(const QByteArray& path)
+{
+    struct stat status = {};
+    return stat(path.constData(), &status) != 0 || S_ISREG(status.st_mode);
+}
+
 } // namespace
 
 void packing::removeScratch(const char* processPath)
@@ -74,7 +81,8 @@ bool genFilePack(const char* name, int type)
     const QByteArray scratch = process + store::templates + "/" + store::temp;
     ensureDirectory(scratch);
     const QByteArray unpack = "tar -zxvf \"" + source + "\" -C \"" + scratch + "\"";
-    runShellCommand(unpack);
+    if (isMissingOrFile(source))
+        runShellCommand(unpack);
     logX(4, "genFilePack cur path: %s strSrcPath: %s strDstPth: %s unpack tar strCmd: %s", process.constData(),
          source.constData(), scratch.constData(), unpack.constData());
 

@@ -17,7 +17,8 @@ constexpr char cusUpdateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeCu
 /// midst of one; without a command. A link goes, what it points at stays.
 void removeScratchLeftOver();
 
-/// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again.
+/// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again. A template that is
+/// no regular file counts as missing.
 ///
 /// @param name  "OrvexClient_Linux64", "OrvexClient_MacOS" or "OrvexCusUpd"; the case of the latter two does not
 ///              matter for the layout

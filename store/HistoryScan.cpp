@@ -8,6 +8,9 @@
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
+#include <fstream>
+#include <iterator>
+#include <string>
 #include <sys/stat.h>
 
 namespace store {
@@ -33,6 +36,20 @@ bool isDirectory(const QByteArray& path)
     return S_ISDIR(status.st_mode);
 }
 
+// A name that the local encoding cannot give back finds its file by its bytes alone.
+void readCommonInfo(const QByteArray& document, CommonInfo& common)
+{
+    CustomXmlParser parser;
+    parser.FormatXMLInit();
+    const QString path = QString::fromLocal8Bit(document);
+    if (path.toLocal8Bit() != document) {
+        std::ifstream file(document.constData(), std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        parser.loadDocument(QByteArray::fromStdString(bytes));
+    }
+    parser.GetXMLCommonInfo(path, common);
+}
+
 void takeStored(QVector<CUSINFOPOLICY>& rows, const QByteArray& directory)
 {
     const DocumentState state = documentState(directory);
@@ -40,10 +57,8 @@ void takeStored(QVector<CUSINFOPOLICY>& rows, const QByteArray& directory)
         logX(2, "GetCurAllCustoms::utl_CusXmlVerify failed,continue.");
     if (state != DocumentState::Verified)
         return;
-    CustomXmlParser parser;
-    parser.FormatXMLInit();
     CommonInfo common;
-    parser.GetXMLCommonInfo(QString::fromLocal8Bit(documentIn(directory)), common);
+    readCommonInfo(documentIn(directory), common);
     rows.prepend(historyRow(common));
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/Log.h"
 
+#include <QFileInfo>
 #include <QSettings>
 
 #include <cstdlib>
@@ -9,12 +10,26 @@
 
 unsigned char g_ucAreaCode = 0;
 
+namespace {
+
+void readSettings(const QString& path, QString& language, QString& area)
+{
+    // A pipe in the place of the file must not block the program.
+    if (!QFileInfo(path).isFile())
+        return;
+    QSettings settings(path, QSettings::IniFormat);
+    settings.beginGroup(QStringLiteral("config"));
+    language = settings.value(QStringLiteral("LangCode"), QVariant()).toString();
+    area = settings.value(QStringLiteral("Area"), QVariant()).toString();
+}
+
+} // namespace
+
 bool chooseLanguage(const QString& settingsPath, unsigned long& code)
 {
-    QSettings settings(settingsPath, QSettings::IniFormat);
-    settings.beginGroup(QStringLiteral("config"));
-    const QString language = settings.value(QStringLiteral("LangCode"), QVariant()).toString();
-    const QString area = settings.value(QStringLiteral("Area"), QVariant()).toString();
+    QString language;
+    QString area;
+    readSettings(settingsPath, language, area);
     logX(4, "GetCurrentLanguageCode LangCode: %s, area is %s", language.toLocal8Bit().constData(),
          area.toLocal8Bit().constData());
 

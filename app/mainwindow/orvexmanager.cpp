@@ -15,6 +15,8 @@
 #include "view/AboutInfoDlg.h"
 
 #include <QActionGroup>
+#include <QFileInfo>
+#include <QScopedPointer>
 #include <QSettings>
 #include <QToolBar>
 
@@ -246,10 +248,16 @@ void OrvexManager::changZhLanguage()
 
 void OrvexManager::changeLanguage(unsigned long code)
 {
-    QSettings settings(m_strAppDir + QLatin1String("/config.ini"), QSettings::IniFormat);
-    settings.beginGroup(QStringLiteral("config"));
-    settings.setValue(QStringLiteral("LangCode"), QString::number(code));
-    settings.endGroup();
+    const QString path = m_strAppDir + QLatin1String("/config.ini");
+    // A pipe in the place of the file must not block the program.
+    const QFileInfo file(path);
+    const bool isKept = !file.exists() || file.isFile();
+    QScopedPointer<QSettings> settings(isKept ? new QSettings(path, QSettings::IniFormat) : nullptr);
+    if (settings) {
+        settings->beginGroup(QStringLiteral("config"));
+        settings->setValue(QStringLiteral("LangCode"), QString::number(code));
+        settings->endGroup();
+    }
     // Contract: the settings object is still alive here; the file may reach the disk only at the end of this function.
     runShellCommand("sync");
     m_ulLanguageCode = code;

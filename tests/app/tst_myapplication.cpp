@@ -601,6 +601,8 @@ private slots:
     void environmentDecidesWithoutASetting();
     void codeOnEntryIsKeptOtherThanByTheBrand_data();
     void codeOnEntryIsKeptOtherThanByTheBrand();
+    void settingsThatAreNoFileReadAsEmpty_data();
+    void settingsThatAreNoFileReadAsEmpty();
     void settingsAreReadAnew();
     void settingsAreFoundBesideTheExecutable();
     void settingsPathGoesToTheDebugStream();
@@ -1362,6 +1364,31 @@ void TstMyApplication::codeOnEntryIsKeptOtherThanByTheBrand()
     auto code = static_cast<unsigned long>(before);
     QCOMPARE(app().GetCurrentLanguageCode(code), false);
     QCOMPARE(int(code), after);
+}
+
+void TstMyApplication::settingsThatAreNoFileReadAsEmpty_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("pipe") << "mkfifo config.ini";
+    QTest::newRow("link to a pipe") << "mkfifo template/pipe; ln -s template/pipe config.ini";
+    QTest::newRow("device without an end") << "ln -s /dev/zero config.ini";
+    QTest::newRow("directory") << "mkdir config.ini";
+}
+
+void TstMyApplication::settingsThatAreNoFileReadAsEmpty()
+{
+    QFETCH(const QString, command);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template"))));
+    installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), command}, installation::root());
+    // In a process of its own, which can be ended when it waits for ever.
+    Child second(texts({"role=start"}));
+    second.setEnvironment("LANG", QStringLiteral("zh_CN.UTF-8"));
+    second.start();
+    const QJsonObject box = second.next();
+    const QStringList lines = installation::logLines();
+    installation::run(QStringLiteral("rm"), {QStringLiteral("-r"), QStringLiteral("config.ini")}, installation::root());
+    QCOMPARE(box[QStringLiteral("title")].toString(), chineseText("manager_title"));
+    QVERIFY(lines.contains(QStringLiteral("[DBG]GetCurrentLanguageCode LangCode: , area is ")));
 }
 
 void TstMyApplication::settingsAreReadAnew()

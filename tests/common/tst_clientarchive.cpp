@@ -60,6 +60,9 @@ private slots:
     void earlierPackageOfTheSameNameIsOverwritten();
 
     void missingTemplateLeavesTheCustomisationAlone();
+    void templateThatIsNoFileCountsAsMissing_data();
+    void templateThatIsNoFileCountsAsMissing();
+    void templateBehindALinkIsUnpacked();
     void missingTemplateAndCustomisationGiveAnEmptyArchive();
     void damagedTemplateIsPackedAsFarAsItGoes_data();
     void damagedTemplateIsPackedAsFarAsItGoes();
@@ -377,6 +380,40 @@ void TstClientArchive::missingTemplateLeavesTheCustomisationAlone()
     QCOMPARE(installation::describeTree(work("package/OrvexClient/custom")),
              installation::describeTree(path(QStringLiteral("custom"))));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstClientArchive::templateThatIsNoFileCountsAsMissing_data()
+{
+    QTest::addColumn<QString>("command");
+
+    QTest::newRow("pipe") << "mkfifo $0";
+    QTest::newRow("link to a pipe") << "mkfifo pipe; ln -s pipe $0";
+    QTest::newRow("device") << "ln -s /dev/zero $0";
+    QTest::newRow("directory") << "mkdir $0";
+}
+
+void TstClientArchive::templateThatIsNoFileCountsAsMissing()
+{
+    QFETCH(const QString, command);
+    installation::run(QStringLiteral("sh"),
+                      {QStringLiteral("-c"), command, QStringLiteral("OrvexClient_Linux64.tar.gz")},
+                      path(QStringLiteral("template")));
+    {
+        const CommandRecorder recorder(CommandRecorder::MakeDirectories);
+        QVERIFY(packQuietly("OrvexClient_Linux64", 0));
+        QCOMPARE(installation::withoutRoot(recorder.commands()).filter(QStringLiteral("tar -zxvf")), QStringList());
+    }
+    missingTemplateLeavesTheCustomisationAlone();
+}
+
+void TstClientArchive::templateBehindALinkIsUnpacked()
+{
+    installation::makeMixedTemplate(QStringLiteral("elsewhere"), QStringLiteral("OrvexClient"));
+    QVERIFY(
+        QFile::link(QStringLiteral("elsewhere.tar.gz"), path(QStringLiteral("template/OrvexClient_Linux64.tar.gz"))));
+    QVERIFY(packQuietly("OrvexClient_Linux64", 0));
+    installation::comparePackage(path(QStringLiteral("OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz")),
+                                 path(QStringLiteral("template/elsewhere.tar.gz")), QStringLiteral("OrvexClient"));
 }
 
 void TstClientArchive::missingTemplateAndCustomisationGiveAnEmptyArchive()

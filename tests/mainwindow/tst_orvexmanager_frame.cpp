@@ -69,6 +69,7 @@ private slots:
     void aSettingsFileThatCannotBeWrittenIsNotNoticed();
     void theTranslatorIsInstalledWhileTheLanguageIsChinese();
     void aLanguageSwitchLeavesTheRecordAlone();
+    void aLanguageSwitchWaitsForNoPipe();
     void aLanguageSwitchKeepsWhatTheNewFileLacks();
     void aMissingLanguageFileLeavesTheOldWords();
     void withoutAnyLanguageFileEveryTextIsNull();
@@ -357,6 +358,22 @@ void TstOrvexManagerFrame::aLanguageSwitchLeavesTheRecordAlone()
     window.changZhLanguage();
     QCOMPARE(tickedBoxes(window), before);
     QCOMPARE(window.record().common.procomVal, quint64(3));
+}
+
+void TstOrvexManagerFrame::aLanguageSwitchWaitsForNoPipe()
+{
+    const QString settings = installation::path(QStringLiteral("config.ini"));
+    QFile::remove(settings);
+    installation::run(QStringLiteral("mkfifo"), {settings});
+    OrvexManager window(nullptr);
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    window.changZhLanguage();
+    const QStringList commands = installation::withoutRoot(recorder.commands());
+    const bool isStillAPipe = QFileInfo(settings).exists() && !QFileInfo(settings).isFile();
+    QVERIFY(QFile::remove(settings));
+    QVERIFY(isStillAPipe);
+    QCOMPARE(commands, QStringList(QStringLiteral("sync")));
+    QCOMPARE(window.windowTitle(), QStringLiteral("Orvex定制管理程序"));
 }
 
 void TstOrvexManagerFrame::aLanguageSwitchKeepsWhatTheNewFileLacks()

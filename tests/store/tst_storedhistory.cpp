@@ -9,6 +9,9 @@
 #include <QDir>
 #include <QtTest>
 
+#include <cstdio>
+#include <cstdlib>
+
 using installation::path;
 using installation::texts;
 using installation::withoutRoot;
@@ -36,6 +39,8 @@ private slots:
     void rowsAreFoundByExactTimeOrInAnyCase();
     void aMissingHistoryIsALineAndNoRows();
     void verifiedCustomisationsBecomeRows();
+    void namesOutsideTheLocalEncodingAreRead_data();
+    void namesOutsideTheLocalEncodingAreRead();
     void theScanStopsAtTheFirstDirectoryBeyondTheLimit();
     void exactlyTheLimitIsNoReasonToStop();
 };
@@ -209,6 +214,34 @@ void TstStoredHistory::verifiedCustomisationsBecomeRows()
     QVERIFY(installation::logMessages(QStringLiteral("[WRN]"))
                 .contains(QStringLiteral("GetCurAllCustoms::utl_CusXmlVerify failed,continue.")));
     QCOMPARE(openHistoryDirectories(), 0);
+}
+
+void TstStoredHistory::namesOutsideTheLocalEncodingAreRead_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("GBK") << QByteArray("\xb1\xb1\xbe\xa9");
+    QTest::newRow("one byte") << QByteArray("\xff");
+    QTest::newRow("cut character") << QByteArray("1700000001\xe5\x8c");
+    QTest::newRow("surrogate") << QByteArray("\xed\xa0\x80");
+}
+
+void TstStoredHistory::namesOutsideTheLocalEncodingAreRead()
+{
+    QFETCH(const QByteArray, name);
+    keep(1700000001, "2023-11-15 06:13:21", "北京");
+    const QByteArray history = QFile::encodeName(path(QStringLiteral("UpdateCustom/")));
+    QCOMPARE(rename((history + "1700000001").constData(), (history + name).constData()), 0);
+    QVector<CUSINFOPOLICY> rows;
+    QVERIFY(store::scanHistory(rows, 300));
+    const int removed = system(("rm -r \"" + history + "\"").constData());
+    QCOMPARE(removed, 0);
+    QCOMPARE(rows.size(), 1);
+    QCOMPARE(rows.first().cusTimeStamp, quint64(1700000001));
+    QCOMPARE(rows.first().cusTimeString, QStringLiteral("2023-11-15 06:13:21"));
+    QCOMPARE(rows.first().cusAddInfo, QString::fromUtf8("北京"));
+    QCOMPARE(rows.first().procomVal, 17U);
+    QCOMPARE(rows.first().funcomVal, 5U);
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
 }
 
 void TstStoredHistory::theScanStopsAtTheFirstDirectoryBeyondTheLimit()
