@@ -269,7 +269,7 @@ Check Checkup::checkSpace() const
 Check Checkup::checkPermissions() const
 {
     Faults faults("permissions");
-    const auto refuse = [&](const QString& path, const char* why) {
+    const auto complainOf = [&](const QString& path, const char* why) {
         faults.add(Check::Error, path + QLatin1String(why));
     };
     for (const char* name :
@@ -279,9 +279,9 @@ Check Checkup::checkPermissions() const
         if (!info.exists() && !info.isSymLink())
             continue; // is made, in the directory above
         if (!info.isDir())
-            refuse(path, " is no directory; move it away");
+            complainOf(path, " is no directory; move it away");
         else if (access(local(path).constData(), R_OK | W_OK | X_OK) != 0)
-            refuse(path, " may not be written by this user; run the manager as its owner");
+            complainOf(path, " may not be written by this user; run the manager as its owner");
     }
     // The packages of an earlier Finish are written over.
     for (const char* name : {store::setup, store::update, store::cusUpdate}) {
@@ -290,7 +290,7 @@ Check Checkup::checkPermissions() const
                 .entryInfoList({QStringLiteral("*_64.zip"), QStringLiteral("*Linux64*.tar.gz")}, QDir::Files);
         for (const QFileInfo& file : files) {
             if (access(local(file.filePath()).constData(), W_OK) != 0)
-                refuse(file.filePath(), " may not be written by this user; delete it or change its owner");
+                complainOf(file.filePath(), " may not be written by this user; delete it or change its owner");
         }
     }
     return faults.result(Check::Error, QStringLiteral("the directories of the store can be written"));

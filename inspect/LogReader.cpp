@@ -62,6 +62,7 @@ const Known knownLines[] = {
     {"main:----OrvexManager has already started", nullptr, nullptr, ""},
 
     {"SaveXmlFile: can not open file", s_document, "not-saved", "The document could not be written into custom/."},
+    {"SaveXmlFile: can not write file", s_document, "not-saved", "The document could not be written whole into custom/ and was removed."},
     {"utl_GenLinuxSetup:utl_GetCurProcessPath", s_setup, "no-path", "The directory of the program is not known or its path is too long."},
     {"utl_GenMacosSetup:utl_GetCurProcessPath", s_setup, "no-path", "The directory of the program is not known or its path is too long."},
     {"utl_GenLinuxSetup:genFilePack", s_setup, "client-archive", "The client archive was not made."},
@@ -71,6 +72,7 @@ const Known knownLines[] = {
     {"utl_GenLinuxCusUpd:genCusPack", s_cusUpdate, "client-archive", "The archive of the customisation was not made."},
     {"utl_GenMacosCusUpd:genFilePack", s_cusUpdate, "client-archive", "The client archive was not made."},
     {"genFilePack: get version failed", nullptr, "no-version", "The version of the client is not known."},
+    {"genFilePack: /", nullptr, "scratch", "The scratch directory template/Temp could not be entered, so nothing was packed."},
     {"ZipUpdFiles:get version failed", nullptr, "no-version", "The version of the client is not known."},
     {"ZipUpdFiles: get current path failed", nullptr, "no-path", "The directory of the program is not known or its path is too long."},
     {"GenCommentFile: the text is too long", nullptr, "manifest-cut", "The manifest comment.txt is too long and was cut."},
@@ -79,6 +81,7 @@ const Known knownLines[] = {
     {"utl_ForceDirCreate: path is too long", nullptr, "path-too-long", "A directory was not made: its path is too long."},
     {"utl_CopyFilesForce: path is too long", nullptr, "path-too-long", "The customisation was not copied: the path is too long."},
 
+    {"keepCopy: ", s_history, "copy-differs", "The copy in the history is not equal to custom/."},
     {"GetCurAllCustoms error opendir", s_history, "no-history", "The history UpdateCustom/ could not be read."},
     {"GetCurAllCustoms: path is too long", s_history, "path-too-long", "An entry is left out of the history: its path is too long."},
     {"stat return error", s_history, "not-readable", "A name in UpdateCustom/ is left out of the history: it leads nowhere or may not be read."},

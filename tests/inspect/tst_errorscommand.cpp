@@ -233,7 +233,7 @@ void TstErrorsCommand::troubleOfAFinishIsTold_data()
     QTest::newRow("verification cannot be written") << 3 << installation::texts({"verification not-written"});
     QTest::newRow("no template") << 4 << installation::texts({"setup template", "update template"});
     QTest::newRow("template of another system") << 5 << installation::texts({"setup template", "update template"});
-    QTest::newRow("no customisation") << 6 << installation::texts({"setup not-copied", "update not-copied"});
+    QTest::newRow("no customisation") << 6 << installation::texts({"setup not-copied", "update not-copied", "history copy-differs"});
     QTest::newRow("no place for the manifest") << 7 << installation::texts({"update manifest"});
     QTest::newRow("cut off") << 8 << installation::texts({"setup interrupted"});
     // clang-format on
