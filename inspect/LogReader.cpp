@@ -399,6 +399,9 @@ void Story::takeFailure(const Line& line, const QByteArray& bytes)
         known = &noVerification;
     if (!known->code)
         return;
+    // The copy is the last step of a Finish.
+    if (m_phase == Outside && !m_finish.isEmpty() && message.startsWith("keepCopy: "))
+        m_phase = Packed;
     QString text = QString::fromLatin1(known->message);
     if (text.contains(QLatin1String("%1")))
         text = text.arg(m_entry.isEmpty() ? QStringLiteral("An entry") : QLatin1String("Entry ") + decodeLog(m_entry));
