@@ -2,6 +2,7 @@
 
 #include "common/CustomInfoVerify.h"
 #include "xml/CustomXmlParser.h"
+#include "xml/PlainDocument.h"
 
 const char* reasonCode(Reason reason)
 {
@@ -40,6 +41,9 @@ Reason verifyCustomisation(const FileBytes& document, const FileBytes& verificat
         return Reason::DocumentSize;
     if (!customInfoDigestHolds(document.bytes, verification.bytes))
         return Reason::Digest;
+    CommonInfo plain;
+    if (readPlainCommon(document.bytes, common ? *common : plain))
+        return Reason::None;
     CustomXmlParser parser;
     if (!parser.loadDocument(document.bytes))
         return Reason::NotParsed;

@@ -1,6 +1,7 @@
 #include "xml/Catalogue.h"
 
 #include "xml/CustomXmlParser.h"
+#include "xml/PlainReader.h"
 
 #include <QStringList>
 
@@ -81,11 +82,11 @@ public:
     }
 
     /// The fields of the rows of a list; `at` gives the list within the record.
-    template <class At> void list(const char* group, const RecordList& list, At at)
+    template <class At> void list(const ListElements& elements, const RecordList& list, At at)
     {
         using S = typename std::decay_t<decltype(at(std::declval<CustomInfo&>()))>::value_type;
         for (const Row<S>& row : rowsOf<S>()) {
-            Field* field = add(row, group);
+            Field* field = add(row, elements.list);
             field->list = &list;
             field->defaultValue = valueIn(row, S());
             field->value = [&row, at](const CustomInfo& info, int n) { return valueIn(row, at(info).at(n)); };
@@ -147,10 +148,10 @@ constexpr bool whenChosen = false;
 
 using Parser = CustomXmlParser;
 
-/// A section by its part of the record and the parser's two operations for it.
-template <auto part, auto format, auto get>
+/// A section by its part of the record, the parser's two operations for it, and what it consists of.
+template <auto part, auto format, auto get, class Layout>
 constexpr Section section(const char* element, const char* titleKey, quint64 access, quint64 functions,
-                          int loadPosition, void (*describe)(FieldCollector&), bool isWrittenAlways = true)
+                          int loadPosition, Layout layout, bool isWrittenAlways = true)
 {
     return {element,
             titleKey,
@@ -160,46 +161,47 @@ constexpr Section section(const char* element, const char* titleKey, quint64 acc
             loadPosition,
             [](Parser& parser, CustomInfo& info) { (parser.*format)(info.*part); },
             [](Parser& parser, const QString& path, CustomInfo& info) { return (parser.*get)(path, info.*part); },
-            describe};
+            layout,
+            layout};
 }
 
 // clang-format off
 const Section allSections[] = {
     section<&CustomInfo::common, &Parser::FormatXMLCommonInfo, &Parser::GetXMLCommonInfo>(
-        "common", "CusClient", 0, 0, 3, [](FieldCollector& fields) { fields.part<CommonInfo>(); }),
+        "common", "CusClient", 0, 0, 3, [](auto& fields) { fields.template part<CommonInfo>(); }),
     section<&CustomInfo::function, &Parser::FormatXMLFunctionInfo, &Parser::GetXMLFunctionInfo>(
-        "functions", "func_title", 0, 0, 2, [](FieldCollector& fields) { fields.part<BasicFunctionInfo>(); }),
+        "functions", "func_title", 0, 0, 2, [](auto& fields) { fields.template part<BasicFunctionInfo>(); }),
     section<&CustomInfo::x1, &Parser::FormatXML8021XInfo, &Parser::GetXML8021XInfo>(
-        "x1", "8021x_title", procom::x1, 0, 0, [](FieldCollector& fields) { fields.part<X1OptionsInfo>(); }),
+        "x1", "8021x_title", procom::x1, 0, 0, [](auto& fields) { fields.template part<X1OptionsInfo>(); }),
     section<&CustomInfo::domain, &Parser::FormatXMLDomainInfo, &Parser::GetXMLDomainInfo>(
-        "domain", "CUS_DomainTitle", procom::x1, 0, 10, [](FieldCollector& fields) {
-            fields.list(domainList.list, domains, domainsOf);
-            fields.part<SUIDomainInfo>();
+        "domain", "CUS_DomainTitle", procom::x1, 0, 10, [](auto& fields) {
+            fields.list(domainList, domains, domainsOf);
+            fields.template part<SUIDomainInfo>();
         }),
     section<&CustomInfo::portal, &Parser::FormatXMLPortalInfo, &Parser::GetXMLPortalInfo>(
-        "portal", "portal_title", procom::portal, 0, 1, [](FieldCollector& fields) { fields.part<PortalOptionsInfo>(); }),
+        "portal", "portal_title", procom::portal, 0, 1, [](auto& fields) { fields.template part<PortalOptionsInfo>(); }),
     section<&CustomInfo::sslvpn, &Parser::FormatXMLSslVpnInfo, &Parser::GetXMLSslVpnInfo>(
-        "sslvpn", "SslVpn_title", procom::sslVpn, 0, 4, [](FieldCollector& fields) {
-            fields.list(gatewayList.list, gateways, gatewaysOf);
-            fields.part<SSLVPNOptionsInfo>();
+        "sslvpn", "SslVpn_title", procom::sslVpn, 0, 4, [](auto& fields) {
+            fields.list(gatewayList, gateways, gatewaysOf);
+            fields.template part<SSLVPNOptionsInfo>();
         }),
     section<&CustomInfo::gui, &Parser::FormatXMLGUIInfo, &Parser::GetXMLGUIInfo>(
-        "guiOptions", "Gui_title", 0, 0, 5, [](FieldCollector& fields) { fields.part<GUIOptionsInfo>(); }),
+        "guiOptions", "Gui_title", 0, 0, 5, [](auto& fields) { fields.template part<GUIOptionsInfo>(); }),
     section<&CustomInfo::zoa, &Parser::FormatXMLZOAInfo, &Parser::GetXMLZOAInfo>(
-        "ZOA", "Zoa_title", procom::zoaDirect, funcom::zoa, 8, [](FieldCollector& fields) { fields.part<ZOAOptionsInfo>(); }),
+        "ZOA", "Zoa_title", procom::zoaDirect, funcom::zoa, 8, [](auto& fields) { fields.template part<ZOAOptionsInfo>(); }),
     section<&CustomInfo::vpn, &Parser::FormatIpseVpnInfo, &Parser::GetXMLIpseVpnInfo>(
-        "vpn", "IpsecVpn_title", procom::l2tpIpsec, 0, 6, [](FieldCollector& fields) {
-            fields.part<L2TP_IPSEC_VPN_OptionInfo>();
+        "vpn", "IpsecVpn_title", procom::l2tpIpsec, 0, 6, [](auto& fields) {
+            fields.template part<L2TP_IPSEC_VPN_OptionInfo>();
             forEachVpnGroup([&](const char* name, auto member) {
                 using Group = std::decay_t<decltype(std::declval<L2TP_IPSEC_VPN_OptionInfo>().*member)>;
-                fields.part<Group>(name);
+                fields.template part<Group>(name);
             });
         }),
     section<&CustomInfo::vpnRoutes, &Parser::FormatXMLIPSECVPNRouteInfo, &Parser::GetXMLIPSECVPNRouteInfo>(
         "vpnroute", "VUI_RouteSetting", procom::l2tpIpsec, 0, 7,
-        [](FieldCollector& fields) { fields.list(routeList.list, routes, routesOf); }),
+        [](auto& fields) { fields.list(routeList, routes, routesOf); }),
     section<&CustomInfo::kef, &Parser::FormatXMLKefInfo, &Parser::GetXMLKefInfo>(
-        "kef", "Kef_title", 0, funcom::kef, 9, [](FieldCollector& fields) { fields.part<KEFOptionsInfo>(); }, whenChosen),
+        "kef", "Kef_title", 0, funcom::kef, 9, [](auto& fields) { fields.template part<KEFOptionsInfo>(); }, whenChosen),
 };
 // clang-format on
 

@@ -38,6 +38,9 @@ struct IconFile
 };
 const IconFile (&iconFiles())[3];
 
+/// Where an icon lies in a directory, which is given with its trailing "/".
+QString pathOfIcon(const QString& directory, QString GUIOptionsInfo::*path);
+
 /// A list of the record whose rows have fields.
 struct RecordList
 {
@@ -84,6 +87,7 @@ struct Section
     void (*format)(CustomXmlParser& parser, CustomInfo& info);
     int (*get)(CustomXmlParser& parser, const QString& path, CustomInfo& info);
     void (*describe)(class FieldCollector& fields);
+    void (*readPlain)(class PlainReader& reader);
 
     bool isChosen(const CommonInfo& common) const
     {

@@ -25,15 +25,20 @@ void writePassword(CBasedQtXmlParser& parser, const char* element, const BasicFu
         parser.AddItem(element, info.uninstallPassword);
 }
 
-void readPassword(CBasedQtXmlParser& parser, const char* element, BasicFunctionInfo& info)
+void takePassword(const QString& text, BasicFunctionInfo& info)
 {
-    QString text;
-    parser.GetNodeValue(element, text);
     unsigned char plain[s_passwordCapacity] = {};
     unsigned int length = s_passwordCapacity;
     utl_decrpt(plain, &length, reinterpret_cast<const unsigned char*>(text.toUtf8().constData()));
     const char* bytes = reinterpret_cast<const char*>(plain);
     info.uninstallPassword = QString::fromUtf8(bytes, int(qstrnlen(bytes, s_passwordCapacity)));
+}
+
+void readPassword(CBasedQtXmlParser& parser, const char* element, BasicFunctionInfo& info)
+{
+    QString text;
+    parser.GetNodeValue(element, text);
+    takePassword(text, info);
 }
 
 // Contract: the document carries a number of retries that no field of the record holds and the reader skips.
@@ -72,7 +77,7 @@ const Row<Function> functionRows[] = {
      &Function::msgAuthOpt},
     {"passwordProtection",          Form::Number, &Function::passwordProtection, "CUS_Uinstall_Password_Enable"},
     {"uninstallPassword",           Form::Own,
-     ByHand<Function>{writePassword, readPassword, &Function::uninstallPassword},
+     ByHand<Function>{writePassword, readPassword, &Function::uninstallPassword, takePassword},
      "CUS_Uinstall_Password", secret(32), &Function::passwordProtection},
     {"uninstallPasswordExtend",     Form::Number, &Function::uninstallPasswordExtend, "CUS_Uinstall_Password_Extend",
      shows(words::passwordExtensions), &Function::passwordProtection},
@@ -176,6 +181,15 @@ const IconFile (&iconFiles())[3]
     return icons;
 }
 
+QString pathOfIcon(const QString& directory, QString GUIOptionsInfo::*path)
+{
+    for (const IconFile& icon : icons) {
+        if (icon.path == path)
+            return directory + QLatin1String(icon.name);
+    }
+    return QString();
+}
+
 void CustomXmlParser::FormatXMLCommonInfo(CommonInfo info)
 {
     formatSection("common", [&] { writeRows(*this, info); });
@@ -267,7 +281,7 @@ int CustomXmlParser::GetXMLGUIInfo(const QString& path, GUIOptionsInfo& info)
             bool exists = false;
             GetNodeValue(icon.element, exists);
             if (exists)
-                info.*icon.path = directory + QLatin1String(icon.name);
+                info.*icon.path = pathOfIcon(directory, icon.path);
         }
         readRows(*this, info);
     });

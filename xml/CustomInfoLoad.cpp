@@ -2,6 +2,9 @@
 
 #include "xml/Catalogue.h"
 #include "xml/CustomXmlParser.h"
+#include "xml/PlainDocument.h"
+
+#include <QString>
 
 #include <array>
 
@@ -36,6 +39,8 @@ bool utl_LoadCustomInfo(const char* xmlPath, CustomInfo& info)
 
 bool loadCustomInfo(const QByteArray& document, const QString& directory, CustomInfo& info)
 {
+    if (readPlainDocument(document, directory.left(directory.lastIndexOf(QLatin1Char('/')) + 1), info))
+        return true;
     CustomXmlParser parser;
     if (!parser.loadDocument(document))
         return false;

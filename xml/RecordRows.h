@@ -33,6 +33,8 @@ template <class S> struct ByHand
     void (*write)(CBasedQtXmlParser& parser, const char* element, const S& section);
     void (*read)(CBasedQtXmlParser& parser, const char* element, S& section);
     QString S::*text = nullptr; // null: the element stands for no field of the record
+    /// What `read` makes of the element's text; null when it makes nothing.
+    void (*take)(const QString& text, S& section) = nullptr;
 };
 
 /// What the windows tell of a field, but for its label.

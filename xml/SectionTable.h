@@ -100,6 +100,12 @@ template <class S> void writeRows(CBasedQtXmlParser& parser, const S& part)
     }
 }
 
+/// What a part of the record gets in place of what its document leaves empty.
+template <class S> void completeRead(S&)
+{
+}
+template <> void completeRead(SSLVPNOptionsInfo& info);
+
 /// Reads a part of the record from the parser's current element. The gate tested is the value just read.
 template <class S> void readRows(CBasedQtXmlParser& parser, S& part)
 {

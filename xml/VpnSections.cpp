@@ -24,16 +24,21 @@ void writeSecret(CBasedQtXmlParser& parser, const char* element, const QString& 
     parser.AddUtf8Item(element, QString::fromLocal8Bit(reinterpret_cast<const char*>(enciphered)));
 }
 
-/// The text up to the first zero byte; empty when the element does not decipher.
-void readSecret(CBasedQtXmlParser& parser, const char* element, QString& secret)
+/// The secret up to its first zero byte; empty when the text does not decipher.
+void takeSecret(const QString& text, QString& secret)
 {
-    QString text;
-    parser.GetUtf8NodeValue(element, text);
     unsigned char plain[s_plainCapacity] = {};
     unsigned int length = s_plainCapacity;
     utl_decrpt(plain, &length, reinterpret_cast<const unsigned char*>(text.toLocal8Bit().constData()));
     const char* bytes = reinterpret_cast<const char*>(plain);
     secret = QString::fromLocal8Bit(bytes, int(qstrnlen(bytes, s_plainCapacity)));
+}
+
+void readSecret(CBasedQtXmlParser& parser, const char* element, QString& secret)
+{
+    QString text;
+    parser.GetUtf8NodeValue(element, text);
+    takeSecret(text, secret);
 }
 
 const ByHand<IPSECVPNBASECFG> preSharedKey = {
@@ -43,15 +48,17 @@ const ByHand<IPSECVPNBASECFG> preSharedKey = {
     [](CBasedQtXmlParser& parser, const char* element, IPSECVPNBASECFG& base) {
         readSecret(parser, element, base.preSharedKey);
     },
-    &IPSECVPNBASECFG::preSharedKey};
+    &IPSECVPNBASECFG::preSharedKey,
+    [](const QString& text, IPSECVPNBASECFG& base) { takeSecret(text, base.preSharedKey); }};
 
-const ByHand<L2TPCFG> tunnelPassword = {[](CBasedQtXmlParser& parser, const char* element, const L2TPCFG& l2tp) {
-                                            writeSecret<64, 128>(parser, element, l2tp.L2TPTunnelPwd);
-                                        },
-                                        [](CBasedQtXmlParser& parser, const char* element, L2TPCFG& l2tp) {
-                                            readSecret(parser, element, l2tp.L2TPTunnelPwd);
-                                        },
-                                        &L2TPCFG::L2TPTunnelPwd};
+const ByHand<L2TPCFG> tunnelPassword = {
+    [](CBasedQtXmlParser& parser, const char* element, const L2TPCFG& l2tp) {
+        writeSecret<64, 128>(parser, element, l2tp.L2TPTunnelPwd);
+    },
+    [](CBasedQtXmlParser& parser, const char* element, L2TPCFG& l2tp) {
+        readSecret(parser, element, l2tp.L2TPTunnelPwd);
+    },
+    &L2TPCFG::L2TPTunnelPwd, [](const QString& text, L2TPCFG& l2tp) { takeSecret(text, l2tp.L2TPTunnelPwd); }};
 
 // Contract: the second address is left out where it equals the first, letter case included.
 QString viewedSecondLns(const CustomInfo& info)
@@ -186,6 +193,15 @@ template <> Rows<L2TP_IPSEC_VPN_OptionInfo> rowsOf() { return vpnRows; }
 template <> Rows<VPN_RouteInfo> rowsOf() { return routeRows; }
 // clang-format on
 
+template <> void completeRead(SSLVPNOptionsInfo& info)
+{
+    if (info.getSmsVryCountdownValue == 0)
+        info.getSmsVryCountdownValue = 60;
+    // Contract: only the text has a fallback, so that it and the mask in ulAuthType can disagree.
+    if (info.authType.isEmpty())
+        info.authType = QStringLiteral("Local;AD;LDAP;RADIUS");
+}
+
 void CustomXmlParser::FormatXMLSslVpnInfo(SSLVPNOptionsInfo info)
 {
     formatSection("sslvpn", [&] {
@@ -221,11 +237,7 @@ int CustomXmlParser::GetXMLSslVpnInfo(const QString& path, SSLVPNOptionsInfo& in
         GetNodeValue("resumeConn", resumeConn);
 
         readRows(*this, info);
-        if (info.getSmsVryCountdownValue == 0)
-            info.getSmsVryCountdownValue = 60;
-        // Contract: only the text has a fallback, so that it and the mask in ulAuthType can disagree.
-        if (info.authType.isEmpty())
-            info.authType = QStringLiteral("Local;AD;LDAP;RADIUS");
+        completeRead(info);
 
         // Contract: a gateway without `port` gets an empty port, not the default of the record.
         forEachItem(m_qoCurElement.firstChildElement(QLatin1String(gatewayList.list)), gatewayList.item, [&] {
