@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <new>
 
 const unsigned char DES_SECRET_KEY[8] = {0x67, 0x6C, 0x3F, 0xA5, 0x75, 0xFA, 0x56, 0x5C};
@@ -25,6 +26,8 @@ Bytes allocate(std::size_t size)
 
 bool setUpKey()
 {
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> lock(mutex);
     if (!g_bDesSetuped)
         g_bDesSetuped = des_setup(DES_SECRET_KEY, &g_symmKey) == 0;
     return g_bDesSetuped;

@@ -3,7 +3,7 @@
 #include "common/Des.h"
 
 // Secret texts of the customisation document and of the version file: DES in ECB mode with the padding of PKCS #5,
-// written as base64. The key that the two functions share is not guarded: only the main thread may call them.
+// written as base64. The two functions are for any thread.
 
 /// Results of utl_encrpt and utl_decrpt. Code 1, and 3 and 5 from utl_encrpt, do not occur, since the functions below
 /// the two do not fail in that way.

@@ -69,11 +69,21 @@ public:
     /// Called with each verified directory in the order of the scan, and with its document.
     using Visitor = std::function<void(const StoreRow& row, const QByteArray& document)>;
 
-    /// Reads all directories anew. Holds one document at a time. Plain files and hidden names are left out, as in the
-    /// manager's own scan.
+    /// What is to be done for a directory when its turn in the scan comes; may be empty.
+    using Step = std::function<void()>;
+    /// Called with each verified directory and its document, by up to WORKERS threads at once, each with a number of
+    /// its own from 0. Of the row only the entry, what the history shows and the digest are known yet.
+    using Work = std::function<Step(int worker, const StoreRow& row, const QByteArray& document)>;
+    static constexpr int WORKERS = 4;
+
+    /// Reads all directories anew, in several threads when they are many, and holds some dozens of documents at most.
+    /// Plain files and hidden names are left out, as in the manager's own scan. The visitor is called by this thread.
     ///
     /// @return  false when UpdateCustom/ is there and cannot be read; a store without it is empty
     bool scan(const Visitor& visitor = Visitor());
+    /// The same for work that need not wait for its turn. The steps are called by this thread, in the order of the
+    /// scan.
+    bool scanWith(const Work& work);
 
     /// Newest first: by time stamp, then by directory name, both descending. Rows without a time stamp come last.
     const QVector<StoreRow>& rows() const { return m_rows; }
@@ -90,6 +100,8 @@ public:
     QByteArray pathOf(const QByteArray& entry) const;
 
 private:
+    bool scanWith(const Work& work, const Visitor& visitor);
+
     QByteArray m_base; // UpdateCustom/ with the slash
     QVector<StoreRow> m_rows;
 };
