@@ -56,25 +56,29 @@ QStringList componentsOf(const Section& section)
     return accessComponentsOf(section.accessComponents) + functionComponentsOf(section.functionComponents);
 }
 
+FieldValue valueOf(const Field& field, int row, const CustomInfo& record, bool withSecrets)
+{
+    FieldValue told;
+    told.field = &field;
+    told.row = row;
+    told.path = field.path(row);
+    told.label = labelOf(field);
+    told.value = field.value(record, row);
+    // A new record has no rows, so nothing in a row is as it stands there.
+    told.isDefault = !field.list && told.value == field.defaultValue;
+    told.isSet = !told.value.isEmpty();
+    told.hasEffect = catalogue::sections()[field.section].isChosen(record.common);
+    if (field.traits.isSecret && told.isSet && !withSecrets)
+        told.value = QLatin1String(maskedSecret);
+    const QString viewed = field.traits.isSecret ? told.value : viewedText(field.traits, told.value, record);
+    told.shown = viewed.isEmpty() ? told.value : viewed;
+    return told;
+}
+
 QVector<FieldValue> valuesOf(const CustomInfo& record, bool withSecrets)
 {
     QVector<FieldValue> values;
-    catalogue::walk(record, [&](const Field& field, int row) {
-        FieldValue told;
-        told.field = &field;
-        told.row = row;
-        told.path = field.path(row);
-        told.label = labelOf(field);
-        told.value = field.value(record, row);
-        // A new record has no rows, so nothing in a row is as it stands there.
-        told.isDefault = !field.list && told.value == field.defaultValue;
-        told.isSet = !told.value.isEmpty();
-        told.hasEffect = catalogue::sections()[field.section].isChosen(record.common);
-        if (field.traits.isSecret && told.isSet && !withSecrets)
-            told.value = QLatin1String(maskedSecret);
-        const QString viewed = field.traits.isSecret ? told.value : viewedText(field.traits, told.value, record);
-        told.shown = viewed.isEmpty() ? told.value : viewed;
-        values.append(told);
-    });
+    catalogue::walk(record,
+                    [&](const Field& field, int row) { values.append(valueOf(field, row, record, withSecrets)); });
     return values;
 }

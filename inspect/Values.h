@@ -19,6 +19,9 @@ struct FieldValue
     bool hasEffect = false; // its component is chosen
 };
 
+/// A field of a record; `row` counts the rows of its list.
+FieldValue valueOf(const Field& field, int row, const CustomInfo& record, bool withSecrets);
+
 /// All fields of a record, in the order of the document.
 QVector<FieldValue> valuesOf(const CustomInfo& record, bool withSecrets);
 
