@@ -59,8 +59,9 @@ QString helpFor(const Command& command, const QCommandLineParser& parser)
     return text + QStringLiteral("\nExample:\n  orvex-inspect %1\n").arg(QLatin1String(command.example));
 }
 
-/// The language files of the store, or those beside the executable when it has none. Answers "en" or "zh".
-QString loadLanguage(CLanguageParser& table, const QString& store, const QString& wanted)
+/// Has texts come from the language files of the store, or from those beside the executable when it has none. Answers
+/// "en" or "zh".
+QString chooseTexts(CLanguageParser& table, const QString& store, const QString& wanted)
 {
     unsigned long code = wanted == QLatin1String("zh") ? LANGUAGE_CHINESE : LANGUAGE_ENGLISH;
     if (wanted.isEmpty()) {
@@ -69,9 +70,11 @@ QString loadLanguage(CLanguageParser& table, const QString& store, const QString
     }
     const QString file = code == LANGUAGE_CHINESE ? QStringLiteral("Resources/Language_zh.xml")
                                                   : QStringLiteral("Resources/Language_en.xml");
-    const QString own = QString::fromLocal8Bit(processDirectory(true)) + file;
-    table.LoadLanguage(QFileInfo::exists(store + file) ? store + file : own);
-    setLanguageTable(&table);
+    setLanguageLoader([&table, store, file] {
+        const QString own = QString::fromLocal8Bit(processDirectory(true)) + file;
+        table.LoadLanguage(QFileInfo::exists(store + file) ? store + file : own);
+        setLanguageTable(&table);
+    });
     return code == LANGUAGE_CHINESE ? QStringLiteral("zh") : QStringLiteral("en");
 }
 
@@ -139,6 +142,6 @@ int main(int argc, char** argv)
         return Invocation::wrong(QStringLiteral("%1 takes one --store").arg(name) + advice);
 
     CLanguageParser table;
-    const QString chosen = loadLanguage(table, stores.first(), language);
+    const QString chosen = chooseTexts(table, stores.first(), language);
     return command->run(Invocation(parser, given, stores, chosen));
 }
