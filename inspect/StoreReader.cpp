@@ -185,10 +185,10 @@ private:
 /// Reads `count` entries and takes them one after the other, in their order.
 void inOrder(std::size_t count, const EntryQueue::Read& read, const std::function<void(Entry&)>& take)
 {
-    const unsigned int processors = std::thread::hardware_concurrency();
+    const unsigned int processors = count < s_fewest ? 1 : std::thread::hardware_concurrency();
     const int workers = static_cast<int>(std::min<unsigned int>(processors, StoreReader::WORKERS));
     EntryQueue queue(count, read);
-    if (count >= s_fewest && workers > 1 && queue.start(workers)) {
+    if (workers > 1 && queue.start(workers)) {
         for (std::vector<Entry> batch = queue.next(); !batch.empty(); batch = queue.next()) {
             for (Entry& entry : batch)
                 take(entry);

@@ -5,7 +5,11 @@
 #include "support/TestEntry.h"
 
 #include <QCryptographicHash>
+#include <QThread>
 #include <QtTest>
+
+#include <array>
+#include <atomic>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -92,6 +96,7 @@ private slots:
     void directoriesPastTheLimitAreTold();
     void invalidDirectoriesTakeNoPlaceInTheCount();
     void visitorGetsTheDocuments();
+    void manyDirectoriesAreToldInTheOrderOfTheScan();
     void entryIsResolved_data();
     void entryIsResolved();
     void directoryNamedLatestIsThatDirectory();
@@ -334,6 +339,41 @@ void TstStoreReader::visitorGetsTheDocuments()
     const QMap<QByteArray, QByteArray> expected = {{"1700000001", documentWithStamp(1700000001)},
                                                    {"1700000002", documentWithStamp(1700000002)}};
     QCOMPARE(seen, expected);
+}
+
+void TstStoreReader::manyDirectoriesAreToldInTheOrderOfTheScan()
+{
+    constexpr int count = 203; // no whole number of batches
+    for (int i = 0; i < count; ++i)
+        put(QByteArray::number(1700000000 + i).constData(), 1700000000 + i);
+    const QByteArrayList order = directoryOrder();
+    StoreReader reader(root());
+
+    const QThread* const caller = QThread::currentThread();
+    QByteArrayList visited;
+    QVERIFY(reader.scan([&](const StoreRow& row, const QByteArray& document) {
+        if (QThread::currentThread() == caller && document == documentWithStamp(row.entry.toLongLong()))
+            visited.append(row.entry);
+    }));
+    QCOMPARE(visited, order);
+
+    QByteArrayList stepped;
+    std::array<std::atomic<int>, StoreReader::WORKERS> busy{};
+    std::atomic<bool> isShared{false};
+    QVERIFY(reader.scanWith([&](int worker, const StoreRow& row, const QByteArray&) {
+        isShared = isShared || busy.at(std::size_t(worker))++ != 0;
+        const QByteArray entry = row.entry;
+        // Those behind must wait for the ones before.
+        QThread::usleep(entry.endsWith('0') ? 2000 : 10);
+        --busy.at(std::size_t(worker));
+        return StoreReader::Step([&stepped, caller, entry] {
+            if (QThread::currentThread() == caller)
+                stepped.append(entry);
+        });
+    }));
+    QCOMPARE(stepped, order);
+    QVERIFY(!isShared);
+    QCOMPARE(reader.rows().size(), count);
 }
 
 void TstStoreReader::entryIsResolved_data()
