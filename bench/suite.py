@@ -21,6 +21,7 @@ STARTS_OF_HISTORY = (0, 50, 100, 200, 300)
 DOCUMENT_BYTES = (8000, 12000, 16000, 24000, 32000, 39500)
 TEMPLATE_MIB = (10, 50, 200, 500)
 ROW_TEMPLATE_MIB = 200
+INSPECTED_ENTRIES = 10000
 LARGEST_EXPONENT = 1.1  # 1 is linear; the rest is what a fit through medians may be off
 
 
@@ -335,8 +336,66 @@ class Suite:
         own, floor = (Sample([took / 1e6 for took in told[side]], "ms") for side in ("own", "floor"))
         self.rows.append(Row(f"History repaint after a deletion, {count} rows", own, floor, 1.5))
 
+    def compare(self, rows, runs=None):
+        """Adds a row for each (what, own commands, floor commands, input of the floor, target). All take turns."""
+        def took(commands, given=None):
+            begin = self.seconds()
+            for command in commands:
+                # A finding is no failure.
+                code = subprocess.run(command, cwd=self.place, input=given, stdout=subprocess.DEVNULL,
+                                      stderr=subprocess.DEVNULL, check=False).returncode
+                if code not in (0, 1):
+                    sys.exit(f"{command[0]} ended with {code}")
+            return (self.seconds() - begin) * 1e3
+
+        times = [([], []) for _ in rows]
+        for run in range(runs or max(LEAST_RUNS, self.runs)):
+            for (_, own, floor, given, _), (own_times, floor_times) in zip(rows, times):
+                ways = [(own, own_times, None), (floor, floor_times, given)]
+                # The first changes from run to run, so that a drift of the machine favours none.
+                for commands, into, text in ways[::1 if run % 2 else -1]:
+                    into.append(took(commands, text))
+        for (what, _, _, _, target), (own_times, floor_times) in zip(rows, times):
+            self.rows.append(Row(what, Sample(own_times, "ms"), Sample(floor_times, "ms"), target))
+
+    def inspect_start(self):
+        place = self.installation("inspect-start")
+        program = place / "orvex-inspect"
+        floor = [[self.tools / "bench_empty_core"]]
+        self.compare([("Start of `orvex-inspect`", [[program, "--version"]], floor, None, 1.5),
+                      ("`orvex-inspect list` without entries", [[program, "list"]], floor, None, 1.5)],
+                     runs=max(41, self.runs))
+
+    def inspect_history(self):
+        count = INSPECTED_ENTRIES // 10 if self.quick else INSPECTED_ENTRIES
+        place = self.installation("inspect-history", count)
+        program = place / "orvex-inspect"
+        no_lines = self.place / "no-lines"
+        no_lines.touch()
+        files = "".join(f"{path}\n" for path in sorted((place / "UpdateCustom").glob("*/*"))).encode()
+        floor = [[self.tools / "bench_history", no_lines, self.place / "no-log"]]
+        self.compare([(f"`orvex-inspect {' '.join(words)}`, {count} entries", [[program, *words]], floor, files, 2)
+                      for words in (["list"], ["list", "--all", "--json"], ["search", "sales"])])
+        shutil.rmtree(place)
+
+    def inspect_verify(self):
+        mib = TEMPLATE_MIB[1] if self.quick else ROW_TEMPLATE_MIB
+        place = self.installation("inspect-verify", 1)
+        shutil.copytree(next((place / "UpdateCustom").iterdir()), place / "custom")
+        self.make_template(place, mib)
+        shutil.copy(self.tools / "bench_packages", place)
+        subprocess.run([place / "bench_packages", "V7.2-R0408E", "7.2.0408.115", "2026-09-10 08:26:40", "1789000000"],
+                       cwd=place, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        # The manifest tells of the run above and not of the entry, which is a finding and costs nothing.
+        packages = sorted(path for name in ("OrvexSetup", "OrvexUpdate", "OrvexCusUpd") for path in (place / name).iterdir())
+        by_hand = [["tar", "-tzf", path] if path.suffix == ".gz" else [place / "7za", "t", path] for path in packages]
+        self.compare([(f"`orvex-inspect verify` of three packages from a {mib} MiB template",
+                       [[place / "orvex-inspect", "verify", *packages]], by_hand, None, 1.15)], runs=LEAST_RUNS)
+        shutil.rmtree(place)
+
     # Each adds its rows and growths. What a further program is measured by is one more function here.
-    PARTS = (start, selection, finish, packages, stall, ciphers, repaint)
+    PARTS = (start, selection, finish, packages, stall, ciphers, repaint, inspect_start, inspect_history,
+             inspect_verify)
 
 
 def table(rows, growths):
