@@ -10,5 +10,5 @@ outputs=$(cd "$outputs" && pwd)
 
 rm -f "$outputs"/*
 # It fails on what has changed.
-ORVEX_WRITE_GOLDEN=$outputs ctest --test-dir build/release -R '^goldenoutputs$' >/dev/null || true
+ORVEX_WRITE_GOLDEN=$outputs ctest --test-dir build/release -R '^goldenoutputs$' >/dev/null 2>&1 || true
 ls "$outputs" | wc -l

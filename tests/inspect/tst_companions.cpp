@@ -1,5 +1,6 @@
 #include "inspect/Command.h"
 #include "inspect/InspectSupport.h"
+#include "inspect/PackageWorkshop.h"
 #include "inspect/ProgramRun.h"
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
@@ -23,6 +24,7 @@ private slots:
 
     void answersFollowTheirSchemas_data();
     void answersFollowTheirSchemas();
+    void answersAboutAnInstallationFollowTheirSchemas();
     void schemasRefuseOtherAnswers_data();
     void schemasRefuseOtherAnswers();
 
@@ -78,10 +80,10 @@ Outcome validate(const QString& schema, const QJsonValue& answer)
                       answers);
 }
 
-QJsonValue answerOf(const QString& words)
+QJsonValue answerOf(const QString& words, const QString& root = storeRoot())
 {
     const QStringList arguments = words.split(QLatin1Char(' ')) + QStringList{QStringLiteral("--json")};
-    const program::Outcome outcome = program::run(QStringList{QStringLiteral("--store"), storeRoot()} + arguments);
+    const program::Outcome outcome = program::run(QStringList{QStringLiteral("--store"), root} + arguments);
     const QJsonDocument document = QJsonDocument::fromJson(outcome.output);
     return document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
 }
@@ -155,6 +157,53 @@ void TstCompanions::answersFollowTheirSchemas()
     QVERIFY(!answer.toArray().isEmpty() || !answer.toObject().isEmpty());
     const Outcome outcome = validate(words.section(QLatin1Char(' '), 0, 0), answer);
     QVERIFY2(outcome.status == 0, qPrintable(outcome.output));
+}
+
+void TstCompanions::answersAboutAnInstallationFollowTheirSchemas()
+{
+    workshop::makeInstallation();
+    const QString root = installation::root();
+    inspecting::store(root, QStringLiteral("broken"), inspecting::documentWithStamp(7), 1);
+    installation::writeFile(root + QStringLiteral("UpdateCustom/broken/OrvexCustomXml.vrf"), "short");
+    installation::writeFile(root + QStringLiteral("Log/MainUI20260131.log"),
+                            "2026-01-31 10:00:00 [ERR]SaveXmlFile: can not open file!\n"
+                            "2026-01-31 10:00:00 [ERR]utl_GenLinuxSetup:genFilePack 64 failed.\n"
+                            "2026-01-31 10:00:00 [ERR]utl_GenLinuxUpdate:genFilePack 64 failed.\n"
+                            "2026-01-31 10:00:00 [ERR]utl_GenLinuxCusUpd:genCusPack  failed.\n"
+                            "2026-01-31 10:00:00 [ERR]Open file failed, error : Permission denied\n"
+                            "2026-01-31 10:00:00 [FTL]\x01\xff\n");
+    const auto put = [](workshop::Kind kind, const char* name, const char* fault) {
+        const QString package = workshop::remade(kind, [&](const QString& client, const QString& zip) {
+            const QString custom = workshop::customIn(kind, client);
+            installation::run(QStringLiteral("sh"), {QStringLiteral("-ec"), QString::fromLatin1(fault),
+                                                     QStringLiteral("sh"), client.isEmpty() ? QString() : custom, zip});
+        });
+        QVERIFY(QFile::rename(package, installation::path(QString::fromLatin1(name))));
+    };
+    put(workshop::Setup, "gone.tar.gz", "true");
+    put(workshop::CusUpdate, "gone.zip", "test -z \"$1\" || rm \"$1/OrvexCustomXml.vrf\"");
+    put(workshop::Update, "odd.zip", "test -n \"$1\" || rm \"$2/comment.txt\"");
+    installation::writeFile(root + QStringLiteral("cut.tar.gz"), "\x1f\x8b");
+
+    const auto follow = [&](const char* words) {
+        const QJsonValue answer = answerOf(QString::fromLatin1(words), root);
+        QVERIFY2(!answer.toArray().isEmpty() || !answer.toObject().isEmpty(), words);
+        const Outcome outcome = validate(QString::fromLatin1(words).section(QLatin1Char(' '), 0, 0), answer);
+        QVERIFY2(outcome.status == 0, qPrintable(QLatin1String(words) + QLatin1String(": ") + outcome.output));
+    };
+    follow("verify");
+    follow("verify gone.tar.gz gone.zip odd.zip cut.tar.gz");
+    follow("which gone.tar.gz odd.zip");
+    follow("doctor");
+    follow("errors --day 20260131");
+    QVERIFY(QDir(root + QStringLiteral("UpdateCustom")).removeRecursively());
+    QVERIFY(QDir(root + QStringLiteral("template")).removeRecursively());
+    follow("verify gone.tar.gz");
+    follow("which gone.tar.gz odd.zip");
+    follow("doctor");
+    for (const char* name : {"gone.tar.gz", "gone.zip", "odd.zip", "cut.tar.gz"})
+        QVERIFY(QFile::remove(root + QLatin1String(name)));
+    QVERIFY(QDir(root + QStringLiteral("work")).removeRecursively());
 }
 
 void TstCompanions::schemasRefuseOtherAnswers_data()
