@@ -1,3 +1,5 @@
+#include "inspect/InspectSupport.h"
+#include "inspect/ProgramRun.h"
 #include "road/RunningProgram.h"
 #include "support/Installation.h"
 #include "support/StoredCustomisation.h"
@@ -8,6 +10,8 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,6 +34,92 @@ QString newestStored(const QString& root)
     return names.isEmpty() ? QString() : root + QLatin1String("UpdateCustom/") + names.last();
 }
 
+/// A fault put into a package by the shell, in the directory of the members of the client archive ("client") or of the
+/// ZIP ("zip").
+struct PackageFault
+{
+    const char* problem;
+    const char* package;
+    const char* directory;
+    const char* change;
+};
+
+const char setupPackage[] = "OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz";
+const char updatePackage[] = "OrvexUpdate/OrvexUpdate7.2 (E0408)_64.zip";
+const char cusUpdatePackage[] = "OrvexCusUpd/OrvexCusUpd7.2 (E0408)_64.zip";
+
+// clang-format off
+const PackageFault packageFaults[] = {
+    {"",                   setupPackage,     "client", "true"},
+    {"",                   updatePackage,    "zip",    "true"},
+    {"",                   cusUpdatePackage, "client", "true"},
+    {"no-customisation",   setupPackage,     "client", "rm -r OrvexClient/custom"},
+    {"two-customisations", setupPackage,     "client", "cp -a OrvexClient/custom ."},
+    {"no-verification",    updatePackage,    "client", "rm OrvexClient/custom/OrvexCustomXml.vrf"},
+    {"verification-size",  cusUpdatePackage, "client", "printf x >> custom/OrvexCustomXml.vrf"},
+    {"document-size",      setupPackage,     "client", "head -c 40589 /dev/zero > OrvexClient/custom/OrvexCustom.xml"},
+    {"not-regular",        setupPackage,     "client", "cd OrvexClient/custom; mv OrvexCustom.xml a; ln -s a OrvexCustom.xml"},
+    {"digest",             setupPackage,     "client", "sed -i 's/192.0.2.10/192.0.2.11/' OrvexClient/custom/OrvexCustom.xml"},
+    {"digest",             cusUpdatePackage, "client", "sed -i 's/192.0.2.10/192.0.2.11/' custom/OrvexCustom.xml"},
+    {"icon-differs",       updatePackage,    "client", "rm OrvexClient/custom/MainIcon.ico"},
+    {"manifest-missing",   updatePackage,    "zip",    "rm comment.txt"},
+    {"manifest-version",   updatePackage,    "zip",    "sed -i 's/^@ver: 7/@ver: 8/' comment.txt"},
+    {"manifest-time",      cusUpdatePackage, "zip",    "sed -i 's/^@time: 1/@time: 2/' comment.txt"},
+    {"manifest-name",      cusUpdatePackage, "zip",    "sed -i 's/^Setup=\"/Setup=\"x/' comment.txt"},
+    {"member-missing",     setupPackage,     "client", "rm \"$(find . -type f -not -path '*/custom/*' | sort | head -n 1)\""},
+    {"member-differs",     updatePackage,    "client", "printf x >> \"$(find . -type f -not -path '*/custom/*' | sort | head -n 1)\""},
+};
+// clang-format on
+
+/// Unpacks a package, changes it and packs it again below `work`, by the real archivers.
+QString faultyPackage(const QString& root, const PackageFault& fault, const QString& work)
+{
+    const QString package = root + QLatin1String(fault.package);
+    const QString result = work + QLatin1Char('/') + QFileInfo(package).fileName();
+    const char* const script = "mkdir client zip\n"
+                               "archive=$1\n"
+                               "case $1 in *.zip) \"$3\" x -ozip \"$1\"; archive=$(echo zip/Dot1X_*);; esac\n"
+                               "tar -xpzf \"$archive\" -C client\n"
+                               "(cd \"$4\"; eval \"$5\")\n"
+                               "packed=$2\n"
+                               "case $1 in *.zip) packed=$PWD/$archive;; esac\n"
+                               "(cd client; tar -czf \"$packed\" *)\n"
+                               "case $1 in *.zip) cd zip; \"$3\" a \"$2\" *;; esac\n";
+    QDir(work).removeRecursively();
+    QDir().mkpath(work);
+    installation::run(QStringLiteral("sh"),
+                      {QStringLiteral("-ec"), QString::fromLatin1(script), QStringLiteral("sh"), package, result,
+                       root + QLatin1String("7za"), QString::fromLatin1(fault.directory),
+                       QString::fromLatin1(fault.change)},
+                      work);
+    return result;
+}
+
+/// The problems that orvex-inspect tells of a package; its status tells whether there are any.
+QStringList problemsOf(const QString& root, const QString& package)
+{
+    const QStringList arguments = {QStringLiteral("--store"), root, QStringLiteral("verify"), package};
+    const QJsonArray packages =
+        program::object(arguments + QStringList{QStringLiteral("--json")}).value(QLatin1String("packages")).toArray();
+    QStringList problems;
+    for (const QJsonValue& problem : packages.first().toObject().value(QLatin1String("problems")).toArray())
+        problems.append(problem.toString());
+    const int status = program::run(arguments).status;
+    if (packages.size() != 1 || status != (problems.isEmpty() ? 0 : 1))
+        problems.append(QStringLiteral("status %1").arg(status));
+    return problems;
+}
+
+/// Names, kinds, modes, owners, times of change and bytes below the directory.
+QByteArray stateOf(const QString& directory)
+{
+    return installation::run(
+        QStringLiteral("sh"),
+        {QStringLiteral("-ec"), QStringLiteral("find . -printf '%p %y %m %U %G %i %s %T@ %C@ %l\\n' | sort\n"
+                                               "find . -type f -exec sha1sum {} + | sort")},
+        directory);
+}
+
 } // namespace
 
 class TstRoad : public QObject
@@ -42,6 +132,8 @@ private slots:
 
     void threePackagesContainTheStoredCustomisation();
     void aPathWithBlanksAndChineseCharactersIsARoadToo();
+    void thePackagesThatWereMadeAreKnownAndBrokenCopiesAreNot();
+    void aLookBesideTheRunningProgramLeavesNoTrace();
     void startedElsewhereOnlyTheCustomisedUpdateLacksTheCustomisation();
     void aStoredCustomisationIsTheStartingPointOfTheNext();
     void theLanguageSwitchesAtOnceAndStays();
@@ -197,6 +289,116 @@ void TstRoad::aPathWithBlanksAndChineseCharactersIsARoadToo()
     QCOMPARE(program.waitForEnd(), 0);
     QCOMPARE(program.warnings(), QStringList());
     checkPackages(root);
+}
+
+void TstRoad::thePackagesThatWereMadeAreKnownAndBrokenCopiesAreNot()
+{
+    const QString root = makeInstallation(QStringLiteral("orvex"));
+    RunningProgram program(*m_display, root, QStringLiteral("road"), options());
+    QCOMPARE(program.waitForEnd(), 0);
+    const QStringList store = {QStringLiteral("--store"), root};
+    const QString entry = QFileInfo(newestStored(root)).fileName();
+
+    const program::Outcome whole = program::run(store + QStringList{QStringLiteral("verify")});
+    QVERIFY2(whole.status == 0, whole.output + whole.errors);
+    const QJsonObject verified =
+        program::object(store + QStringList{QStringLiteral("verify"), QStringLiteral("--json")});
+    QCOMPARE(verified.value(QLatin1String("entries")).toArray().size(), 1);
+    QCOMPARE(verified.value(QLatin1String("packages")).toArray().size(), 3);
+    for (const char* package : {setupPackage, updatePackage, cusUpdatePackage}) {
+        const QStringList which = store + QStringList{QStringLiteral("which"), root + QLatin1String(package)};
+        QCOMPARE(program::run(which).status, 0);
+        const QJsonObject row = program::array(which + QStringList{QStringLiteral("--json")}).first().toObject();
+        QCOMPARE(row.value(QLatin1String("entry")).toString(), entry);
+        QCOMPARE(row.value(QLatin1String("remark")).toString(), remark());
+        QVERIFY(row.value(QLatin1String("inStore")).toBool());
+    }
+
+    const QString work = m_work->filePath(QStringLiteral("broken"));
+    for (const PackageFault& fault : packageFaults) {
+        const QStringList expected = QString::fromLatin1(fault.problem).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const QStringList told = problemsOf(root, faultyPackage(root, fault, work));
+        QVERIFY2(told == expected,
+                 qPrintable(QLatin1String(fault.change) + QLatin1String(": ") + told.join(QLatin1Char(' '))));
+    }
+    for (const char* package : {setupPackage, updatePackage, cusUpdatePackage}) {
+        const QByteArray bytes = readFile(root + QLatin1String(package));
+        const QString cut = work + QLatin1Char('/') + QFileInfo(QLatin1String(package)).fileName();
+        installation::writeFile(cut, bytes.left(bytes.size() * 9 / 10));
+        QCOMPARE(problemsOf(root, cut), QStringList{QStringLiteral("unreadable")});
+    }
+
+    // A document without a record, with its verification; then a newer customisation; then none at all.
+    const QString misread = m_work->filePath(QStringLiteral("misread"));
+    installation::writeFile(misread + QLatin1String("/OrvexCustom.xml"), "<msg>");
+    installation::writeFile(misread + QLatin1String("/OrvexCustomXml.vrf"), inspecting::verificationOf("<msg>"));
+    const QByteArray change = "cp '" + QFile::encodeName(misread) + "'/* OrvexClient/custom";
+    QCOMPARE(problemsOf(root, faultyPackage(root, {"", setupPackage, "client", change.constData()}, work)),
+             QStringList{QStringLiteral("not-parsed")});
+
+    CustomInfo newer;
+    newer.common.cusTimeStamp = entry.toULongLong() + 60;
+    storeCustomisation(root, newer);
+    for (const char* package : {setupPackage, updatePackage, cusUpdatePackage})
+        QCOMPARE(problemsOf(root, root + QLatin1String(package)), QStringList{QStringLiteral("stale")});
+    QCOMPARE(program::run(store + QStringList{QStringLiteral("verify")}).status, 1);
+
+    QVERIFY(QDir(root + QLatin1String("UpdateCustom")).removeRecursively());
+    QCOMPARE(problemsOf(root, root + QLatin1String(setupPackage)), QStringList{QStringLiteral("not-in-store")});
+    const QStringList gone = store + QStringList{QStringLiteral("which"), root + QLatin1String(setupPackage)};
+    QCOMPARE(program::run(gone).status, 1);
+    const QJsonObject row = program::array(gone + QStringList{QStringLiteral("--json")}).first().toObject();
+    QCOMPARE(row.value(QLatin1String("timeStamp")).toDouble(), entry.toDouble());
+    QCOMPARE(row.value(QLatin1String("remark")).toString(), remark());
+}
+
+void TstRoad::aLookBesideTheRunningProgramLeavesNoTrace()
+{
+    const QString root = makeInstallation(QStringLiteral("orvex"));
+    for (const quint64 stamp : {1700000000ull, 1700000600ull}) {
+        CustomInfo record;
+        record.common.cusTimeStamp = stamp;
+        storeCustomisation(root, record);
+    }
+    installation::run(QStringLiteral("mkdir"), {root + QLatin1String("OrvexSetup")});
+    const PackageFault none = {"", "template/OrvexClient_Linux64.tar.gz", "client",
+                               "mkdir -p OrvexClient/custom; cp \"$OLDPWD\"/../orvex/UpdateCustom/1700000600/* "
+                               "OrvexClient/custom"};
+    const QString package = root + QLatin1String(setupPackage);
+    QVERIFY(QFile::copy(faultyPackage(root, none, m_work->filePath(QStringLiteral("made"))), package));
+
+    RunningProgram running(*m_display, root, QStringLiteral("first"), options());
+    QVERIFY(running.waitForLine(QStringLiteral("minimised")));
+    const QByteArray before = stateOf(root);
+    QVERIFY(before.contains("./Log/MainUI"));
+    const QString elsewhere = m_work->filePath(QStringLiteral("elsewhere.tar.gz"));
+    const std::pair<QStringList, int> calls[] = {
+        {{QStringLiteral("list"), QStringLiteral("--all")}, 0},
+        {{QStringLiteral("show"), QStringLiteral("latest")}, 0},
+        {{QStringLiteral("show"), package}, 0},
+        {{QStringLiteral("diff"), QStringLiteral("latest"), QStringLiteral("latest~1")}, 0},
+        {{QStringLiteral("report"), QStringLiteral("latest")}, 0},
+        {{QStringLiteral("verify")}, 0},
+        {{QStringLiteral("which"), package}, 0},
+        {{QStringLiteral("search"), QStringLiteral("802.1X")}, 0},
+        {{QStringLiteral("lint"), QStringLiteral("--all")}, 1},
+        {{QStringLiteral("doctor")}, 0},
+        {{QStringLiteral("errors")}, 0},
+        {{QStringLiteral("fields")}, 0},
+        {{QStringLiteral("export"), QStringLiteral("latest"), QStringLiteral("-o"), elsewhere}, 0},
+    };
+    for (const auto& [arguments, status] : calls) {
+        const program::Outcome outcome = program::run(QStringList{QStringLiteral("--store"), root} + arguments);
+        QVERIFY2(outcome.status == status,
+                 arguments.join(QLatin1Char(' ')).toUtf8() + '\n' + outcome.output.left(2000) + outcome.errors);
+    }
+    QCOMPARE(stateOf(root), before);
+
+    // The program has noticed nothing of it either.
+    RunningProgram second(*m_display, root, QStringLiteral("second"), options());
+    QCOMPARE(second.waitForEnd(), 0);
+    QCOMPARE(running.waitForEnd(), 0);
+    QCOMPARE(running.warnings(), QStringList());
 }
 
 void TstRoad::startedElsewhereOnlyTheCustomisedUpdateLacksTheCustomisation()
