@@ -135,8 +135,11 @@ bool PlainReader::opensEmpty(const char* name)
 
 void PlainReader::close(const char* name)
 {
+    // What was not opened as it should be is not closed either, so that the depth stays that of the place.
+    if (!m_isPlain)
+        return;
     --m_depth;
-    if (!m_isPlain || !tag("</", name, ">\n"))
+    if (!tag("</", name, ">\n"))
         fail();
 }
 
