@@ -22,5 +22,6 @@ cmake --preset "$preset" -DORVEX_WARNINGS_AS_ERRORS="$warnings"
 cmake --build --preset "$preset"
 # All findings at once, not only those of the first source that has some.
 [ "$preset" = sanitize ] || cmake --build --preset "$preset" --target tidy -- -k 0
-exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(nproc)" \
+# One more than there are processors, because some tests mostly wait for the programs that they start.
+exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(($(nproc) + 1))" \
     --label-exclude '^timing$'
