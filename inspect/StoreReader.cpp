@@ -3,6 +3,7 @@
 #include "common/CustomInfoVerify.h"
 #include "common/StorePaths.h"
 #include "inspect/StoreFile.h"
+#include "xml/Catalogue.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -212,8 +213,7 @@ bool isNewer(const StoreRow& one, const StoreRow& other)
 
 const char* iconName(int icon)
 {
-    static const char* const names[ICON_COUNT] = {store::linuxDeskIcon, store::macosDeskIcon, store::mainIcon};
-    return icon >= 0 && icon < ICON_COUNT ? names[icon] : "";
+    return icon >= 0 && icon < ICON_COUNT ? iconFiles()[icon].name : "";
 }
 
 const char* StoreRow::code() const

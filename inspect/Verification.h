@@ -15,7 +15,7 @@ enum class Reason
     VerificationSize, // the verification file has not its 256 bytes
     DocumentSize,     // the document has more than uiCustomInfoLen bytes
     Digest,           // the digest does not match
-    NotParsed         // the document is no XML within the parser's bounds, or has no msg/content
+    NotParsed         // the document is no XML within the parser's bounds, or has no element `content`
 };
 
 /// "no-document", "no-verification", "not-regular", "verification-size", "document-size", "digest", "not-parsed"; empty

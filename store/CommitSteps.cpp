@@ -7,6 +7,7 @@
 #include "common/TimeText.h"
 #include "common/UtilityFunc.h"
 #include "store/StoredDirectory.h"
+#include "xml/Catalogue.h"
 #include "xml/CustomInfo.h"
 #include "xml/CustomInfoLoad.h"
 #include "xml/CustomXmlParser.h"
@@ -31,17 +32,6 @@ namespace store {
 namespace {
 
 bool holdsCopies(const fs::path& directory, const fs::path& copies, bool withHidden);
-
-struct IconFile
-{
-    QString GUIOptionsInfo::*source;
-    const char* name;
-};
-const IconFile iconFiles[] = {
-    {&GUIOptionsInfo::linuxDeskIconPath, linuxDeskIcon},
-    {&GUIOptionsInfo::macosDeskIconPath, macosDeskIcon},
-    {&GUIOptionsInfo::mainIconPath, mainIcon},
-};
 
 bool holdsAny(const QByteArray& path, const char* characters)
 {
@@ -167,13 +157,13 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working)
 
 void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working)
 {
-    for (const IconFile& icon : iconFiles) {
-        const QByteArray source = (gui.*icon.source).toLocal8Bit();
+    for (const IconFile& icon : iconFiles()) {
+        const QByteArray source = (gui.*icon.path).toLocal8Bit();
         if (source.isEmpty())
             continue;
         utl_FileExists(source.constData());
         const QByteArray target = working + icon.name;
-        copyIcon(gui.*icon.source, target);
+        copyIcon(gui.*icon.path, target);
         makeReadable(target);
     }
 }

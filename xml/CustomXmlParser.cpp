@@ -38,8 +38,7 @@ int CustomXmlParser::LoadFile(const QString& path)
 bool CustomXmlParser::loadDocument(const QByteArray& bytes)
 {
     Clear();
-    m_documentLoaded = LoadXmlBytes(bytes) && m_qoRootElement.tagName() == QLatin1String("msg") &&
-                       !m_qoRootElement.firstChildElement(QStringLiteral("content")).isNull();
+    m_documentLoaded = LoadXmlBytes(bytes) && !m_qoRootElement.firstChildElement(QStringLiteral("content")).isNull();
     return m_documentLoaded;
 }
 

@@ -59,8 +59,8 @@ public:
     /// Parses a whole document from memory. From then on the Get operations read this document, without loading it
     /// anew, and take from their path nothing but the directory that the icons are said to lie in.
     ///
-    /// @return  false when the bytes are no XML within the bounds of the parser, or have no element `content` in the
-    ///          root element `msg`; the Get operations then read files again
+    /// @return  false when the bytes are no XML within the bounds of the parser, or have no element `content` in
+    ///          the root, whose name does not matter; the Get operations then read files again
     bool loadDocument(const QByteArray& bytes);
 
 private:
