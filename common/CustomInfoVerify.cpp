@@ -45,7 +45,9 @@ FILE* openRegularFile(const char* path)
     FILE* file = nullptr;
     if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
         file = fdopen(descriptor, "rb");
-    if (!file)
+    if (file)
+        setvbuf(file, nullptr, _IONBF, 0); // each is read whole, into a buffer of the caller
+    else
         close(descriptor);
     return file;
 }

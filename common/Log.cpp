@@ -64,6 +64,9 @@ void logX(int level, const char* format, ...)
         file = fopen(path, "w+");
     if (!file)
         return;
+    // A buffer on the heap would come to lie between two of the handles that stay open, and cost a page for each line.
+    char buffer[LOG_MESSAGE_SIZE + sizeof header];
+    setvbuf(file, buffer, _IOFBF, sizeof buffer);
     fputs(header, file);
     fputs(message, file);
     fputc('\n', file);
