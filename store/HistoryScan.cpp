@@ -1,16 +1,17 @@
 #include "store/HistoryScan.h"
 
+#include "common/CustomInfoVerify.h"
 #include "common/Log.h"
 #include "store/HistoryRows.h"
 #include "store/StoredDirectory.h"
 #include "xml/CustomXmlParser.h"
+#include "xml/PlainDocument.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
 #include <fstream>
-#include <iterator>
-#include <string>
 #include <sys/stat.h>
 
 namespace store {
@@ -36,17 +37,25 @@ bool isDirectory(const QByteArray& path)
     return S_ISDIR(status.st_mode);
 }
 
-// A name that the local encoding cannot give back finds its file by its bytes alone.
+// A document as this system writes it needs no tree to tell what the parser would. None of its bytes comes to lie on
+// the heap between the handles that the log keeps open there.
 void readCommonInfo(const QByteArray& document, CommonInfo& common)
 {
+    std::array<char, uiCustomInfoLen + 1> buffer{};
+    std::ifstream file;
+    file.rdbuf()->pubsetbuf(nullptr, 0);
+    file.open(document.constData(), std::ios::binary);
+    file.read(buffer.data(), uiCustomInfoLen);
+    const QByteArray bytes = QByteArray::fromRawData(buffer.data(), static_cast<int>(file.gcount()));
+    if (readPlainCommon(bytes, common))
+        return;
+
     CustomXmlParser parser;
     parser.FormatXMLInit();
     const QString path = QString::fromLocal8Bit(document);
-    if (path.toLocal8Bit() != document) {
-        std::ifstream file(document.constData(), std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        parser.loadDocument(QByteArray::fromStdString(bytes));
-    }
+    // A name that the local encoding cannot give back finds its file by its bytes alone.
+    if (path.toLocal8Bit() != document)
+        parser.loadDocument(bytes);
     parser.GetXMLCommonInfo(path, common);
 }
 
