@@ -23,31 +23,27 @@ namespace {
 
 constexpr int s_timeColumnWidth = 140;
 
-bool showsTimes(const QFont& font)
+constexpr qreal s_roomForTimes = s_timeColumnWidth - 12; // but for the margins of a cell
+
+qreal widthOfTimes(const QFont& font)
 {
-    const int cellMargin = 12;
-    return QFontMetrics(font).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) <=
-           s_timeColumnWidth - cellMargin;
+    return QFontMetrics(font).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00"));
 }
 
 // The column has a fixed width, so a large font gives way, by half points, until a time string fits.
 QFont fontForTimes(QFont font)
 {
-    if (showsTimes(font))
-        return font;
-    // Each font that is measured has to be loaded, so the search halves what is left; a smaller size is taken
-    // to be no wider.
+    const qreal width = widthOfTimes(font);
     const qreal size = font.pointSizeF();
-    int fits = qMax(0, qCeil((size - 6) * 2)); // steps down; the last is taken unmeasured
-    if (fits == 0)
+    const int mostSteps = qCeil((size - 6) * 2); // the last is taken unmeasured
+    if (width <= s_roomForTimes || mostSteps <= 0)
         return font;
-    int tooFew = 0;
-    while (fits - tooFew > 1) {
-        const int middle = (fits + tooFew) / 2;
-        font.setPointSizeF(size - middle * 0.5);
-        (showsTimes(font) ? fits : tooFew) = middle;
-    }
-    font.setPointSizeF(size - fits * 0.5);
+    // Each font that is measured has to be loaded. A text is about as wide as its font is large, so the search begins
+    // where it should nearly fit.
+    int steps = qBound(1, qFloor(size * (1 - s_roomForTimes / width) * 2), mostSteps);
+    font.setPointSizeF(size - steps * 0.5);
+    for (; steps < mostSteps && widthOfTimes(font) > s_roomForTimes; ++steps)
+        font.setPointSizeF(size - (steps + 1) * 0.5);
     return font;
 }
 
