@@ -85,6 +85,18 @@ bool loadBare(const QString& path)
     return file.open(QIODevice::ReadOnly) && document.setContent(&file, true);
 }
 
+// A load that fails is one that the log tells of.
+void failToLoadBare(const QString& path)
+{
+    if (loadBare(path))
+        return;
+    FILE* const log = fopen("floor.log", "a+");
+    if (!log)
+        tell({{QStringLiteral("missing"), QStringLiteral("floor.log")}}, s_missing);
+    fprintf(log, "2026-01-01 00:00:00 [ERR]CBasedQtXmlParser::LoadXmlFile:Open XML File[%s].\n", qPrintable(path));
+    fclose(log);
+}
+
 } // namespace
 
 Probe::Probe(const QString& script, QObject* parent)
@@ -250,7 +262,7 @@ void Probe::deleteOnce()
     QComboBox bareCombo;
     const qint64 since = worked();
     for (int i = 0; i < s_failedLoadsOfRepaint; ++i)
-        loadBare(QStringLiteral("/OrvexCustom.xml"));
+        failToLoadBare(QStringLiteral("/OrvexCustom.xml"));
     for (int row = 0; row < tree.topLevelItemCount(); ++row) {
         const QTreeWidgetItem* item = tree.topLevelItem(row);
         QStringList texts;

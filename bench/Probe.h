@@ -22,7 +22,7 @@
 ///   finish  from OK to the painted completion dialog, no packages ("own"), beside ORVEX_PROBE_SCRIPT, a shell script,
 ///           and one write of the document ("floor")
 ///   delete  the repaint after the deletion of one customisation ("own") beside the same rows in bare widgets and 22
-///           loads that fail ("floor")
+///           loads that fail, each with its line in a log ("floor")
 ///   stall   the longest time between two ticks of a timer of 1 ms, less that millisecond, while three packages are
 ///           made ("own")
 class Probe : public QObject
