@@ -11,9 +11,11 @@
 #include "xml/RecordRows.h"
 
 #include <QAbstractItemView>
+#include <QHash>
 #include <QItemSelectionModel>
 #include <QLayout>
 #include <QStandardItemModel>
+#include <QStringBuilder>
 #include <QStyle>
 
 // The client page: the starting point and the components of a customisation.
@@ -122,10 +124,13 @@ void OrvexManager::OnRepaintCustomCombo()
     ui.treeWidget_cusHis->clear();
     QList<QStandardItem*> items;
     QVector<QStringList> rows;
+    QHash<QPair<quint32, quint32>, QString> summaries; // most rows have the same few components
     for (const CUSINFOPOLICY& row : qAsConst(m_cusPolicyList)) {
-        const QString summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));
-        const QString gap = QStringLiteral("    ");
-        items.append(new Entry(row.cusTimeString + gap + summary + gap + row.cusAddInfo));
+        QString& summary = summaries[{row.procomVal, row.funcomVal}];
+        if (summary.isNull())
+            summary = GetCusCompStr(int(row.procomVal), int(row.funcomVal));
+        const QLatin1String gap("    ");
+        items.append(new Entry(row.cusTimeString % gap % summary % gap % row.cusAddInfo));
         rows.append({row.cusTimeString, summary, row.cusAddInfo});
     }
     entries->invisibleRootItem()->appendRows(items);
