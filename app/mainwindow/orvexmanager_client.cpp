@@ -154,6 +154,7 @@ void OrvexManager::growForComponents(const QSize& room)
     QScrollArea* access = ui.scrollArea_proComp;
     QScrollArea* functions = ui.scrollArea_funcComp;
     functions->setFixedHeight(sizeToShow(functions).height());
+    forgetSizes(functions);
 
     // A scroll area does not ask for what it holds, so it is fixed to that as long as the layouts are asked.
     const QLayout* pages = ui.centralWidget->layout();
@@ -161,7 +162,6 @@ void OrvexManager::growForComponents(const QSize& room)
     const auto sizeWith = [&](const QSize& sizeOfAccess, int leastWidth) {
         access->setMinimumWidth(qMax(sizeOfAccess.width(), sizeToShow(functions).width()));
         access->setFixedHeight(sizeOfAccess.height());
-        forgetSizes(functions);
         forgetSizes(access);
         const int width = qMax(leastWidth, pages->totalMinimumSize().width());
         return QSize(width, pages->totalHeightForWidth(width) + bars);
