@@ -563,9 +563,9 @@ void TstPackageReader::bombIsRefused()
     const auto zeros = [](const char* command) {
         return installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), QString::fromLatin1(command)});
     };
-    const QByteArray header = tarMember("OrvexClient/zeros", "", '0', {}, qint64(300) << 20);
+    const QByteArray header = tarMember("OrvexClient/zeros", "", '0', {}, qint64(120) << 20);
     const QByteArray packed =
-        gzipped(customisation() + header) + zeros("head -c 314572800 /dev/zero | gzip -9nc") + gzipped(tarEnd());
+        gzipped(customisation() + header) + zeros("head -c 125829120 /dev/zero | gzip -9nc") + gzipped(tarEnd());
     QVERIFY(packed.size() < 1000000);
     if (form == 0) {
         refusedCheaply(packed);

@@ -204,7 +204,7 @@ private slots:
     void expandingDocumentLoadsNothingInTime();
     void largeDocumentLoadsInTime_data();
     void largeDocumentLoadsInTime();
-    void tenThousandDamagedDocumentsLoadWithoutACrash();
+    void twoThousandDamagedDocumentsLoadWithoutACrash();
 };
 
 void TstCustomInfoLoad::init()
@@ -696,11 +696,11 @@ void TstCustomInfoLoad::largeDocumentLoadsInTime()
     QCOMPARE(loadInChild(), "true, 0 lines, " + changes);
 }
 
-void TstCustomInfoLoad::tenThousandDamagedDocumentsLoadWithoutACrash()
+void TstCustomInfoLoad::twoThousandDamagedDocumentsLoadWithoutACrash()
 {
     const quint32 seed = announcedSeed();
     const QByteArray good = documentOf(distinctRecord());
-    constexpr int batches = 50;
+    constexpr int batches = 10;
     constexpr int inBatch = 200;
     int parsed = 0;
     for (int batch = 0; batch < batches; ++batch) {
@@ -730,7 +730,7 @@ void TstCustomInfoLoad::tenThousandDamagedDocumentsLoadWithoutACrash()
         QVERIFY2(counted, qPrintable(QStringLiteral("batch %1: %2").arg(batch).arg(QString::fromUtf8(answer))));
     }
     // Damage of both kinds has occurred.
-    QVERIFY2(parsed > 500 && parsed < 9500, qPrintable(QString::number(parsed)));
+    QVERIFY2(parsed > 100 && parsed < 1900, qPrintable(QString::number(parsed)));
 }
 
 TEST_ENTRY(custominfoload, runGuilessTest<TstCustomInfoLoad>)
