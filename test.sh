@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Builds the project, reads with clang-tidy what has changed, and runs every test but those labelled `timing`, which
-# compare times. --sanitize builds with AddressSanitizer and UndefinedBehaviorSanitizer and leaves clang-tidy out. Ends
-# with CTest's summary.
+# Builds the project, reads with clang-tidy what has changed, and runs every test. --sanitize builds with
+# AddressSanitizer and UndefinedBehaviorSanitizer and leaves clang-tidy out. Ends with CTest's summary.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -23,5 +22,4 @@ cmake --build --preset "$preset"
 # All findings at once, not only those of the first source that has some.
 [ "$preset" = sanitize ] || cmake --build --preset "$preset" --target tidy -- -k 0
 # One more than there are processors, because some tests mostly wait for the programs that they start.
-exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(($(nproc) + 1))" \
-    --label-exclude '^timing$'
+exec ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$(($(nproc) + 1))"
