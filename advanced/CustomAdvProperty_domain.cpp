@@ -45,6 +45,7 @@ void CustomAdvProperty::setDomainTexts()
                {langText("SCE_DevOrder"), labelText(field<&DomainDetail::domainName>),
                 labelText(field<&DomainDetail::domainDesp>)},
                {40, 280});
+    ui.treeWidget_Domain->setAccessibleName(langText("CUS_DomainTitle"));
 }
 
 void CustomAdvProperty::loadDomains()

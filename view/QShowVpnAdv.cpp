@@ -2,6 +2,7 @@
 
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
+#include "app/widgets/AccessibleFaces.h"
 #include "app/widgets/FormRows.h"
 #include "app/widgets/Tables.h"
 #include "xml/CustomInfoHolder.h"
@@ -106,6 +107,7 @@ void showKeepAlive(QCheckBox* box, QLabel* label, QLineEdit* field, QLabel* unit
 
 QShowVpnAdv::QShowVpnAdv(QWidget* parent) : QDialog(parent)
 {
+    tellReadOnly(*this);
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     connect(ui.pushButton, &QPushButton::clicked, this, &QShowVpnAdv::close);

@@ -2,6 +2,7 @@
 
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
+#include "app/widgets/AccessibleFaces.h"
 #include "app/widgets/FormRows.h"
 #include "xml/Catalogue.h"
 
@@ -45,6 +46,7 @@ void showPicture(QLabel* label, const QString& path)
 
 ShowDetailDlg::ShowDetailDlg(QWidget* parent) : QDialog(parent)
 {
+    tellReadOnly(*this);
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowText();

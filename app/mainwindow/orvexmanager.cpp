@@ -1,6 +1,7 @@
 #include "app/mainwindow/orvexmanager.h"
 
 #include "app/language/LangText.h"
+#include "app/widgets/AccessibleFaces.h"
 #include "app/widgets/FitToTexts.h"
 #include "app/widgets/WarningBox.h"
 #include "app/widgets/WheelGuard.h"
@@ -147,6 +148,7 @@ void OrvexManager::setupMenuBar()
 void OrvexManager::createToolBar()
 {
     // Contract: the title is taken before a language is loaded, and stays; so it is kept out of sight.
+    nameToolBarsAccessibly();
     m_pToolBar = addToolBar(langText("toolbar"));
     m_pToolBar->setFloatable(false);
     m_pToolBar->toggleViewAction()->setVisible(false);
@@ -222,6 +224,8 @@ void OrvexManager::refresh()
     retranslate(m_pViewMenu, "menu_view", viewKeys);
     retranslate(m_pLanguageMenu, "menu_Language", languageKeys);
     retranslate(m_pHelpMenu, "menu_help", helpKeys);
+    m_pToolBar->setAccessibleName(langText("toolbar"));
+    ui.listWidget->setAccessibleName(langText("manager_title"));
     ui.listWidget->item(0)->setText(langText("cusclient_tooltip"));
     ui.listWidget->item(1)->setText(langText("cusHis_tooltip"));
 

@@ -60,6 +60,7 @@ void OrvexManager::refreshCusHis()
     ui.toolButton_delete->setText(langText("DeleteCustomBtn"));
 
     QTreeWidget* tree = ui.treeWidget_cusHis;
+    tree->setAccessibleName(langText("AllCusComBox"));
     setColumns(tree,
                {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),
                 labelText(field<&CommonInfo::cusAddInfo>)},
