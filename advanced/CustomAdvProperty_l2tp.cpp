@@ -220,11 +220,9 @@ bool CustomAdvProperty::storeIpsec(WarningBox& box)
         return true;
     }
     const QString server = ui.lineEdit_IPSECServerIP->text();
-    if (isTooLong(server, field<&Base::otherIPSECServer>)) {
-        // Contract: here the focus moves before the message comes.
-        ui.lineEdit_IPSECServerIP->setFocus();
-        return box.refuse("VUI_InputTooLongIPSECSever");
-    }
+    // Contract: here the focus moves before the message comes.
+    if (isTooLong(server, field<&Base::otherIPSECServer>))
+        return box.refuseAt(ui.lineEdit_IPSECServerIP, "VUI_InputTooLongIPSECSever");
     // Contract: an empty field keeps the old address.
     if (!server.isEmpty())
         base.otherIPSECServer = server;

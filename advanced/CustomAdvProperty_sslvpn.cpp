@@ -247,11 +247,16 @@ bool CustomAdvProperty::storeSslVpn(WarningBox& box)
     SSLVPNOptionsInfo& sslvpn = record->sslvpn;
     box.setTitleKey("SCE_SceneTipsTitle");
     const quint64 retryInterval = numberIn(ui.lineEdit_reconnInterval);
-    if (retryInterval == 0)
+    // Contract: these two refusals leave the focus where it is.
+    if (retryInterval == 0) {
+        announceRefusal(ui.lineEdit_reconnInterval, "SSL_RECONNGRAP_ERROR");
         return box.refuse("SSL_RECONNGRAP_ERROR");
+    }
     const quint64 countdown = numberIn(ui.lineEdit_getSysVryInterval);
-    if (countdown < s_shortestCountdown || countdown > s_longestCountdown)
+    if (countdown < s_shortestCountdown || countdown > s_longestCountdown) {
+        announceRefusal(ui.lineEdit_getSysVryInterval, "SSL_GetSmsVryCountDownValu_ERROR");
         return box.refuse("SSL_GetSmsVryCountDownValu_ERROR");
+    }
     sslvpn.getSmsVryCountdownValue = countdown;
     if (!storeAuthTypes(box) || !storeAuthModes(box))
         return false;

@@ -47,6 +47,7 @@ void UninstallPasswd::onOkBtnClicked()
         ui.input->clear();
         ui.confirm->clear();
         ui.input->setFocus();
+        announceRefusal(ui.input, "SMT_PwdDismatchMsgBox");
         return;
     }
     password = typed;

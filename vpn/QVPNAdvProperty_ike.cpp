@@ -84,11 +84,8 @@ bool storeKeepAlive(const Widgets& ui, const KeepAliveRow& row, CustomInfo& info
     }
     const QString text = (ui.*row.seconds.edit)->text();
     const unsigned long seconds = text.toULong(nullptr, 10);
-    if (seconds < 20 || seconds > 28800) {
-        (ui.*row.seconds.edit)->setFocus();
-        box.say(row.errorKey);
-        return false;
-    }
+    if (seconds < 20 || seconds > 28800)
+        return box.refuseAt(ui.*row.seconds.edit, row.errorKey);
     row.seconds.field.setText(info, text);
     row.flag.field.setNumber(info, 1);
     return true;
@@ -151,8 +148,7 @@ void QVPNAdvProperty::saveIkeCfg()
     const QString lifetimeText = ui.lineEdit_ISAKMPSA->text();
     const unsigned long lifetime = lifetimeText.toULong(nullptr, 10);
     if (lifetime < 60 || lifetime > 604800) {
-        ui.lineEdit_ISAKMPSA->setFocus();
-        box.say("VUI_InputValidISAKMPSA");
+        box.refuseAt(ui.lineEdit_ISAKMPSA, "VUI_InputValidISAKMPSA");
         return;
     }
     ike.IKEISAKMPLifetime = lifetimeText;
@@ -161,13 +157,11 @@ void QVPNAdvProperty::saveIkeCfg()
     const QString peerName = ui.lineEdit_PeerName->text();
     if (ui.comboBox_IDType->currentIndex() == words::IdName) {
         if (localName.isEmpty()) {
-            ui.lineEdit_LocalName->setFocus();
-            box.say("VUI_LocalGateName");
+            box.refuseAt(ui.lineEdit_LocalName, "VUI_LocalGateName");
             return;
         }
         if (peerName.isEmpty()) {
-            ui.lineEdit_PeerName->setFocus();
-            box.say("VUI_PeerGateName");
+            box.refuseAt(ui.lineEdit_PeerName, "VUI_PeerGateName");
             return;
         }
         ike.IKELocalName = localName;
@@ -184,8 +178,7 @@ void QVPNAdvProperty::saveIkeCfg()
 
     const std::optional<quint32> port = unsignedPortNumberFromZero(ui.lineEdit_IkePort->text());
     if (!port) {
-        ui.lineEdit_IkePort->setFocus();
-        box.say("VUI_InputValidIKEPort");
+        box.refuseAt(ui.lineEdit_IkePort, "VUI_InputValidIKEPort");
         return;
     }
     ike.IKEPort = *port;

@@ -82,8 +82,7 @@ void QVPNAdvProperty::saveIpsecCfg()
     const QString lifetimeText = ui.lineEdit_SaLifeTime->text();
     const unsigned long lifetime = lifetimeText.toULong(nullptr, 10);
     if (lifetime < 30 || lifetime > 604800) {
-        ui.lineEdit_SaLifeTime->setFocus();
-        box.say("VUI_InputValidPLS");
+        box.refuseAt(ui.lineEdit_SaLifeTime, "VUI_InputValidPLS");
         return;
     }
     ipsec.IPSECSALifetime = lifetimeText;

@@ -3,6 +3,8 @@
 #include "app/language/LangText.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QLineEdit>
 
 WarningBox::WarningBox(const char* titleKey, QWidget* parent) : QMessageBox(parent)
 {
@@ -28,7 +30,31 @@ void WarningBox::say(const char* textKey)
 bool WarningBox::refuse(const char* textKey, QWidget* focus)
 {
     say(textKey);
-    if (focus)
+    if (focus) {
+        announceRefusal(focus, textKey);
         focus->setFocus();
+    }
     return false;
+}
+
+bool WarningBox::refuseAt(QWidget* focus, const char* textKey)
+{
+    focus->setFocus();
+    say(textKey);
+    announceRefusal(focus, textKey);
+    return false;
+}
+
+void announceRefusal(QWidget* field, const char* textKey)
+{
+    field->setAccessibleDescription(langText(textKey));
+    if (auto* edit = qobject_cast<QLineEdit*>(field)) {
+        auto* const refusal = new QObject(edit);
+        QObject::connect(edit, &QLineEdit::textEdited, refusal, [edit, refusal] {
+            edit->setAccessibleDescription(QString());
+            refusal->deleteLater();
+        });
+    }
+    QAccessibleEvent alert(field, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }

@@ -14,7 +14,13 @@ public:
     /// Shows the text of the key and waits for Ok.
     void say(const char* textKey);
 
-    /// Shows the text of the key, then moves the focus to `focus` when one is given. Always false, the answer of a
-    /// check that failed.
+    /// Shows the text of the key, then moves the focus to `focus` when one is given and announces its refusal. Always
+    /// false, the answer of a check that failed.
     bool refuse(const char* textKey, QWidget* focus = nullptr);
+
+    /// The same, where the focus moves before the text is shown.
+    bool refuseAt(QWidget* focus, const char* textKey);
 };
+
+/// Tells screen readers why the field was refused: the reason describes it until the user edits it.
+void announceRefusal(QWidget* field, const char* textKey);

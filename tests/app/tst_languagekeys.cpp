@@ -180,6 +180,7 @@ QStringList keysOfCalls(const QVector<Token>& tokens)
     static const QSet<QString> callees = {QStringLiteral("langText"),  QStringLiteral("GetKey"),
                                           QStringLiteral("say"),       QStringLiteral("refuse"),
                                           QStringLiteral("tell"),      QStringLiteral("setTitleKey"),
+                                          QStringLiteral("refuseAt"),  QStringLiteral("announceRefusal"),
                                           QStringLiteral("WarningBox")};
     QStringList all;
     for (int at = 0; at < tokens.size(); ++at) {

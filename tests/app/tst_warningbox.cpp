@@ -6,6 +6,7 @@
 #include "support/TestEntry.h"
 #include "support/WindowPlay.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -17,6 +18,8 @@ using windowplay::useLanguage;
 namespace {
 
 const char s_missing[] = "NULL";
+
+QVector<const QObject*> s_alerted;
 
 /// A window with two fields, the second of which has the focus.
 struct TwoFields
@@ -36,6 +39,13 @@ struct TwoFields
 };
 
 } // namespace
+
+// Stands before the library's, which tells nobody while no screen reader runs.
+void QAccessible::updateAccessibility(QAccessibleEvent* event)
+{
+    if (event->type() == QAccessible::Alert)
+        s_alerted.append(event->object());
+}
 
 class TstWarningBox : public QObject
 {
@@ -57,6 +67,8 @@ private slots:
     void oneBoxSaysSeveralTexts();
     void refuseMovesTheFocusBehindTheBox();
     void refuseWithoutAFieldLeavesTheFocus();
+    void refuseAtMovesTheFocusBeforeTheBox();
+    void refusalIsAnnouncedUntilTheNextEdit();
 };
 
 void TstWarningBox::initTestCase()
@@ -236,6 +248,43 @@ void TstWarningBox::refuseWithoutAFieldLeavesTheFocus()
     QCOMPARE(box.refuse("SelProtocolPls"), false);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(fields.window.focusWidget(), &fields.second);
+}
+
+void TstWarningBox::refuseAtMovesTheFocusBeforeTheBox()
+{
+    TwoFields fields;
+    WarningBox box("manager_title", &fields.window);
+    const QWidget* focusWhileOpen = nullptr;
+    ModalScript script;
+    script.expect<WarningBox>([&](WarningBox& shown) {
+        focusWhileOpen = fields.window.focusWidget();
+        shown.button(QMessageBox::Ok)->click();
+    });
+    QCOMPARE(box.refuseAt(&fields.first, "SelProtocolPls"), false);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(focusWhileOpen, &fields.first);
+    QCOMPARE(fields.window.focusWidget(), &fields.first);
+    QCOMPARE(fields.first.accessibleDescription(), langText("SelProtocolPls"));
+}
+
+void TstWarningBox::refusalIsAnnouncedUntilTheNextEdit()
+{
+    s_alerted.clear();
+    TwoFields fields;
+    for (const char* key : {"OneInstance", "SelProtocolPls"}) {
+        WarningBox box("manager_title", &fields.window);
+        ModalScript script;
+        script.expect<WarningBox>([](WarningBox& shown) { shown.button(QMessageBox::Ok)->click(); });
+        box.refuse(key, &fields.first);
+        QCOMPARE(script.complaints(), QStringList());
+        QCOMPARE(fields.first.accessibleDescription(), langText(key));
+    }
+    QCOMPARE(s_alerted.count(&fields.first), 2);
+    QCOMPARE(s_alerted.count(&fields.second), 0);
+    fields.first.setText(QStringLiteral("set by the program"));
+    QCOMPARE(fields.first.accessibleDescription(), langText("SelProtocolPls"));
+    QTest::keyClick(&fields.first, Qt::Key_A);
+    QCOMPARE(fields.first.accessibleDescription(), QString());
 }
 
 TEST_ENTRY(warningbox, runTest<TstWarningBox>)
