@@ -20,6 +20,11 @@ else()
     add_link_options(-Wl,-z,relro -Wl,-z,now)
 endif()
 
+if(ORVEX_FUZZ)
+    # What leads the fuzzer; its own main() is linked to the fuzz targets alone.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # A precompiled header is taken from the cache only with these; see ccache's manual, "Precompiled headers".
