@@ -1,0 +1,271 @@
+#include "screenshots/Complaints.h"
+
+#include "screenshots/Drawing.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QGroupBox>
+#include <QHash>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTabBar>
+#include <QTextDocument>
+#include <QToolButton>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace {
+
+QString shownText(const QWidget* widget)
+{
+    if (const QLabel* label = qobject_cast<const QLabel*>(widget))
+        return label->text();
+    if (const QAbstractButton* button = qobject_cast<const QAbstractButton*>(widget))
+        return button->text();
+    if (const QGroupBox* box = qobject_cast<const QGroupBox*>(widget))
+        return box->title();
+    return QString();
+}
+
+/// Parts of a widget, such as the buttons of a tab bar or a header, carry no name of the form.
+bool isOfTheForm(const QWidget* widget)
+{
+    return !widget->objectName().isEmpty() && !widget->objectName().startsWith(QLatin1String("qt_")) &&
+           !widget->parentWidget()->inherits("QTabBar");
+}
+
+/// The widget or the next one around it that the form names.
+const QWidget* namedBy(const QWidget* widget)
+{
+    while (!widget->isWindow() && !isOfTheForm(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
+
+class Inspection
+{
+public:
+    explicit Inspection(QWidget& window) : m_window(window) {}
+
+    QStringList run()
+    {
+        checkWindow();
+        checkWidgets();
+        const Drawing drawing = drawingOf(m_window);
+        for (const DrawnText& text : drawing.texts) {
+            checkRoom(text);
+            checkContrast(text, drawing.ground);
+        }
+        return m_complaints;
+    }
+
+private:
+    void complain(const QWidget* widget, const QString& text, const QString& what)
+    {
+        const QString complaint = QStringLiteral("%1 \"%2\" %3").arg(namedBy(widget)->objectName(), text, what);
+        if (!m_complaints.contains(complaint))
+            m_complaints.append(complaint);
+    }
+    void complain(const QWidget* widget, const char* what) { complain(widget, shownText(widget), QLatin1String(what)); }
+
+    void checkWindow()
+    {
+        if (m_window.windowTitle() == QLatin1String("NULL"))
+            complain(&m_window, "has no title");
+        // What is scrolled away and would fit on the screen beside the window.
+        const int room = m_window.screen()->availableSize().width() - m_window.width() -
+                         m_window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        for (const QScrollArea* area : m_window.findChildren<QScrollArea*>()) {
+            const int hidden = area->horizontalScrollBar()->maximum();
+            if (area->isVisibleTo(&m_window) && hidden > 0 && hidden <= room)
+                complain(area, "scrolls sideways");
+        }
+    }
+
+    bool isShown(const QWidget* widget) const { return widget->isVisibleTo(&m_window) && isOfTheForm(widget); }
+
+    void checkWidgets()
+    {
+        for (const QWidget* widget : m_window.findChildren<QWidget*>()) {
+            if (!isShown(widget) || widget->isWindow())
+                continue;
+            if (shownText(widget).contains(QLatin1String("NULL")))
+                complain(widget, "has no text");
+            const QLabel* label = qobject_cast<const QLabel*>(widget);
+            if (label && label->wordWrap() && !label->text().isEmpty() &&
+                label->height() < label->heightForWidth(label->width()))
+                complain(widget, "is clipped");
+            for (const QWidget* sibling :
+                 widget->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+                if (sibling > widget && isShown(sibling) && !sibling->isWindow() &&
+                    sibling->geometry().intersects(widget->geometry()))
+                    complain(widget, qPrintable(QLatin1String("overlaps ") + sibling->objectName()));
+            }
+        }
+    }
+
+    /// What the tool tip at that place shows, as plain text.
+    QString toolTipAt(const DrawnText& text)
+    {
+        QWidget* widget = const_cast<QWidget*>(text.widget);
+        const QPoint place =
+            widget->mapFrom(&m_window, (text.visible.isEmpty() ? text.place : text.visible).center().toPoint());
+        const QString before = QToolTip::text();
+        QHelpEvent help(QEvent::ToolTip, place, widget->mapToGlobal(place));
+        QApplication::sendEvent(widget, &help);
+        const QString shown = QToolTip::text();
+        QToolTip::hideText();
+        if (shown == before || !Qt::mightBeRichText(shown))
+            return shown;
+        QTextDocument document;
+        document.setHtml(shown);
+        return document.toPlainText();
+    }
+
+    bool tellsItsWhole(const DrawnText& text)
+    {
+        QString start = text.text;
+        const int dots = start.indexOf(QChar(0x2026));
+        if (dots >= 0)
+            start.truncate(dots);
+        const QString whole = toolTipAt(text);
+        return !whole.isEmpty() && whole.contains(start.trimmed());
+    }
+
+    void checkRoom(const DrawnText& text)
+    {
+        if (text.text.contains(QChar(0x2026))) {
+            if (!tellsItsWhole(text))
+                complain(text.widget, text.text, QStringLiteral("ends in dots and has no tool tip"));
+            else if (hasRoomBeside(text))
+                complain(text.widget, text.text, QStringLiteral("ends in dots though there is room"));
+        }
+        const QRectF shown = text.visible.isEmpty() ? QRectF(text.place.topLeft(), QSizeF(0, 0)) : text.visible;
+        const double tolerance = 1.5; // pixels, of glyphs whose ink reaches beyond their cell
+        const bool isCutAcross = text.place.width() - shown.width() > tolerance;
+        const bool isCutDown = text.place.height() - shown.height() > tolerance;
+        if (!isCutAcross && !isCutDown)
+            return;
+        if (mayBeScrolled(text, isCutAcross, isCutDown))
+            return;
+        const QRectF own(text.widget->mapTo(&m_window, QPoint()), text.widget->size());
+        const bool fits = own.adjusted(-tolerance, -tolerance, tolerance, tolerance).contains(text.place);
+        complain(text.widget, text.text,
+                 fits && !text.widget->isWindow() ? QStringLiteral("reaches out of what is around it")
+                                                  : QStringLiteral("is clipped"));
+    }
+
+    /// A column that could be wider without one of them being scrolled away.
+    bool hasRoomBeside(const DrawnText& text) const
+    {
+        const QWidget* parent = text.widget->parentWidget();
+        const QHeaderView* header = qobject_cast<const QHeaderView*>(parent);
+        if (!header) {
+            const auto* view = qobject_cast<const QAbstractItemView*>(parent);
+            header = view ? view->findChild<QHeaderView*>() : nullptr;
+        }
+        return header && header->length() < header->viewport()->width();
+    }
+
+    /// Whether the user can bring the rest of the text into sight, or read it in a tool tip.
+    bool mayBeScrolled(const DrawnText& text, bool across, bool down)
+    {
+        if (qobject_cast<const QLineEdit*>(text.widget))
+            return !down && tellsItsWhole(text);
+        for (const QWidget* widget = text.widget; widget && widget != &m_window; widget = widget->parentWidget()) {
+            const auto* area = qobject_cast<const QAbstractScrollArea*>(widget->parentWidget());
+            if (!area || area->viewport() != widget)
+                continue;
+            // A cell of a table shows its text in dots, where it cuts it off by itself.
+            const bool scrollsAcross =
+                area->horizontalScrollBar()->maximum() > 0 || qobject_cast<const QHeaderView*>(area);
+            const bool scrollsDown = area->verticalScrollBar()->maximum() > 0;
+            if ((!across || scrollsAcross) && (!down || scrollsDown))
+                return true;
+        }
+        return false;
+    }
+
+    bool isDisabled(const DrawnText& text) const
+    {
+        if (!text.widget->isEnabled())
+            return true;
+        const QPoint place = text.widget->mapFrom(&m_window, text.place.center().toPoint());
+        if (const QMenu* menu = qobject_cast<const QMenu*>(text.widget))
+            return menu->actionAt(place) && !menu->actionAt(place)->isEnabled();
+        if (const QMenuBar* bar = qobject_cast<const QMenuBar*>(text.widget))
+            return bar->actionAt(place) && !bar->actionAt(place)->isEnabled();
+        if (const QTabBar* bar = qobject_cast<const QTabBar*>(text.widget))
+            return !bar->isTabEnabled(bar->tabAt(place));
+        const QAbstractItemView* view = qobject_cast<const QAbstractItemView*>(text.widget->parentWidget());
+        return view && view->viewport() == text.widget && view->indexAt(place).isValid() &&
+               !view->indexAt(place).flags().testFlag(Qt::ItemIsEnabled);
+    }
+
+    void checkContrast(const DrawnText& text, const QImage& ground)
+    {
+        const QRect place = text.visible.toAlignedRect() & ground.rect();
+        if (place.isEmpty() || isDisabled(text))
+            return;
+        QHash<QRgb, int> colours;
+        for (int y = place.top(); y <= place.bottom(); ++y) {
+            const QRgb* line = reinterpret_cast<const QRgb*>(ground.constScanLine(y));
+            for (int x = place.left(); x <= place.right(); ++x)
+                ++colours[line[x]];
+        }
+        // A line of a frame that runs behind a text does not make it unreadable.
+        const int few = place.width() * place.height() / 20;
+        double least = 21;
+        for (auto colour = colours.cbegin(); colour != colours.cend(); ++colour) {
+            if (colour.value() <= few)
+                continue;
+            const QColor behind = QColor::fromRgb(colour.key());
+            least = std::min(least, contrast(over(text.colour, behind), behind));
+        }
+        if (least < leastContrast)
+            complain(text.widget, text.text, QStringLiteral("has a contrast of %1").arg(least, 0, 'f', 2));
+    }
+
+    static QColor over(const QColor& colour, const QColor& behind)
+    {
+        const double alpha = colour.alphaF();
+        const auto mix = [alpha](double front, double back) { return front * alpha + back * (1 - alpha); };
+        return QColor::fromRgbF(mix(colour.redF(), behind.redF()), mix(colour.greenF(), behind.greenF()),
+                                mix(colour.blueF(), behind.blueF()));
+    }
+
+    QWidget& m_window;
+    QStringList m_complaints;
+};
+
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+} // namespace
+
+double contrast(const QColor& one, const QColor& other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+QStringList complaintsAbout(QWidget& window)
+{
+    return Inspection(window).run();
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+#include <QStringList>
+
+class QWidget;
+
+/// What is wrong with how a window looks now, a line each: the widget's name, its text and what is wrong. Hidden pages
+/// of the window do not count.
+///
+/// - a text is missing, clipped, or reaches out of the widget around it;
+/// - a text ends in dots though there is room, or without a tool tip that shows the whole of it; what a line edit or a
+///   view cuts off may be scrolled to;
+/// - a scroll area scrolls sideways though the screen has room;
+/// - two widgets side by side overlap;
+/// - a text has too little contrast, see leastContrast.
+///
+/// What the list of exceptions in the source names is left out, for the reason that stands there.
+QStringList complaintsAbout(QWidget& window);
+
+/// The least contrast of a text with its ground (WCAG 2.1, success criterion 1.4.3, level AA). Placeholders count, the
+/// texts of disabled controls do not, as there.
+constexpr double leastContrast = 4.5;
+
+/// The contrast of two opaque colours, 1 to 21 (WCAG 2.1, "contrast ratio").
+double contrast(const QColor& one, const QColor& other);
