@@ -57,6 +57,8 @@ const Known knownLines[] = {
     {"utl_GenMacosUpdate:GenCommentFile ", nullptr, nullptr, ""},
     {"utl_GenLinuxCusUpd:GenCommentFile ", nullptr, nullptr, ""},
     {"utl_GenMacosCusUpd:GenCommentFile ", nullptr, nullptr, ""},
+    // The empty starting configuration has no directory.
+    {"CBasedQtXmlParser::LoadXmlFile:Open XML File[/OrvexCustom.xml].", nullptr, nullptr, ""},
     // A second start shows the window of the first and ends.
     {"orvexmanager  already locked", nullptr, nullptr, ""},
     {"main:----OrvexManager has already started", nullptr, nullptr, ""},

@@ -15,3 +15,10 @@ inspect=build/release/OrvexManager/orvex-inspect
     printf '# 定制选项\n\n由 `scripts/write-options.sh` 生成；程序可读取 `orvex-inspect fields --json`。\n\n'
     "$inspect" --lang zh fields --markdown
 } >"$documents/options.zh.md"
+
+for document in administrator.md administrator.zh.md; do
+    language=en
+    [ "$document" = administrator.md ] || language=zh
+    [ "$documents" = docs ] || cp "docs/$document" "$documents/"
+    scripts/options_table.py "$inspect" "$language" "$documents/$document"
+done

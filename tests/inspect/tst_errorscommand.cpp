@@ -363,6 +363,7 @@ void TstErrorsCommand::eachKnownLineHasItsStep_data()
     row("[ERR]utl_GenMacosCusUpd:ZipUpdFiles  failed.", "");
     row("[ERR]GetCurAllCustoms error opendir: No such file or directory", "");
     row("[ERR]GetCurAllCustoms error opendir: 没有那个文件或目录", "");
+    row("[ERR]CBasedQtXmlParser::LoadXmlFile:Open XML File[/OrvexCustom.xml].", "");
     row("[ERR]orvexmanager  already locked, error: Resource temporarily unavailable", "");
     row("[WRN]main:----OrvexManager has already started----", "");
     row("[DBG]utl_GetFileSize file: /p/failed/OrvexCustom.xml, sizeLow 0", "");
