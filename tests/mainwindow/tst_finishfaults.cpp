@@ -9,34 +9,65 @@
 #include <QComboBox>
 #include <QDir>
 #include <QProcess>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <iterator>
+#include <sys/wait.h>
+#include <unistd.h>
 
 /// The main() of the program, which the build gives this name.
 int programMain(int argc, char** argv);
 
 // A whole program that makes three packages at one Finish, and meets a fault at it; then the same program again,
-// without a fault.
+// without a fault. With ORVEX_SOAK_FAULTS in the environment every fault is tried, otherwise a choice of them. Then
+// ORVEX_SOAK_DISK may name an empty file system of some 30 MiB for the installation.
 
 namespace {
 
-QByteArray s_fault; // of this process, when it is the program: "none", "tools", "kill", "kill the archiver", "disk"
+// Of this process, when it is the program: "none", "tools", "kill before", "kill during", "kill after", "kill the
+// archiver", "disk".
+QByteArray s_fault;
 qint64 s_amount = 0;
 std::atomic<bool> s_isFinishing{false};
 std::atomic<qint64> s_commands{0};
 std::atomic<qint64> s_zips{0};
 
+/// Runs the command as system() does, and ends it and this process within its first milliseconds.
+[[noreturn]] void dieWithin(const char* command)
+{
+    const pid_t shell = fork();
+    if (shell == 0) {
+        setpgid(0, 0);
+        execl("/bin/sh", "sh", "-c", command, nullptr);
+        _exit(127);
+    }
+    setpgid(shell, shell);
+    usleep(useconds_t(500 + s_amount * 137 % 3000));
+    kill(-shell, SIGKILL);
+    waitpid(shell, nullptr, 0);
+    raise(SIGKILL);
+    abort();
+}
+
 int killingSystem(interposed::System::Real real, const char* command)
 {
     const qint64 number = s_isFinishing ? ++s_commands : 0;
-    if (number == s_amount && s_fault == "kill")
+    const bool isTheOne = number == s_amount && s_fault.startsWith("kill ");
+    if (isTheOne && s_fault.endsWith(" before"))
         raise(SIGKILL);
+    if (isTheOne && s_fault.endsWith(" during"))
+        dieWithin(command);
     const int status = real(command);
+    if (isTheOne && s_fault.endsWith(" after"))
+        raise(SIGKILL);
     // As it is when the archiver does not get to its end either.
     const bool isZip = strstr(command, "7za\" a ") != nullptr;
     if (s_fault == "kill the archiver" && isZip && ++s_zips == s_amount) {
@@ -69,8 +100,8 @@ void play()
     QScopedPointer<FullDisk> disk(s_fault == "disk" ? new FullDisk(rlim_t(s_amount)) : nullptr);
     const QStringList amiss = commit(*window, QStringLiteral("remark"), PackageSetup | PackageUpdate | PackageCusUpd);
     disk.reset();
-    printf("amiss: %s\nlisted: %s\n", qPrintable(amiss.join(QLatin1Char('|'))),
-           qPrintable(shownTimes(*window).join(QLatin1Char(','))));
+    printf("commands: %lld\namiss: %s\nlisted: %s\n", static_cast<long long>(s_commands),
+           qPrintable(amiss.join(QLatin1Char('|'))), qPrintable(shownTimes(*window).join(QLatin1Char(','))));
     QApplication::exit(0);
 }
 
@@ -90,13 +121,20 @@ class TstFinishFaults : public QObject
 private slots:
     void init();
 
+    void cleanup();
+
+    void aKillAtAnyCommandHarmsNothing_data();
     void aKillAtAnyCommandHarmsNothing();
     void aKillOfTheArchiverHarmsNothing_data();
     void aKillOfTheArchiverHarmsNothing();
     void aFullDiskHarmsNothing_data();
     void aFullDiskHarmsNothing();
-    void aMissingToolHarmsNothing_data();
-    void aMissingToolHarmsNothing();
+    void aFileSystemWithoutRoomHarmsNothing_data();
+    void aFileSystemWithoutRoomHarmsNothing();
+    void aToolThatDoesNotWorkHarmsNothing_data();
+    void aToolThatDoesNotWorkHarmsNothing();
+    void aReadOnlyDirectoryHarmsNothing_data();
+    void aReadOnlyDirectoryHarmsNothing();
 
 private:
     void makeInstallation();
@@ -111,9 +149,33 @@ private:
     QString m_root; // of the installation, with a trailing slash
     QStringList m_earlier;
     QStringList m_told;
+    bool m_obeysModes = false; // a program that is started as root may not write where the mode forbids it
 };
 
 namespace {
+
+bool isWhole()
+{
+    return qEnvironmentVariableIsSet("ORVEX_SOAK_FAULTS");
+}
+
+/// Takes all the room of the file system but so many KiB, while it lives.
+class Filler
+{
+public:
+    Filler(const QString& path, qint64 left) : m_file(path)
+    {
+        const qint64 room = QStorageInfo(QFileInfo(path).path()).bytesAvailable() - left * 1024;
+        if (!m_file.open(QIODevice::WriteOnly) || room < 0 || posix_fallocate(m_file.handle(), 0, room) != 0)
+            qFatal("the file system cannot be filled");
+    }
+    ~Filler() { m_file.remove(); }
+    Filler(const Filler&) = delete;
+    Filler& operator=(const Filler&) = delete;
+
+private:
+    QFile m_file;
+};
 
 const char* const s_earlierNames[] = {"UpdateCustom/1600000000", "UpdateCustom/1600000060"};
 
@@ -124,9 +186,17 @@ void TstFinishFaults::init()
     prepareInstallation();
     installation::installArchiver();
     installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
-    m_work.reset(new QTemporaryDir(installation::path(QStringLiteral("work-XXXXXX"))));
+    const QString disk = qEnvironmentVariable("ORVEX_SOAK_DISK");
+    const QString place =
+        disk.isEmpty() ? installation::path(QStringLiteral("work-XXXXXX")) : disk + QLatin1String("/work-XXXXXX");
+    m_work.reset(new QTemporaryDir(place));
     QVERIFY(m_work->isValid());
     makeInstallation();
+}
+
+void TstFinishFaults::cleanup()
+{
+    m_work.reset();
 }
 
 void TstFinishFaults::makeInstallation()
@@ -161,7 +231,13 @@ bool TstFinishFaults::start(const char* fault, qint64 amount, const QString& too
         environment.insert(QStringLiteral("PATH"), tools);
         process.setProcessEnvironment(environment);
     }
-    process.start(at("OrvexManager"), {QStringLiteral("play"), QLatin1String(fault), QString::number(amount)});
+    QStringList command = {at("OrvexManager"), QStringLiteral("play"), QLatin1String(fault), QString::number(amount)};
+    if (m_obeysModes && geteuid() == 0)
+        command =
+            QStringList{QStringLiteral("setpriv"), QStringLiteral("--bounding-set=-dac_override,-dac_read_search")} +
+            command;
+    const QString program = command.takeFirst();
+    process.start(program, command);
     if (!process.waitForFinished(60000))
         QTest::qFail("the program does not end", __FILE__, __LINE__);
     m_told = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'));
@@ -251,18 +327,28 @@ void TstFinishFaults::comparePackages() const
     QCOMPARE(installation::describeTree(found + QLatin1String("/custom")), installation::describeTree(at("custom")));
 }
 
+void TstFinishFaults::aKillAtAnyCommandHarmsNothing_data()
+{
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<int>("number");
+    init();
+    QVERIFY(start("kill nothing"));
+    const int commands = told("commands").first().toInt();
+    QVERIFY2(commands > 20, qPrintable(QString::number(commands)));
+    const char* const moments[] = {"before", "during", "after"};
+    for (int number = 1; number <= commands; ++number) {
+        for (int i = 0; i < 3; ++i) {
+            if (isWhole() || number * 2 % 9 == i * 3 + 1)
+                QTest::addRow("%s %d", moments[i], number) << QByteArray("kill ") + moments[i] << number;
+        }
+    }
+}
+
 void TstFinishFaults::aKillAtAnyCommandHarmsNothing()
 {
-    int kills = 0;
-    for (; !start("kill", kills + 1); ++kills) {
-        checkStoreAndNextFinish();
-        if (QTest::currentTestFailed()) {
-            qWarning("killed at command %d", kills + 1);
-            return;
-        }
-        makeInstallation();
-    }
-    QVERIFY2(kills > 20, qPrintable(QString::number(kills)));
+    QFETCH(const QByteArray, fault);
+    QFETCH(const int, number);
+    QVERIFY(!start(fault.constData(), number));
     checkStoreAndNextFinish();
 }
 
@@ -283,7 +369,11 @@ void TstFinishFaults::aKillOfTheArchiverHarmsNothing()
 void TstFinishFaults::aFullDiskHarmsNothing_data()
 {
     QTest::addColumn<int>("room"); // for each file
-    for (const int room : {0, 1, 100, 255, 256, 500, 1000, 2000, 4000, 8000, 100000})
+    const QVector<int> few = {0, 1, 255, 256, 500, 4000};
+    const QVector<int> more = {2,    16,   64,   100,  200,   240,   254,   257,   300,   350,   400,  600,
+                               700,  800,  1000, 1200, 1500,  1800,  2000,  2500,  3000,  3500,  4096, 5000,
+                               6000, 7000, 8000, 9000, 10000, 12000, 16000, 20000, 50000, 100000};
+    for (const int room : isWhole() ? few + more : few)
         QTest::newRow(qPrintable(QString::number(room))) << room;
 }
 
@@ -294,25 +384,93 @@ void TstFinishFaults::aFullDiskHarmsNothing()
     checkStoreAndNextFinish();
 }
 
-void TstFinishFaults::aMissingToolHarmsNothing_data()
+void TstFinishFaults::aFileSystemWithoutRoomHarmsNothing_data()
 {
-    QTest::addColumn<QString>("missing");
-    for (const char* tool : {"none", "tar", "gzip", "cp", "rm", "mkdir", "find", "chmod", "all"})
-        QTest::newRow(tool) << tool;
+    QTest::addColumn<int>("room"); // in KiB, for all files together; -1: as it is
+    if (!isWhole() || !qEnvironmentVariableIsSet("ORVEX_SOAK_DISK"))
+        QTest::newRow("room enough") << -1;
+    else
+        for (int i = 0; i < 40; ++i)
+            QTest::newRow(qPrintable(QString::number(i * 4))) << i * 4;
 }
 
-void TstFinishFaults::aMissingToolHarmsNothing()
+void TstFinishFaults::aFileSystemWithoutRoomHarmsNothing()
 {
-    QFETCH(const QString, missing);
+    QFETCH(const int, room);
+    QScopedPointer<Filler> filler(room < 0 ? nullptr : new Filler(m_work->filePath(QStringLiteral("filler")), room));
+    QVERIFY(start("tools"));
+    filler.reset();
+    checkStoreAndNextFinish();
+}
+
+void TstFinishFaults::aToolThatDoesNotWorkHarmsNothing_data()
+{
+    QTest::addColumn<QString>("tool");
+    QTest::addColumn<QByteArray>("instead"); // empty: it is missing
+    const char* const tools[] = {"tar", "gzip", "cp", "rm", "mkdir", "find", "chmod", "7za", "all"};
+    for (const char* tool : tools) {
+        QTest::addRow("%s missing", tool) << QString::fromLatin1(tool) << QByteArray();
+        if (isWhole() || tool == tools[0])
+            QTest::addRow("%s failing", tool) << QString::fromLatin1(tool) << QByteArray("#!/bin/sh\nexit 1\n");
+        if (isWhole() || tool == tools[2])
+            QTest::addRow("%s killed", tool) << QString::fromLatin1(tool) << QByteArray("#!/bin/sh\nkill -9 $$\n");
+    }
+}
+
+void TstFinishFaults::aToolThatDoesNotWorkHarmsNothing()
+{
+    QFETCH(const QString, tool);
+    QFETCH(const QByteArray, instead);
     const QString tools = m_work->filePath(QStringLiteral("tools"));
     QVERIFY(QDir().mkpath(tools));
-    for (const char* tool : {"tar", "gzip", "cp", "rm", "mkdir", "find", "chmod"}) {
-        if (missing == QLatin1String("all") || missing == QLatin1String(tool))
-            continue;
-        const QString place = QStandardPaths::findExecutable(QLatin1String(tool));
-        QVERIFY(QFile::link(place, tools + QLatin1Char('/') + QLatin1String(tool)));
+    const auto put = [&instead](const QString& path) {
+        if (instead.isEmpty())
+            return;
+        installation::writeFile(path, instead);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    };
+    for (const char* name : {"tar", "gzip", "cp", "rm", "mkdir", "find", "chmod"}) {
+        const QString path = tools + QLatin1Char('/') + QLatin1String(name);
+        if (tool == QLatin1String("all") || tool == QLatin1String(name))
+            put(path);
+        else
+            QVERIFY(QFile::link(QStandardPaths::findExecutable(QLatin1String(name)), path));
     }
+    const QString archiver = at("7za");
+    const QString kept = m_work->filePath(QStringLiteral("7za"));
+    QVERIFY(QFile::rename(archiver, kept));
+    if (tool == QLatin1String("all") || tool == QLatin1String("7za"))
+        put(archiver);
+    else
+        QVERIFY(QFile::link(kept, archiver));
     QVERIFY(start("tools", 0, tools));
+    QFile::remove(archiver);
+    QVERIFY(QFile::rename(kept, archiver));
+    checkStoreAndNextFinish();
+}
+
+void TstFinishFaults::aReadOnlyDirectoryHarmsNothing_data()
+{
+    QTest::addColumn<QString>("directory");
+    const char* const directories[] = {"UpdateCustom", "template",    ".",
+                                       "Log",          "custom",      "OrvexSetup",
+                                       "OrvexUpdate",  "OrvexCusUpd", "UpdateCustom/1600000000"};
+    for (int i = 0; i < (isWhole() ? int(std::size(directories)) : 2); ++i)
+        QTest::newRow(directories[i]) << QString::fromLatin1(directories[i]);
+}
+
+void TstFinishFaults::aReadOnlyDirectoryHarmsNothing()
+{
+    QFETCH(const QString, directory);
+    const QString path = m_root + directory;
+    QVERIFY(QDir().mkpath(path));
+    const QFile::Permissions readOnly = QFile::ReadOwner | QFile::ExeOwner;
+    QVERIFY(QFile::setPermissions(path, readOnly));
+    m_obeysModes = true;
+    const bool hasEnded = start("tools");
+    m_obeysModes = false;
+    QVERIFY(QFile::setPermissions(path, readOnly | QFile::WriteOwner));
+    QVERIFY(hasEnded);
     checkStoreAndNextFinish();
 }
 
