@@ -2,7 +2,8 @@
 # the executable, Resources/, config.ini, the archiver 7za, Qt's Chinese texts and the directory of the client templates.
 #
 # `cmake --install` puts the same, with the client templates that stand in the assembled directory. Over an existing
-# installation it leaves the settings, the history, the packages and other client templates as they are.
+# installation it leaves the settings, the history, the packages and other client templates as they are. The components
+# of the rules are told in OrvexPackage.cmake.
 #
 #   orvex_installation(target DIRECTORY dir [LANGUAGE_FILES file...])
 find_program(ORVEX_ARCHIVER 7za PATHS /usr/lib/p7zip /usr/lib/7zip NO_DEFAULT_PATH
@@ -37,17 +38,18 @@ function(orvex_installation target)
     add_custom_target(${target}_installation ALL DEPENDS ${stamp})
     add_dependencies(${target} ${target}_installation)
 
-    install(TARGETS ${target} DESTINATION .)
-    install(PROGRAMS ${ORVEX_ARCHIVER} DESTINATION . RENAME 7za)
-    install(FILES ${I_LANGUAGE_FILES} DESTINATION Resources)
+    install(TARGETS ${target} DESTINATION . COMPONENT program)
+    install(PROGRAMS ${ORVEX_ARCHIVER} DESTINATION . RENAME 7za COMPONENT place)
+    install(FILES ${I_LANGUAGE_FILES} DESTINATION Resources COMPONENT program)
     if(ORVEX_QT_CHINESE)
-        install(FILES ${ORVEX_QT_CHINESE} DESTINATION . RENAME qt_zh_CN.qm)
+        install(FILES ${ORVEX_QT_CHINESE} DESTINATION . RENAME qt_zh_CN.qm COMPONENT place)
     endif()
-    install(DIRECTORY ${I_DIRECTORY}/template DESTINATION .)
+    install(DIRECTORY DESTINATION template COMPONENT place)
+    install(DIRECTORY ${I_DIRECTORY}/template DESTINATION . COMPONENT templates)
     install(CODE "
         if(NOT EXISTS \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/config.ini\")
             file(INSTALL \"${PROJECT_SOURCE_DIR}/packaging/config.ini\" DESTINATION \"\${CMAKE_INSTALL_PREFIX}\")
-        endif()")
+        endif()" COMPONENT place)
 endfunction()
 
 # Puts a program into the installation of another.
@@ -57,5 +59,5 @@ function(orvex_beside target other)
     get_target_property(directory ${other} RUNTIME_OUTPUT_DIRECTORY)
     set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${directory})
     add_dependencies(${target} ${other}_installation)
-    install(TARGETS ${target} DESTINATION .)
+    install(TARGETS ${target} DESTINATION . COMPONENT program)
 endfunction()

@@ -287,7 +287,7 @@ void TstCompanions::manualPageIsSound()
 {
     const Outcome outcome = runProgram(
         QStringLiteral("groff"), {QStringLiteral("-man"), QStringLiteral("-Tutf8"), QStringLiteral("-ww"),
-                                  QStringLiteral("-z"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1")});
+                                  QStringLiteral("-z"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1.in")});
     QCOMPARE(outcome.output, QString());
     QCOMPARE(outcome.status, 0);
 }
@@ -297,7 +297,7 @@ void TstCompanions::manualPageNamesEveryCommandAndOption()
     const Outcome outcome =
         runProgram(QStringLiteral("groff"),
                    {QStringLiteral("-man"), QStringLiteral("-Tascii"), QStringLiteral("-P-c"), QStringLiteral("-P-b"),
-                    QStringLiteral("-P-u"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1")});
+                    QStringLiteral("-P-u"), QStringLiteral(ORVEX_SOURCE_DIR "/docs/orvex-inspect.1.in")});
     for (const Command& command : commands()) {
         const QRegularExpression heading(QStringLiteral("^ {7}%1( |$)").arg(QLatin1String(command.name)),
                                          QRegularExpression::MultilineOption);
