@@ -6,6 +6,7 @@
 #include "inspect/PackageReader.h"
 #include "inspect/StoreFile.h"
 #include "inspect/StoreReader.h"
+#include "inspect/Translation.h"
 
 #include <QDir>
 #include <QFile>
@@ -132,7 +133,7 @@ Check Checkup::checkTemplates() const
         if (isThere(row))
             found.append(QLatin1String(row.name));
         else
-            faults.add(row.level, QStringLiteral("%1 is missing or cannot be read; install it").arg(templateOf(row)));
+            faults.add(row.level, translated("%1 is missing or cannot be read; install it").arg(templateOf(row)));
     }
     return faults.result(Check::Error, found.join(QLatin1String(", ")));
 }
@@ -143,7 +144,7 @@ Check Checkup::checkContents()
     for (const TemplateRow& row : templateRows) {
         const QString name = QLatin1String(row.name);
         if (!isThere(row)) {
-            faults.add(Check::Note, name + QLatin1String(": there is nothing to look at"));
+            faults.add(Check::Note, translated("%1: there is nothing to look at").arg(name));
             continue;
         }
         const QByteArray client = row.client;
@@ -163,18 +164,18 @@ Check Checkup::checkContents()
         if (row.level == Check::Error)
             m_unpacked = unpacked;
         if (!content.damage.isEmpty() || content.kind != PackageKind::Setup) {
-            const QString why = content.damage.isEmpty() ? QStringLiteral("it is no gzip archive")
-                                                         : QString::fromLocal8Bit(content.damage);
-            faults.add(row.level, QStringLiteral("%1 is not sound: %2; install it again").arg(name, why));
+            const QString why =
+                content.damage.isEmpty() ? translated("it is no gzip archive") : translated(content.damage.constData());
+            faults.add(row.level, translated("%1 is not sound: %2; install it again").arg(name, why));
         } else if (!hasClient || !isDirectory) {
-            faults.add(row.level, QStringLiteral("%1 has no directory %2; install the template of this system")
+            faults.add(row.level, translated("%1 has no directory %2; install the template of this system")
                                       .arg(name, QLatin1String(row.client)));
         } else if (!takesCustomisation) {
-            faults.add(row.level, QStringLiteral("%1: %2/custom is no directory; install the template again")
+            faults.add(row.level, translated("%1: %2/custom is no directory; install the template again")
                                       .arg(name, QLatin1String(row.client)));
         }
     }
-    return faults.result(Check::Error, QStringLiteral("sound, with their directories OrvexClient and OrvexClient.pkg"));
+    return faults.result(Check::Error, translated("sound, with their directories OrvexClient and OrvexClient.pkg"));
 }
 
 /// Empty when the program runs and says that all is well.
@@ -190,11 +191,11 @@ QString failureOf(const QString& program, const QStringList& arguments)
         const bool hasStarted = process.state() != QProcess::NotRunning;
         process.kill();
         process.waitForFinished(s_programPatience);
-        return hasStarted ? QStringLiteral("does not answer") : QStringLiteral("does not start");
+        return hasStarted ? translated("does not answer") : translated("does not start");
     }
     if (process.exitStatus() != QProcess::NormalExit)
-        return QStringLiteral("crashes");
-    return process.exitCode() == 0 ? QString() : QStringLiteral("ends with status %1").arg(process.exitCode());
+        return translated("crashes");
+    return process.exitCode() == 0 ? QString() : translated("ends with status %1").arg(process.exitCode());
 }
 
 Check Checkup::checkArchiver() const
@@ -203,12 +204,12 @@ Check Checkup::checkArchiver() const
     const QString program = pathOf(store::archiver);
     const QFileInfo info(program);
     if (!info.isFile())
-        faults.add(Check::Error, program + QLatin1String(" is missing; install it"));
+        faults.add(Check::Error, translated("%1 is missing; install it").arg(program));
     else if (access(local(program).constData(), X_OK) != 0)
-        faults.add(Check::Error, program + QLatin1String(" may not be executed; give it mode 755"));
+        faults.add(Check::Error, translated("%1 may not be executed; give it mode 755").arg(program));
     else if (const QString failure = failureOf(QFileInfo(program).absoluteFilePath(), {}); !failure.isEmpty())
-        faults.add(Check::Error, QStringLiteral("%1 %2; install it again").arg(program, failure));
-    return faults.result(Check::Error, program + QLatin1String(" runs"));
+        faults.add(Check::Error, translated("%1 %2; install it again").arg(program, failure));
+    return faults.result(Check::Error, translated("%1 runs").arg(program));
 }
 
 Check Checkup::checkTar() const
@@ -216,13 +217,12 @@ Check Checkup::checkTar() const
     Faults faults("tar");
     const QString program = QStandardPaths::findExecutable(QStringLiteral("tar"));
     if (program.isEmpty())
-        faults.add(Check::Error, QStringLiteral("tar is not among the programs of PATH; install it"));
+        faults.add(Check::Error, translated("tar is not among the programs of PATH; install it"));
     else if (const QString failure = failureOf(program, {QStringLiteral("--version")}); !failure.isEmpty())
-        faults.add(Check::Error, QStringLiteral("%1 %2; install it again").arg(program, failure));
+        faults.add(Check::Error, translated("%1 %2; install it again").arg(program, failure));
     if (QStandardPaths::findExecutable(QStringLiteral("gzip")).isEmpty())
-        faults.add(Check::Error,
-                   QStringLiteral("gzip, which tar calls, is not among the programs of PATH; install it"));
-    return faults.result(Check::Error, program + QLatin1String(" runs"));
+        faults.add(Check::Error, translated("gzip, which tar calls, is not among the programs of PATH; install it"));
+    return faults.result(Check::Error, translated("%1 runs").arg(program));
 }
 
 Check Checkup::checkScripts() const
@@ -230,9 +230,9 @@ Check Checkup::checkScripts() const
     Faults faults("scripts");
     for (const char* script : {packing::setupScript, packing::updateScript, packing::cusUpdateScript}) {
         if (access(script, X_OK) != 0 || !QFileInfo(QFile::decodeName(script)).isFile())
-            faults.add(Check::Note, QFile::decodeName(script) + QLatin1String(" is missing or may not be executed"));
+            faults.add(Check::Note, translated("%1 is missing or may not be executed").arg(QFile::decodeName(script)));
     }
-    return faults.result(Check::Note, QStringLiteral("the three scripts are there"));
+    return faults.result(Check::Note, translated("the three scripts are there"));
 }
 
 Check Checkup::checkSpace() const
@@ -259,18 +259,18 @@ Check Checkup::checkSpace() const
             continue;
         seen.append(status.f_fsid);
         if (available < needed)
-            faults.add(Check::Error, QStringLiteral("%1: %2 are needed, %3 are free; make room")
+            faults.add(Check::Error, translated("%1: %2 are needed, %3 are free; make room")
                                          .arg(pathOf(name), megabytes(needed), megabytes(available)));
     }
     return faults.result(Check::Error,
-                         QStringLiteral("%1 are needed, %2 are free").arg(megabytes(needed), megabytes(least)));
+                         translated("%1 are needed, %2 are free").arg(megabytes(needed), megabytes(least)));
 }
 
 Check Checkup::checkPermissions() const
 {
     Faults faults("permissions");
     const auto complainOf = [&](const QString& path, const char* why) {
-        faults.add(Check::Error, path + QLatin1String(why));
+        faults.add(Check::Error, translated(why).arg(path));
     };
     for (const char* name :
          {"", store::custom, store::updateCustom, store::templates, store::setup, store::update, store::cusUpdate}) {
@@ -279,9 +279,9 @@ Check Checkup::checkPermissions() const
         if (!info.exists() && !info.isSymLink())
             continue; // is made, in the directory above
         if (!info.isDir())
-            complainOf(path, " is no directory; move it away");
+            complainOf(path, "%1 is no directory; move it away");
         else if (access(local(path).constData(), R_OK | W_OK | X_OK) != 0)
-            complainOf(path, " may not be written by this user; run the manager as its owner");
+            complainOf(path, "%1 may not be written by this user; run the manager as its owner");
     }
     // The packages of an earlier Finish are written over.
     for (const char* name : {store::setup, store::update, store::cusUpdate}) {
@@ -290,10 +290,10 @@ Check Checkup::checkPermissions() const
                 .entryInfoList({QStringLiteral("*_64.zip"), QStringLiteral("*Linux64*.tar.gz")}, QDir::Files);
         for (const QFileInfo& file : files) {
             if (access(local(file.filePath()).constData(), W_OK) != 0)
-                complainOf(file.filePath(), " may not be written by this user; delete it or change its owner");
+                complainOf(file.filePath(), "%1 may not be written by this user; delete it or change its owner");
         }
     }
-    return faults.result(Check::Error, QStringLiteral("the directories of the store can be written"));
+    return faults.result(Check::Error, translated("the directories of the store can be written"));
 }
 
 /// The texts of a language file by their keys, as the manager takes them; empty for one that it cannot read.
@@ -333,18 +333,18 @@ Check Checkup::checkLanguages()
         }
         const QString path = pathOf(name);
         if (texts.isEmpty())
-            faults.add(Check::Warning, path + QLatin1String(" is missing or damaged; install it again"));
+            faults.add(Check::Warning, translated("%1 is missing or damaged; install it again").arg(path));
         else if (!missing.isEmpty())
-            faults.add(Check::Warning, QStringLiteral("%1 has no text for %2; install it again")
+            faults.add(Check::Warning, translated("%1 has no text for %2; install it again")
                                            .arg(path, missing.mid(0, 5).join(QLatin1String(", ")) +
                                                           QLatin1String(missing.size() > 5 ? ", ..." : "")));
         else if (texts.size() < s_languageKeys)
-            faults.add(Check::Warning, QStringLiteral("%1 has %2 texts, not %3; install it again")
+            faults.add(Check::Warning, translated("%1 has %2 texts, not %3; install it again")
                                            .arg(path, QString::number(texts.size()), QString::number(s_languageKeys)));
     };
     compare("Resources/Language_en.xml", m_english, chinese);
     compare("Resources/Language_zh.xml", chinese, m_english);
-    return faults.result(Check::Warning, QStringLiteral("%1 texts in each language").arg(s_languageKeys));
+    return faults.result(Check::Warning, translated("%1 texts in each language").arg(s_languageKeys));
 }
 
 Check Checkup::checkVersions() const
@@ -357,12 +357,12 @@ Check Checkup::checkVersions() const
     static const QRegularExpression form(QStringLiteral("\\A[ -~][0-9A-Za-z.]{3}[ -~]{2}[0-9A-Za-z]{3}"
                                                         "(?:[0-9A-Za-z][A-Za-z]|[A-Za-z])\\z"));
     if (!form.match(version).hasMatch() || version.size() > s_versionLength)
-        faults.add(Check::Error, QStringLiteral("version \"%1\" in Language_en.xml is not of the form V7.2-R0408E; "
-                                                "install the file again")
+        faults.add(Check::Error, translated("version \"%1\" in Language_en.xml is not of the form V7.2-R0408E; "
+                                            "install the file again")
                                      .arg(version));
     if (internal.isEmpty() || internal.toLocal8Bit().size() > s_internalVersionLength)
-        faults.add(Check::Error, QStringLiteral("internalVersion \"%1\" in Language_en.xml is not of 1 to %2 bytes; "
-                                                "install the file again")
+        faults.add(Check::Error, translated("internalVersion \"%1\" in Language_en.xml is not of 1 to %2 bytes; "
+                                            "install the file again")
                                      .arg(internal)
                                      .arg(s_internalVersionLength));
     return faults.result(Check::Error, QStringLiteral("%1, %2").arg(version, internal));
@@ -378,13 +378,13 @@ Check Checkup::checkDescriptors() const
     // The manager raises its limit as far as it may.
     const bool isKnown = getrlimit(RLIMIT_NOFILE, &limit) == 0;
     const QString allowed =
-        limit.rlim_max == RLIM_INFINITY ? QStringLiteral("any number") : QString::number(limit.rlim_max);
+        limit.rlim_max == RLIM_INFINITY ? translated("any number") : QString::number(limit.rlim_max);
     if (isKnown && limit.rlim_max < needed)
-        faults.add(Check::Error, QStringLiteral("about %1 descriptors are needed, %2 are allowed; raise the hard limit "
-                                                "(ulimit -Hn) or delete old entries")
+        faults.add(Check::Error, translated("about %1 descriptors are needed, %2 are allowed; raise the hard limit "
+                                            "(ulimit -Hn) or delete old entries")
                                      .arg(QString::number(needed), allowed));
     return faults.result(Check::Error,
-                         QStringLiteral("about %1 are needed, %2 are allowed").arg(QString::number(needed), allowed));
+                         translated("about %1 are needed, %2 are allowed").arg(QString::number(needed), allowed));
 }
 
 Check Checkup::checkPath() const
@@ -393,13 +393,13 @@ Check Checkup::checkPath() const
     const QString path = QFileInfo(m_root).canonicalFilePath() + QLatin1Char('/');
     for (const char character : {'"', '`', '$', '\\'}) {
         if (path.contains(QLatin1Char(character)))
-            faults.add(Check::Error, QStringLiteral("%1 holds the character %2, which the shell takes for its own; "
-                                                    "move the installation")
+            faults.add(Check::Error, translated("%1 holds the character %2, which the shell takes for its own; "
+                                                "move the installation")
                                          .arg(path, QString(QLatin1Char(character))));
     }
     if (local(path).size() > s_pathLength)
         faults.add(Check::Error,
-                   QStringLiteral("%1 has more than %2 bytes; move the installation").arg(path).arg(s_pathLength));
+                   translated("%1 has more than %2 bytes; move the installation").arg(path).arg(s_pathLength));
     return faults.result(Check::Error, path);
 }
 

@@ -2,6 +2,7 @@
 #include "inspect/Difference.h"
 #include "inspect/Html.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -9,7 +10,7 @@
 ExitStatus runDiff(const Invocation& call)
 {
     if (call.has("html") && call.isJson())
-        return Invocation::wrong(QStringLiteral("--html and --json: give one of them"));
+        return Invocation::wrong(translated("--html and --json: give one of them"));
     const std::unique_ptr<Source> a = openSource(call, call.arguments().at(0));
     const std::unique_ptr<Source> b = a ? openSource(call, call.arguments().at(1)) : nullptr;
     if (!a || !b)
@@ -21,7 +22,7 @@ ExitStatus runDiff(const Invocation& call)
         return output::writeTo(call.value("output"), comparisonPage(*a, *b, differences, reportStyleOf(call))) ? status
                                                                                                                : Wrong;
     if (call.has("output"))
-        return Invocation::wrong(QStringLiteral("--output goes with --html"));
+        return Invocation::wrong(translated("--output goes with --html"));
     const auto orNull = [](const QString& text) { return text.isNull() ? QJsonValue() : QJsonValue(text); };
     QJsonArray all;
     QVector<QStringList> rows;
@@ -30,13 +31,13 @@ ExitStatus runDiff(const Invocation& call)
                                {QStringLiteral("label"), difference.label},
                                {QStringLiteral("a"), orNull(difference.a)},
                                {QStringLiteral("b"), orNull(difference.b)}});
-        const auto cell = [](const QString& text) { return text.isNull() ? QStringLiteral("(none)") : text; };
+        const auto cell = [](const QString& text) { return text.isNull() ? translated("(none)") : text; };
         rows.append({difference.path, difference.label, cell(difference.shownA), cell(difference.shownB)});
     }
     if (call.isJson())
         output::write(all);
     else if (!rows.isEmpty())
-        output::write(output::table(
-            {QStringLiteral("Field"), QStringLiteral("Label"), QStringLiteral("A"), QStringLiteral("B")}, rows));
+        output::write(
+            output::table({translated("Field"), translated("Label"), QStringLiteral("A"), QStringLiteral("B")}, rows));
     return status;
 }

@@ -1,6 +1,7 @@
 #include "inspect/Command.h"
 #include "inspect/LogReader.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QDate>
 #include <QJsonArray>
@@ -13,7 +14,7 @@ QString textOf(const QVector<LogFinding>& findings)
     QString text;
     for (const LogFinding& finding : findings) {
         text += QStringLiteral("%1  %2 (%3): %4\n    %5\n")
-                    .arg(finding.time, QLatin1String(finding.step), QLatin1String(finding.code),
+                    .arg(finding.time, translated(finding.step), QLatin1String(finding.code),
                          output::printable(finding.message), output::printable(finding.line));
     }
     return text;
@@ -39,10 +40,10 @@ ExitStatus runErrors(const Invocation& call)
     const bool isDay = call.has("day");
     const QString day = call.value("day");
     if (isDay && call.has("last"))
-        return Invocation::wrong(QStringLiteral("--day and --last: give one of them"));
+        return Invocation::wrong(translated("--day and --last: give one of them"));
     const bool isForm = day.size() == 8 && QDate::fromString(day, QStringLiteral("yyyyMMdd")).isValid();
     if (isDay && !isForm)
-        return Invocation::wrong(QStringLiteral("--day %1: give a day as YYYYMMDD").arg(day));
+        return Invocation::wrong(translated("--day %1: give a day as YYYYMMDD").arg(day));
 
     const QString directory = call.stores().first() + QLatin1String("Log");
     LogReader log(call.store());
@@ -51,12 +52,12 @@ ExitStatus runErrors(const Invocation& call)
     case LogReader::NoLog:
         if (isDay)
             return Invocation::wrong(
-                QStringLiteral("--day %1: there is no log of this day in %2; give another day").arg(day, directory));
+                translated("--day %1: there is no log of this day in %2; give another day").arg(day, directory));
         break;
     case LogReader::Unreadable:
-        return Invocation::wrong(directory + QLatin1String(": the log cannot be read; check its permissions"));
+        return Invocation::wrong(translated("%1: the log cannot be read; check its permissions").arg(directory));
     case LogReader::TooMany:
-        return Invocation::wrong(directory + QLatin1String(": the log tells of too many failures; read it by hand"));
+        return Invocation::wrong(translated("%1: the log tells of too many failures; read it by hand").arg(directory));
     case LogReader::Read:
         break;
     }
@@ -67,10 +68,10 @@ ExitStatus runErrors(const Invocation& call)
     else if (!findings.isEmpty())
         output::write(textOf(findings));
     else if (isDay)
-        output::write(QStringLiteral("Nothing failed on %1.\n").arg(day));
+        output::write(translated("Nothing failed on %1.\n").arg(day));
     else if (log.finish().isEmpty())
-        output::write(QStringLiteral("There is no Finish in the log.\n"));
+        output::write(translated("There is no Finish in the log.\n"));
     else
-        output::write(QStringLiteral("Nothing failed in the Finish of %1.\n").arg(log.finish()));
+        output::write(translated("Nothing failed in the Finish of %1.\n").arg(log.finish()));
     return findings.isEmpty() ? Fine : Finding;
 }

@@ -4,6 +4,7 @@
 #include "inspect/Output.h"
 #include "inspect/PackageLimits.h"
 #include "inspect/Source.h"
+#include "inspect/Translation.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -75,19 +76,18 @@ bool collect(const Source& source, QVector<Member>& members)
     };
     members.append({store::document, source.document});
     if (source.verification.size() > static_cast<int>(VRF_TOTAL_LEN))
-        return refuse(store::verification, QStringLiteral("is longer than its 256 bytes; name another customisation"));
+        return refuse(store::verification, translated("is longer than its 256 bytes; name another customisation"));
     if (source.reason != Reason::NoVerification)
         members.append({store::verification, source.verification});
     for (int number = 0; number < ICON_COUNT; ++number) {
         const PackageIcon& icon = source.icons[static_cast<size_t>(number)];
         if (icon.state == FileBytes::NotRegular)
-            return refuse(iconName(number), QStringLiteral("is no regular file; put the icon itself in its place"));
+            return refuse(iconName(number), translated("is no regular file; put the icon itself in its place"));
         if (icon.state != FileBytes::Read)
             continue;
         if (QCryptographicHash::hash(icon.bytes, QCryptographicHash::Sha256) != icon.digest)
-            return refuse(
-                iconName(number),
-                QStringLiteral("has more than %1 bytes; copy the directory instead").arg(limits::keptIconBytes));
+            return refuse(iconName(number),
+                          translated("has more than %1 bytes; copy the directory instead").arg(limits::keptIconBytes));
         members.append({iconName(number), icon.bytes});
     }
     QByteArray sums;
@@ -116,15 +116,15 @@ ExitStatus runExport(const Invocation& call)
 {
     const QString file = call.value("output");
     if (file.isEmpty())
-        return Invocation::wrong(QStringLiteral("export needs -o FILE.tar.gz, the archive to write"));
+        return Invocation::wrong(translated("export needs -o FILE.tar.gz, the archive to write"));
     if (isInStore(call.stores().first(), file))
-        return Invocation::wrong(file + QLatin1String(": lies in the store; name a file outside of it"));
+        return Invocation::wrong(translated("%1: lies in the store; name a file outside of it").arg(file));
     const std::unique_ptr<Source> source = openSource(call, call.arguments().first());
     QVector<Member> members;
     if (!source || !collect(*source, members))
         return Wrong;
     const QByteArray bytes = packed(members);
     if (bytes.isEmpty())
-        return Invocation::wrong(file + QLatin1String(": the archive cannot be made; free some memory"));
+        return Invocation::wrong(translated("%1: the archive cannot be made; free some memory").arg(file));
     return output::writeTo(file, bytes) ? Fine : Wrong;
 }

@@ -2,6 +2,7 @@
 #include "inspect/Command.h"
 #include "inspect/Markdown.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 
 #include <QJsonArray>
@@ -13,15 +14,15 @@ QString typeName(const Field& field)
 {
     switch (field.type) {
     case Field::Number:
-        return QStringLiteral("number");
+        return translated("number");
     case Field::Flag:
-        return QStringLiteral("flag");
+        return translated("flag");
     case Field::TrueFalse:
-        return QStringLiteral("boolean");
+        return translated("boolean");
     case Field::Text:
         break;
     }
-    return QStringLiteral("text");
+    return translated("text");
 }
 
 /// The options of a customisation, a table for each section.
@@ -49,8 +50,8 @@ QByteArray optionTables()
         text += "## " + labelOf(sections[position]).toUtf8() + "\n\n";
         if (!components.isEmpty())
             text += components.join(QLatin1String(", ")).toUtf8() + "\n\n";
-        text += markdownTable({QStringLiteral("Path"), QStringLiteral("Label"), QStringLiteral("Type"),
-                               QStringLiteral("Default"), QStringLiteral("Values"), QStringLiteral("Longest")},
+        text += markdownTable({translated("Path"), translated("Label"), translated("Type"), translated("Default"),
+                               translated("Values"), translated("Longest")},
                               rows);
         text += "\n";
     }
@@ -93,8 +94,8 @@ ExitStatus runFields(const Invocation& call)
     else if (call.isJson())
         output::write(all);
     else
-        output::write(output::table({QStringLiteral("Path"), QStringLiteral("Label"), QStringLiteral("Type"),
-                                     QStringLiteral("Default"), QStringLiteral("Component"), QStringLiteral("Values")},
+        output::write(output::table({translated("Path"), translated("Label"), translated("Type"), translated("Default"),
+                                     translated("Component"), translated("Values")},
                                     rows));
     return Fine;
 }

@@ -2,6 +2,7 @@
 
 #include "app/language/LangText.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 
 #include <QXmlStreamWriter>
@@ -180,7 +181,7 @@ void addList(Page& page, const ReportSection& section)
 {
     if (section.rows.isEmpty()) {
         page.stored("p",
-                    section.columns.join(QLatin1String(", ")) + QLatin1String(": ") + QLatin1String(reportwords::none),
+                    section.columns.join(QLatin1String(", ")) + QLatin1String(": ") + translated(reportwords::none),
                     "note");
         return;
     }
@@ -248,7 +249,7 @@ void addDifference(Page& page, const Difference& difference, const Source& a, co
         page.open("td");
         const int icon = iconAt(difference.path);
         if (value.isNull())
-            page.element("span", QLatin1String(reportwords::none), "note");
+            page.element("span", translated(reportwords::none), "note");
         else if (icon >= 0)
             page.icon(source, icon);
         else
@@ -266,7 +267,7 @@ QByteArray reportPage(const Source& source, const ReportStyle& style)
 {
     Page page(langText("CusClient"), style.language);
     page.heads({&source}, style);
-    page.element("p", QLatin1String(reportwords::defaults), "note");
+    page.element("p", translated(reportwords::defaults), "note");
     for (const ReportSection& section : reportSections(source, style)) {
         page.stored("h2", section.title);
         if (!section.columns.isEmpty())
@@ -280,10 +281,10 @@ QByteArray reportPage(const Source& source, const ReportStyle& style)
 QByteArray comparisonPage(const Source& a, const Source& b, const QVector<Difference>& differences,
                           const ReportStyle& style)
 {
-    Page page(langText("CusClient") + QLatin1String(": ") + QLatin1String(reportwords::comparison), style.language);
+    Page page(langText("CusClient") + QLatin1String(": ") + translated(reportwords::comparison), style.language);
     page.heads({&a, &b}, style);
     if (differences.isEmpty())
-        page.element("p", QLatin1String(reportwords::noDifference));
+        page.element("p", translated(reportwords::noDifference));
     const Section* open = nullptr;
     const auto closeTable = [&] {
         if (!open)
@@ -298,7 +299,7 @@ QByteArray comparisonPage(const Source& a, const Source& b, const QVector<Differ
             open = &section;
             page.stored("h2", labelOf(section));
             page.open("table", "differences");
-            page.headings({QLatin1String(reportwords::field), QStringLiteral("A"), QStringLiteral("B")});
+            page.headings({translated(reportwords::field), QStringLiteral("A"), QStringLiteral("B")});
             page.open("tbody");
         }
         addDifference(page, difference, a, b);

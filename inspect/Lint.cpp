@@ -2,6 +2,7 @@
 
 #include "common/AddressRules.h"
 #include "common/FieldCipher.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 #include "xml/Catalogue.h"
 #include "xml/CustomXmlParser.h"
@@ -275,7 +276,7 @@ private:
         const Field& gateway = fieldOf<&SSLVPNRemoteInfo::ip>();
         if (isUsed(gateway) && rowsOf(gateway) == 0)
             add("no-gateway", Advice::Error, gateway.path().section(QLatin1String("/*"), 0, 0),
-                QStringLiteral("SSL VPN is chosen but has no gateway"));
+                translated("SSL VPN is chosen but has no gateway"));
     }
 
     void lookForLns()
@@ -283,7 +284,7 @@ private:
         const Field& lns = fieldOf<&IPSECVPNBASECFG::LNSIP>();
         if (isUsed(lns) && m_record.vpn.basecfg.LNSIP.isEmpty())
             add("no-lns", Advice::Error, lns.path(),
-                QStringLiteral("L2TP IPsec VPN is chosen but has no address of an LNS"));
+                translated("L2TP IPsec VPN is chosen but has no address of an LNS"));
     }
 
     void lookForKey()
@@ -293,10 +294,10 @@ private:
             return;
         const int length = m_record.vpn.basecfg.preSharedKey.size();
         if (length == 0)
-            add("no-psk", Advice::Error, key.path(), QStringLiteral("IPsec is on but the pre-shared key is empty"));
+            add("no-psk", Advice::Error, key.path(), translated("IPsec is on but the pre-shared key is empty"));
         else if (length < s_shortKey)
             add("short-psk", Advice::Warning, key.path(),
-                QStringLiteral("the pre-shared key has fewer than %1 characters").arg(s_shortKey));
+                translated("the pre-shared key has fewer than %1 characters").arg(s_shortKey));
     }
 
     void lookForIcons()
@@ -306,7 +307,7 @@ private:
             if (icon >= 0 && field.value(m_record, 0) == QLatin1String("true") &&
                 m_source.icons.at(static_cast<std::size_t>(icon)).state != FileBytes::Read)
                 add("icon-missing", Advice::Error, field.path(),
-                    QStringLiteral("%1 is named but is not there").arg(QLatin1String(iconName(icon))));
+                    translated("%1 is named but is not there").arg(QLatin1String(iconName(icon))));
         }
     }
 
@@ -314,7 +315,7 @@ private:
     {
         const Field& zoa = fieldOf<&ZOAOptionsInfo::ZOAIP>();
         if (isUsed(zoa, usesZoa) && m_record.zoa.ZOAIP.isEmpty())
-            add("no-zoa-address", Advice::Warning, zoa.path(), QStringLiteral("ZOA is in use but has no address"));
+            add("no-zoa-address", Advice::Warning, zoa.path(), translated("ZOA is in use but has no address"));
     }
 
     void lookAtAddresses()
@@ -324,7 +325,7 @@ private:
                 const QString address = server.field.value(m_record, row).trimmed();
                 if (const char* oddity = oddityOf(address))
                     add("odd-address", Advice::Warning, server.field.path(row),
-                        QStringLiteral("the server address %1 is %2").arg(address, QLatin1String(oddity)));
+                        translated("the server address %1 is %2").arg(address, translated(oddity)));
             }
         }
     }
@@ -335,7 +336,7 @@ private:
             for (int row = 0; isUsed(port.field, port.isUsed) && row < rowsOf(port.field); ++row) {
                 bool isNumber = false;
                 if (port.field.value(m_record, row).toLongLong(&isNumber) == 0 && isNumber)
-                    add("port-zero", Advice::Warning, port.field.path(row), QStringLiteral("the server port is 0"));
+                    add("port-zero", Advice::Warning, port.field.path(row), translated("the server port is 0"));
             }
         }
     }
@@ -370,7 +371,7 @@ private:
                 if (!before || !(before->contains(*network) || network->contains(*before)))
                     continue;
                 add("route-overlap", Advice::Warning, destination.path(row),
-                    QStringLiteral("one of this route and %1 contains the other").arg(destination.path(other)));
+                    translated("one of this route and %1 contains the other").arg(destination.path(other)));
                 break;
             }
             networks.append(network);
@@ -387,7 +388,7 @@ private:
             const auto before = rows.constFind(folded);
             if (before != rows.constEnd())
                 add("duplicate-name", Advice::Warning, name.path(row),
-                    QStringLiteral("%1 has the same name").arg(name.path(*before)));
+                    translated("%1 has the same name").arg(name.path(*before)));
             else
                 rows.insert(folded, row);
         }
@@ -402,7 +403,7 @@ private:
         const QByteArray text = DocumentText(m_source.document).of(password).toUtf8();
         if (text.size() >= s_clearPassword && !isEnciphered(text))
             add("password-in-clear", Advice::Warning, password.path(),
-                QStringLiteral("the uninstall password has %1 bytes or more and stands in the document in clear")
+                translated("the uninstall password has %1 bytes or more and stands in the document in clear")
                     .arg(s_clearPassword));
     }
 
@@ -411,7 +412,7 @@ private:
         for (const WeakChoice& choice : weakChoices()) {
             if (isUsed(choice.field, choice.isUsed) && choice.field.value(m_record, 0) == choice.weak)
                 add("weak-cryptography", Advice::Note, choice.field.path(),
-                    QStringLiteral("%1 is weak").arg(QLatin1String(choice.name)));
+                    translated("%1 is weak").arg(translated(choice.name)));
         }
     }
 
@@ -422,7 +423,7 @@ private:
             const QString second = pair.second.value(m_record, 0).trimmed();
             if (isUsed(pair.first, pair.isUsed) && !first.isEmpty() && first.compare(second, Qt::CaseInsensitive) == 0)
                 add("same-address", Advice::Note, pair.second.path(),
-                    QStringLiteral("this address is that of %1").arg(pair.first.path()));
+                    translated("this address is that of %1").arg(pair.first.path()));
         }
     }
 

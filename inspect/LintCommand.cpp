@@ -1,6 +1,7 @@
 #include "inspect/Command.h"
 #include "inspect/Lint.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -16,7 +17,7 @@ public:
         const QString entry = QString::fromLocal8Bit(source.entry);
         for (const Advice& advice : adviceOn(source)) {
             const QString code = QLatin1String(advice.code);
-            const QString level = QLatin1String(levelName(advice.level));
+            const QString level = translated(levelName(advice.level));
             m_all.append(QJsonObject{{QStringLiteral("entry"), entry.isEmpty() ? QJsonValue() : QJsonValue(entry)},
                                      {QStringLiteral("code"), code},
                                      {QStringLiteral("level"), level},
@@ -32,8 +33,8 @@ public:
         if (asJson)
             output::write(m_all);
         else if (!m_rows.isEmpty())
-            output::write(output::table({QStringLiteral("Entry"), QStringLiteral("Level"), QStringLiteral("Code"),
-                                         QStringLiteral("Field"), QStringLiteral("Message")},
+            output::write(output::table({translated("Entry"), translated("Level"), translated("Code"),
+                                         translated("Field"), translated("Message")},
                                         m_rows));
         return m_isFinding ? Finding : Fine;
     }
@@ -49,7 +50,7 @@ private:
 ExitStatus runLint(const Invocation& call)
 {
     if (call.has("all") == !call.arguments().isEmpty())
-        return Invocation::wrong(QStringLiteral("lint takes SOURCE... or --all; see `orvex-inspect lint --help`"));
+        return Invocation::wrong(translated("lint takes SOURCE... or --all; see `orvex-inspect lint --help`"));
     Answer answer;
     for (const QString& text : call.arguments()) {
         const std::unique_ptr<Source> source = openSource(call, text);
@@ -63,7 +64,7 @@ ExitStatus runLint(const Invocation& call)
     for (const QString& store : call.stores()) {
         StoreReader reader(store.toLocal8Bit());
         if (!reader.scan())
-            return Invocation::wrong(store + QLatin1String("UpdateCustom: cannot be read; check its permissions"));
+            return Invocation::wrong(translated("%1UpdateCustom: cannot be read; check its permissions").arg(store));
         for (const StoreRow& row : reader.rows()) {
             if (!row.isVerified())
                 continue;

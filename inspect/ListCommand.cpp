@@ -1,6 +1,7 @@
 #include "inspect/Command.h"
 #include "inspect/Output.h"
 #include "inspect/StoreReader.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 
 #include <QDateTime>
@@ -87,14 +88,14 @@ ExitStatus runList(const Invocation& call)
         const bool isEnd = qstrcmp(option, "until") == 0;
         const std::optional<qint64> bound = boundOf(call.value(option), isEnd);
         if (!bound)
-            return Invocation::wrong(QStringLiteral("--%1 %2: give YYYY-MM-DD or \"YYYY-MM-DD HH:MM:SS\"")
+            return Invocation::wrong(translated("--%1 %2: give YYYY-MM-DD or \"YYYY-MM-DD HH:MM:SS\"")
                                          .arg(QLatin1String(option), call.value(option)));
         (isEnd ? filter.until : filter.since) = *bound;
     }
     for (const QString& component : call.values("component")) {
         if (!allComponentNames().contains(component.toLower()))
             return Invocation::wrong(
-                QStringLiteral("--component %1: give one of %2")
+                translated("--component %1: give one of %2")
                     .arg(component, (accessComponentsOf(~quint64(0)) + functionComponentsOf(~quint64(0)))
                                         .join(QLatin1String(", "))));
         filter.components.append(component.toLower());
@@ -104,7 +105,8 @@ ExitStatus runList(const Invocation& call)
     for (const QString& directory : call.stores()) {
         StoreReader reader(directory.toLocal8Bit());
         if (!reader.scan())
-            return Invocation::wrong(directory + QLatin1String("UpdateCustom: cannot be read; check its permissions"));
+            return Invocation::wrong(
+                translated("%1UpdateCustom: cannot be read; check its permissions").arg(directory));
         std::copy_if(reader.rows().begin(), reader.rows().end(), std::back_inserter(rows),
                      [&](const StoreRow& row) { return filter.takes(row); });
     }
@@ -128,10 +130,10 @@ ExitStatus runList(const Invocation& call)
         line.append(row.row.cusAddInfo);
         cells.append(line);
     }
-    QStringList headings = {QStringLiteral("Entry"), QStringLiteral("Time"), QStringLiteral("Components")};
+    QStringList headings = {translated("Entry"), translated("Time"), translated("Components")};
     if (filter.takesAll)
-        headings.append(QStringLiteral("Reason"));
-    headings.append(QStringLiteral("Remark"));
+        headings.append(translated("Reason"));
+    headings.append(translated("Remark"));
     output::write(output::table(headings, cells));
     return Fine;
 }

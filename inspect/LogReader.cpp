@@ -3,6 +3,7 @@
 #include "common/CustomInfoVerify.h"
 #include "common/StorePaths.h"
 #include "inspect/StoreFile.h"
+#include "inspect/Translation.h"
 #include "xml/Catalogue.h"
 
 #include <QRegularExpression>
@@ -267,11 +268,10 @@ void Story::takeDebug(const Line& line, const QByteArray& bytes)
         if (size > 0 && size <= static_cast<qint64>(uiCustomInfoLen))
             return;
         if (size == 0)
-            add(s_verification, "no-document", QStringLiteral("There is no document to verify; nothing was made."),
-                bytes);
+            add(s_verification, "no-document", translated("There is no document to verify; nothing was made."), bytes);
         else
             add(s_verification, "document-size",
-                QStringLiteral("The document has %1 bytes and may have %2; nothing was made.")
+                translated("The document has %1 bytes and may have %2; nothing was made.")
                     .arg(size)
                     .arg(uiCustomInfoLen),
                 bytes);
@@ -319,15 +319,15 @@ void Story::takePacking(const Line& line, const QByteArray& bytes)
         m_isCopied = true;
         if (m_isClientMade)
             add(m_package, "template",
-                QStringLiteral("The client was not there after unpacking: its template is missing, damaged or holds "
-                               "another directory. The package holds no client."),
+                translated("The client was not there after unpacking: its template is missing, damaged or holds "
+                           "another directory. The package holds no client."),
                 m_unpack);
     } else if (message.startsWith("genFilePack strCmd2: ")) {
         m_isArchived = true;
         if (!m_unpack.isEmpty() && !m_isCopied)
             add(m_package, "not-copied",
-                QStringLiteral("The customisation was not put into the client: custom/ could not be read. The package "
-                               "holds none."),
+                translated("The customisation was not put into the client: custom/ could not be read. The package "
+                           "holds none."),
                 bytes);
         m_unpack.clear();
     } else if (m_package == s_setup && m_isArchived && message.startsWith("utl_DelDirRecursively ")) {
@@ -337,7 +337,7 @@ void Story::takePacking(const Line& line, const QByteArray& bytes)
 
 void Story::takeStart()
 {
-    const QString why = QStringLiteral("The program ended before this step was done.");
+    const QString why = translated("The program ended before this step was done.");
     if (m_phase == Document)
         add(s_document, "interrupted", why, m_first);
     else if (m_phase == Package)
@@ -351,7 +351,7 @@ void Story::end()
 {
     if (m_phase == Verification)
         add(s_verification, "not-written",
-            QStringLiteral("The verification file could not be written into custom/; nothing was made."), m_first);
+            translated("The verification file could not be written into custom/; nothing was made."), m_first);
 }
 
 const char* Story::stepOf(const Known& known, const QByteArray& message) const
@@ -389,7 +389,7 @@ void Story::takeFailure(const Line& line, const QByteArray& bytes)
         // Hints that nobody knows are no failures.
         if (line.tag == "FTL" || line.tag == "ERR" || line.tag == "WRN")
             add(stepOf(unknown, message), "unknown",
-                QStringLiteral("The program noted an error that is not known here; see the line."), bytes);
+                translated("The program noted an error that is not known here; see the line."), bytes);
         return;
     }
     const Known* known = row;
@@ -404,9 +404,9 @@ void Story::takeFailure(const Line& line, const QByteArray& bytes)
     // The copy is the last step of a Finish.
     if (m_phase == Outside && !m_finish.isEmpty() && message.startsWith("keepCopy: "))
         m_phase = Packed;
-    QString text = QString::fromLatin1(known->message);
+    QString text = translated(known->message);
     if (text.contains(QLatin1String("%1")))
-        text = text.arg(m_entry.isEmpty() ? QStringLiteral("An entry") : QLatin1String("Entry ") + decodeLog(m_entry));
+        text = text.arg(m_entry.isEmpty() ? translated("An entry") : translated("Entry %1").arg(decodeLog(m_entry)));
     add(stepOf(*known, message), known->code, text, bytes);
 }
 

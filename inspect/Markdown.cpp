@@ -2,6 +2,7 @@
 
 #include "app/language/LangText.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QRegularExpression>
 
@@ -34,15 +35,15 @@ QByteArray heading(const QStringList& cells)
 
 QByteArray reportMarkdown(const Source& source, const ReportStyle& style)
 {
-    const QStringList fieldAndValue = {QLatin1String(reportwords::field), QLatin1String(reportwords::value)};
+    const QStringList fieldAndValue = {translated(reportwords::field), translated(reportwords::value)};
     QByteArray text = "# " + escaped(langText("CusClient")).toUtf8() + "\n\n" + heading(fieldAndValue);
     for (const QStringList& line : reportHead(source, style))
         text += row(line);
     for (const ReportSection& section : reportSections(source, style)) {
         text += "\n## " + escaped(section.title).toUtf8() + "\n";
         if (!section.columns.isEmpty() && section.rows.isEmpty())
-            text +=
-                "\n" + escaped(section.columns.join(QLatin1String(", "))).toUtf8() + ": " + reportwords::none + "\n";
+            text += "\n" + escaped(section.columns.join(QLatin1String(", "))).toUtf8() + ": " +
+                    translated(reportwords::none).toUtf8() + "\n";
         if (!section.rows.isEmpty()) {
             text += "\n" + heading(section.columns);
             for (const QStringList& cells : section.rows)

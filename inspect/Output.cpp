@@ -1,5 +1,7 @@
 #include "inspect/Output.h"
 
+#include "inspect/Translation.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -221,12 +223,12 @@ bool output::writeTo(const QString& path, const QByteArray& bytes)
     }
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        complain(QStringLiteral("%1: %2; name a file that does not exist yet").arg(path, file.errorString()));
+        complain(translated("%1: %2; name a file that does not exist yet").arg(path, file.errorString()));
         return false;
     }
     if (file.write(bytes) == bytes.size() && file.flush())
         return true;
-    complain(QStringLiteral("%1: %2; the file is removed").arg(path, file.errorString()));
+    complain(translated("%1: %2; the file is removed").arg(path, file.errorString()));
     file.remove();
     return false;
 }

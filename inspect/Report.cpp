@@ -2,6 +2,7 @@
 
 #include "app/language/LangText.h"
 #include "inspect/Manifest.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 
 namespace reportwords {
@@ -36,10 +37,10 @@ QVector<QStringList> reportHead(const Source& source, const ReportStyle& style)
         {langText("CusComponents"), components.join(QLatin1String(", "))},
         {langText("CusAddInfo"), common.cusAddInfo},
         {langText("product_ver"), style.clientVersion},
-        {QLatin1String(reportwords::source), source.text},
-        {QLatin1String(reportwords::verification),
-         source.isVerified() ? QString::fromLatin1(reportwords::verified)
-                             : QLatin1String(reportwords::notVerified) + QLatin1String(": ") + code},
+        {translated(reportwords::source), source.text},
+        {translated(reportwords::verification),
+         source.isVerified() ? translated(reportwords::verified)
+                             : translated(reportwords::notVerified) + QLatin1String(": ") + code},
     };
 }
 
@@ -79,10 +80,10 @@ QString iconCaption(const Source& source, int icon)
     const PackageIcon& file = source.icons.at(static_cast<std::size_t>(icon));
     const QString name = QLatin1String(iconName(icon));
     if (file.digest.isEmpty())
-        return name + QLatin1String(": ") + QLatin1String(reportwords::missing);
+        return name + QLatin1String(": ") + translated(reportwords::missing);
     // The bytes of a very large one are not kept.
     const QString size = file.bytes.isEmpty()
                              ? QString()
-                             : QStringLiteral(", %1 %2").arg(file.bytes.size()).arg(QLatin1String(reportwords::bytes));
+                             : QStringLiteral(", %1 %2").arg(file.bytes.size()).arg(translated(reportwords::bytes));
     return name + size + QLatin1String(", SHA-256 ") + QString::fromLatin1(file.digest.toHex());
 }

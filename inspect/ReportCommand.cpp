@@ -2,13 +2,14 @@
 #include "inspect/Html.h"
 #include "inspect/Markdown.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 ExitStatus runReport(const Invocation& call)
 {
     if (call.has("html") && call.has("markdown"))
-        return Invocation::wrong(QStringLiteral("--html and --markdown: give one of them"));
+        return Invocation::wrong(translated("--html and --markdown: give one of them"));
     if (call.isJson())
-        return Invocation::wrong(QStringLiteral("report has no --json; `orvex-inspect show` has"));
+        return Invocation::wrong(translated("report has no --json; `orvex-inspect show` has"));
     const std::unique_ptr<Source> source = openSource(call, call.arguments().first());
     if (!source)
         return Wrong;

@@ -1,6 +1,7 @@
 #include "app/language/FieldTexts.h"
 #include "inspect/Command.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 #include "xml/CustomInfoLoad.h"
 
@@ -118,9 +119,9 @@ ExitStatus runSearch(const Invocation& call)
                                         QRegularExpression::CaseInsensitiveOption);
     if (!expression.isValid())
         return Invocation::wrong(
-            QStringLiteral("%1: %2; give a regular expression as Perl has them").arg(text, expression.errorString()));
+            translated("%1: %2; give a regular expression as Perl has them").arg(text, expression.errorString()));
     if (call.has("field") && !isPath(call.value("field")))
-        return Invocation::wrong(QStringLiteral("--field %1: there is no such field; `orvex-inspect fields` lists them")
+        return Invocation::wrong(translated("--field %1: there is no such field; `orvex-inspect fields` lists them")
                                      .arg(call.value("field")));
 
     Search search(call, expression);
@@ -130,7 +131,7 @@ ExitStatus runSearch(const Invocation& call)
             return search.look(worker, store, row, document);
         });
         if (!isRead)
-            return Invocation::wrong(store + QLatin1String("UpdateCustom: cannot be read; check its permissions"));
+            return Invocation::wrong(translated("%1UpdateCustom: cannot be read; check its permissions").arg(store));
     }
 
     QJsonArray all;
@@ -146,8 +147,7 @@ ExitStatus runSearch(const Invocation& call)
     if (call.isJson())
         output::write(all);
     else if (!rows.isEmpty())
-        output::write(output::table(
-            {QStringLiteral("Entry"), QStringLiteral("Field"), QStringLiteral("Label"), QStringLiteral("Value")},
-            rows));
+        output::write(
+            output::table({translated("Entry"), translated("Field"), translated("Label"), translated("Value")}, rows));
     return rows.isEmpty() ? Finding : Fine;
 }

@@ -1,5 +1,6 @@
 #include "inspect/Command.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 #include "inspect/Values.h"
 
 #include <QJsonArray>
@@ -32,9 +33,9 @@ QString headOf(const Source& source)
     head += output::printable(common.cusTimeString) + QLatin1String("  ") + components.join(QLatin1String(", "));
     if (!common.cusAddInfo.isEmpty())
         head += QLatin1String("  ") + output::printable(common.cusAddInfo);
-    head += source.isVerified() ? QStringLiteral("\nverified\n")
-                                : QStringLiteral("\nNOT VERIFIED: %1\n").arg(QLatin1String(reasonCode(source.reason)));
-    return head + QStringLiteral("= as in a new customisation, - without effect: its component is not chosen\n");
+    head += source.isVerified() ? translated("\nverified\n")
+                                : translated("\nNOT VERIFIED: %1\n").arg(QLatin1String(reasonCode(source.reason)));
+    return head + translated("= as in a new customisation, - without effect: its component is not chosen\n");
 }
 
 } // namespace
@@ -48,7 +49,7 @@ ExitStatus runShow(const Invocation& call)
         names.append(QLatin1String(section.element));
     if (!wanted.isEmpty() && !names.contains(wanted))
         return Invocation::wrong(
-            QStringLiteral("--section %1: give one of %2").arg(wanted, names.join(QLatin1String(", "))));
+            translated("--section %1: give one of %2").arg(wanted, names.join(QLatin1String(", "))));
     const std::unique_ptr<Source> source = openSource(call, call.arguments().first());
     if (!source)
         return Wrong;
@@ -77,10 +78,9 @@ ExitStatus runShow(const Invocation& call)
                                {QStringLiteral("fields"), fields}});
         text += QStringLiteral("\n%1 (%2)%3\n")
                     .arg(labelOf(section), QLatin1String(section.element),
-                         hasEffect ? QString() : QStringLiteral(", without effect"));
-        text += output::table({QString(), QStringLiteral("Field"), QStringLiteral("Label"), QStringLiteral("Value"),
-                               QStringLiteral("Shown")},
-                              rows);
+                         hasEffect ? QString() : translated(", without effect"));
+        text += output::table(
+            {QString(), translated("Field"), translated("Label"), translated("Value"), translated("Shown")}, rows);
     }
     if (!call.isJson()) {
         output::write(text);

@@ -4,6 +4,7 @@
 #include "common/StorePaths.h"
 #include "inspect/PackageLimits.h"
 #include "inspect/StoreFile.h"
+#include "inspect/Translation.h"
 #include "xml/CustomInfoLoad.h"
 
 #include <QCryptographicHash>
@@ -61,12 +62,12 @@ std::unique_ptr<Source> readPackageSource(const QString& text, const QString& pa
         return nullptr;
     };
     if (!content.damage.isEmpty())
-        return refuse(QLatin1String("unreadable: ") + QString::fromLocal8Bit(content.damage) +
-                      QLatin1String("; make the package anew or copy it again"));
+        return refuse(translated("unreadable: %1; make the package anew or copy it again")
+                          .arg(translated(content.damage.constData())));
     if (content.customisations > 1)
-        return refuse(QStringLiteral("two-customisations: the package cannot be trusted; make it anew"));
+        return refuse(translated("two-customisations: the package cannot be trusted; make it anew"));
     if (content.customisations == 0 || !content.isAtItsPlace)
-        return refuse(QStringLiteral("no-customisation: name a package that the manager made"));
+        return refuse(translated("no-customisation: name a package that the manager made"));
     auto source = makeSource(text, content.document, content.verification, QString());
     source->icons = content.icons;
     return source;
@@ -82,8 +83,8 @@ std::unique_ptr<Source> accepted(const Invocation& call, std::unique_ptr<Source>
                            source->reason == Reason::Digest;
     if (call.takesUnverified() && canBeRead)
         return source;
-    const QString advice = canBeRead ? QStringLiteral("; add --unverified to read it all the same")
-                                     : QStringLiteral("; name another customisation");
+    const QString advice = canBeRead ? translated("; add --unverified to read it all the same")
+                                     : translated("; name another customisation");
     Invocation::wrong(source->text + QLatin1String(": ") + code + advice);
     return nullptr;
 }
@@ -116,7 +117,8 @@ std::unique_ptr<Source> openSource(const Invocation& call, const QString& text)
         return accepted(call, readDirectory(text, info.absolutePath().toLocal8Bit(), info.fileName().toLocal8Bit()));
     if (info.isFile())
         return accepted(call, readPackageSource(text, info.absoluteFilePath()));
-    Invocation::wrong(text + QLatin1String(": there is no such entry, package, directory or document; "
-                                           "`orvex-inspect list` shows the entries"));
+    Invocation::wrong(translated("%1: there is no such entry, package, directory or document; "
+                                 "`orvex-inspect list` shows the entries")
+                          .arg(text));
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "inspect/Command.h"
 #include "inspect/Output.h"
 #include "inspect/PackageVerifier.h"
+#include "inspect/Translation.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,7 +49,7 @@ QString told(const char* code)
     const auto row = std::find_if(std::begin(words), std::end(words),
                                   [&](const Words& one) { return qstrcmp(one.code, code) == 0; });
     const QString name = QString::fromLatin1(code);
-    return row == std::end(words) ? name : QStringLiteral("%1: %2").arg(name, QLatin1String(row->text));
+    return row == std::end(words) ? name : QStringLiteral("%1: %2").arg(name, translated(row->text));
 }
 
 QJsonValue orNull(const QString& text)
@@ -73,13 +74,13 @@ struct Report
         entries.append(QJsonObject{{QStringLiteral("entry"), entry},
                                    {QStringLiteral("ok"), row.isVerified()},
                                    {QStringLiteral("reason"), orNull(QString::fromLatin1(reason))}});
-        entryRows.append({entry, row.row.cusTimeString, row.isVerified() ? QStringLiteral("ok") : told(reason)});
+        entryRows.append({entry, row.row.cusTimeString, row.isVerified() ? translated("ok") : told(reason)});
     }
 
     void add(const QString& package, const PackageAnswer& answer)
     {
         const QString entry = QString::fromLocal8Bit(answer.entry);
-        const QString kind = QString::fromLatin1(packageKindName(answer.kind));
+        const QString kind = translated(packageKindName(answer.kind));
         isFine = isFine && answer.isOk();
         QJsonArray codes;
         QString name = package;
@@ -87,12 +88,12 @@ struct Report
             codes.append(QString::fromLatin1(problem));
             QString text = told(problem.constData());
             if (!answer.damage.isEmpty())
-                text += QStringLiteral(" (%1)").arg(QString::fromLocal8Bit(answer.damage));
+                text += QStringLiteral(" (%1)").arg(translated(answer.damage.constData()));
             packageRows.append({name, name.isEmpty() ? QString() : kind, name.isEmpty() ? QString() : entry, text});
             name.clear();
         }
         if (answer.isOk())
-            packageRows.append({package, kind, entry, QStringLiteral("ok")});
+            packageRows.append({package, kind, entry, translated("ok")});
         packages.append(QJsonObject{{QStringLiteral("package"), package},
                                     {QStringLiteral("kind"), kind},
                                     {QStringLiteral("ok"), answer.isOk()},
@@ -104,12 +105,10 @@ struct Report
     {
         QString all;
         if (withEntries)
-            all +=
-                output::table({QStringLiteral("Entry"), QStringLiteral("Time"), QStringLiteral("Result")}, entryRows) +
-                QLatin1Char('\n');
-        all += output::table(
-            {QStringLiteral("Package"), QStringLiteral("Kind"), QStringLiteral("Entry"), QStringLiteral("Result")},
-            packageRows);
+            all += output::table({translated("Entry"), translated("Time"), translated("Result")}, entryRows) +
+                   QLatin1Char('\n');
+        all += output::table({translated("Package"), translated("Kind"), translated("Entry"), translated("Result")},
+                             packageRows);
         return all;
     }
 };
@@ -120,8 +119,8 @@ ExitStatus runVerify(const Invocation& call)
 {
     StoreReader store(call.store());
     if (!store.scan())
-        return Invocation::wrong(call.stores().first() +
-                                 QLatin1String("UpdateCustom: cannot be read; check its permissions"));
+        return Invocation::wrong(
+            translated("%1UpdateCustom: cannot be read; check its permissions").arg(call.stores().first()));
     PackageVerifier verifier(call.store(), store);
 
     const bool isWhole = call.arguments().isEmpty();
@@ -129,8 +128,8 @@ ExitStatus runVerify(const Invocation& call)
     for (const QString& argument : call.arguments()) {
         struct stat status = {};
         if (lstat(QFile::encodeName(argument).constData(), &status) != 0)
-            return Invocation::wrong(argument +
-                                     QLatin1String(": there is no such package; name a .tar.gz or .zip file"));
+            return Invocation::wrong(
+                translated("%1: there is no such package; name a .tar.gz or .zip file").arg(argument));
         packages.append(QFile::encodeName(argument));
     }
 

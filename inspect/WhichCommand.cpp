@@ -1,6 +1,7 @@
 #include "inspect/Command.h"
 #include "inspect/Output.h"
 #include "inspect/PackageVerifier.h"
+#include "inspect/Translation.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -17,11 +18,11 @@ bool isUntold(const PackageAnswer& answer)
 QString complaintOf(const QString& package, const PackageAnswer& answer)
 {
     if (!answer.isThere)
-        return package + QLatin1String(": there is no such package; name a .tar.gz or .zip file");
+        return translated("%1: there is no such package; name a .tar.gz or .zip file").arg(package);
     QString text = package + QLatin1String(": ") + QString::fromLatin1(answer.problems.first());
     if (!answer.damage.isEmpty())
-        text += QLatin1String(": ") + QString::fromLocal8Bit(answer.damage);
-    return text + QLatin1String("; name a whole package that the manager made");
+        text += QLatin1String(": ") + translated(answer.damage.constData());
+    return text + translated("; name a whole package that the manager made");
 }
 
 } // namespace
@@ -30,8 +31,8 @@ ExitStatus runWhich(const Invocation& call)
 {
     StoreReader store(call.store());
     if (!store.scan())
-        return Invocation::wrong(call.stores().first() +
-                                 QLatin1String("UpdateCustom: cannot be read; check its permissions"));
+        return Invocation::wrong(
+            translated("%1UpdateCustom: cannot be read; check its permissions").arg(call.stores().first()));
     const PackageVerifier verifier(call.store(), store);
 
     QJsonArray all;
@@ -43,7 +44,7 @@ ExitStatus runWhich(const Invocation& call)
             return Invocation::wrong(complaintOf(package, answer));
         const bool isInStore = !answer.entry.isEmpty();
         isFine = isFine && isInStore;
-        const QString kind = QString::fromLatin1(packageKindName(answer.kind));
+        const QString kind = translated(packageKindName(answer.kind));
         const QString entry = QString::fromLocal8Bit(answer.entry);
         // The document is the same in both, so that its row in the history is what the package tells.
         const CommonInfo& common = answer.common;
@@ -54,14 +55,13 @@ ExitStatus runWhich(const Invocation& call)
                                {QStringLiteral("timeStamp"), static_cast<double>(common.cusTimeStamp)},
                                {QStringLiteral("remark"), common.cusAddInfo},
                                {QStringLiteral("inStore"), isInStore}});
-        rows.append(
-            {package, kind, isInStore ? entry : QStringLiteral("(gone)"), common.cusTimeString, common.cusAddInfo});
+        rows.append({package, kind, isInStore ? entry : translated("(gone)"), common.cusTimeString, common.cusAddInfo});
     }
     if (call.isJson())
         output::write(all);
     else
-        output::write(output::table({QStringLiteral("Package"), QStringLiteral("Kind"), QStringLiteral("Entry"),
-                                     QStringLiteral("Time"), QStringLiteral("Remark")},
-                                    rows));
+        output::write(output::table(
+            {translated("Package"), translated("Kind"), translated("Entry"), translated("Time"), translated("Remark")},
+            rows));
     return isFine ? Fine : Finding;
 }

@@ -5,6 +5,7 @@
 #include "common/ProcessPath.h"
 #include "inspect/Command.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -143,5 +144,7 @@ int main(int argc, char** argv)
 
     CLanguageParser table;
     const QString chosen = chooseTexts(table, stores.first(), language);
+    if (chosen == QLatin1String("zh") && !parser.isSet(QStringLiteral("json")))
+        translateToChinese();
     return command->run(Invocation(parser, given, stores, chosen));
 }

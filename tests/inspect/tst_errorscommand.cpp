@@ -511,12 +511,14 @@ void TstErrorsCommand::tooManyFailuresAreRefused()
 void TstErrorsCommand::textIsForPeople()
 {
     writeLog("20260131", finishLine + at + "[ERR]SaveXmlFile: can not open file!\n" + zipFailed);
-    for (const char* language : {"en", "zh"}) {
-        const program::Outcome outcome = inspect({QStringLiteral("--lang"), QString::fromLatin1(language), command});
+    const QMap<QString, QByteArray> texts = {
+        {QStringLiteral("en"), "document (not-saved): The document could not be written into custom/."},
+        {QStringLiteral("zh"), "定制文件 (not-saved): 无法将定制文件写入custom/。"}};
+    for (auto text = texts.begin(); text != texts.end(); ++text) {
+        const program::Outcome outcome = inspect({QStringLiteral("--lang"), text.key(), command});
         QCOMPARE(outcome.status, 1);
-        QCOMPARE(outcome.output, QByteArray("2026-01-31 10:00:00  document (not-saved): The document could not be "
-                                            "written into custom/.\n"
-                                            "    2026-01-31 10:00:00 [ERR]SaveXmlFile: can not open file!\n"));
+        QCOMPARE(outcome.output, "2026-01-31 10:00:00  " + text.value() +
+                                     "\n    2026-01-31 10:00:00 [ERR]SaveXmlFile: can not open file!\n");
     }
     writeLog("20260131", finishLine + sizeLine + at + "[DBG]gensetup begin.\n");
     QCOMPARE(inspect({command}).output, QByteArray("Nothing failed in the Finish of 2026-01-31 10:00:00.\n"));

@@ -182,13 +182,16 @@ QByteArray withMarkers(const QByteArray& output, const QString& store)
     const std::pair<const char*, const char*> outside[] = {
         {"\\d+ MB are free", "{number} MB are free"},
         {"\\w+ are allowed", "{number} are allowed"},
+        {"剩余\\d+ MB", "剩余{number} MB"},
+        {"允许\\w+个", "允许{number}个"},
+        {"/\\S*/tar可以", "{path}/tar可以"},
         {"/\\S*/tar runs", "{path}/tar runs"},
         {"\nscripts  .*(\n  .*)*", "\nscripts           {scripts}"},
         {"\"scripts\",\\s*\"detail\": .*(\\s*)\"level\": \"note\",\\s*\"ok\": \\w+",
          "\"scripts\",\\1\"detail\": \"{scripts}\""},
     };
     for (const auto& [found, marker] : outside)
-        text.replace(QRegularExpression(QLatin1String(found)), QLatin1String(marker));
+        text.replace(QRegularExpression(QString::fromUtf8(found)), QString::fromUtf8(marker));
     return text.toUtf8();
 }
 
