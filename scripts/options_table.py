@@ -8,6 +8,7 @@ are the path of the field, its limits in figures, the sentence in English and th
 """
 
 import json
+import pathlib
 import subprocess
 import sys
 
@@ -30,7 +31,7 @@ WORDS = {
 
 def sentences(path):
     """By field: limits in figures and the sentence of each language."""
-    rows = [line.split("\t") for line in open(path, encoding="utf-8").read().splitlines()]
+    rows = [line.split("\t") for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines()]
     heads, rows = rows[0], rows[1:]
     if heads != ["path", "limits", "en", "zh"]:
         sys.exit(f"{path}: unknown columns {heads}")
@@ -94,23 +95,30 @@ def table(fields, titles, told, language):
     return text + "\n"
 
 
-def main():
-    inspect, language, handbook = sys.argv[1:4]
-    told = sentences(sys.argv[4] if len(sys.argv) > 4 else "docs/options-sentences.tsv")
-    ask = [inspect, "--lang", language, "fields"]
-    fields = json.loads(subprocess.run(ask + ["--json"], check=True, stdout=subprocess.PIPE).stdout)
+def write(ask, language, handbook, sentences_file):
+    """Writes the table anew; leaves by SystemExit when fields and sentences do not agree.
+
+    ask  answers what orvex-inspect tells to the arguments
+    """
+    told = sentences(sentences_file)
+    fields = json.loads(ask("--lang", language, "fields", "--json"))
     # The titles of the sections stand in the tables, in the order of the fields.
-    tables = subprocess.run(ask + ["--markdown"], check=True, stdout=subprocess.PIPE).stdout.decode()
-    names = [line[3:] for line in tables.splitlines() if line.startswith("## ")]
+    names = [line[3:] for line in ask("--lang", language, "fields", "--markdown").splitlines() if line.startswith("## ")]
     sections = list(dict.fromkeys(field["path"].split("/")[0] for field in fields))
     wrong = {field["path"] for field in fields} ^ set(told)
     if wrong:
         sys.exit("a field without a sentence, or a sentence without a field: " + ", ".join(sorted(wrong)))
-    text = open(handbook, encoding="utf-8").read()
+    text = pathlib.Path(handbook).read_text(encoding="utf-8")
     before, rest = text.split(BEGIN)
     behind = rest.split(END)[1]
     written = before + BEGIN + "\n" + table(fields, dict(zip(sections, names)), told, language) + END + behind
-    open(handbook, "w", encoding="utf-8").write(written)
+    pathlib.Path(handbook).write_text(written, encoding="utf-8")
+
+
+def main():
+    inspect, language, handbook = sys.argv[1:4]
+    write(lambda *arguments: subprocess.run([inspect, *arguments], check=True, stdout=subprocess.PIPE).stdout.decode(),
+          language, handbook, sys.argv[4] if len(sys.argv) > 4 else "docs/options-sentences.tsv")
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@ the same sections in both languages, and tables of options that are what the pro
   documents.py SOURCE_DIRECTORY ORVEX_INSPECT
 """
 
+import functools
 import json
 import os
 import pathlib
@@ -16,8 +17,11 @@ import tempfile
 import unittest
 from urllib.parse import unquote
 
-SOURCE = pathlib.Path(sys.argv[1]).resolve() if len(sys.argv) > 2 else None
-INSPECT = sys.argv[2] if len(sys.argv) > 2 else None
+SOURCE = pathlib.Path(sys.argv[1]).resolve()
+INSPECT = sys.argv[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(SOURCE / "scripts"))
+import options_table  # noqa: E402
 
 GLOBAL_WITH_VALUE = {"--store", "--lang"}
 # Scripts of the client's build, which is no part of this project.
@@ -25,6 +29,7 @@ FOREIGN_SCRIPTS = {"makeDeb.sh", "makeUpgradeDeb.sh", "makeCusPack.sh"}
 NO_DOCUMENTS = {"build", ".git", "golden"}
 
 
+@functools.lru_cache(maxsize=None)
 def ask(*arguments):
     return subprocess.run([INSPECT, *arguments], check=True, stdout=subprocess.PIPE).stdout.decode()
 
@@ -217,11 +222,12 @@ def stale_options(root):
         for name, language in (("administrator.md", "en"), ("administrator.zh.md", "zh")):
             copy = pathlib.Path(made) / name
             shutil.copy(root / "docs" / name, copy)
-            done = subprocess.run([sys.executable, SOURCE / "scripts/options_table.py", INSPECT, language, copy,
-                                   root / "docs/options-sentences.tsv"], stderr=subprocess.PIPE, check=False)
-            if done.returncode != 0:
-                yield done.stderr.decode().strip().replace(str(root), "")
-            elif copy.read_bytes() != (root / "docs" / name).read_bytes():
+            try:
+                options_table.write(ask, language, copy, root / "docs/options-sentences.tsv")
+            except SystemExit as refusal:
+                yield str(refusal).replace(str(root), "")
+                continue
+            if copy.read_bytes() != (root / "docs" / name).read_bytes():
                 yield f"docs/{name} is out of date: scripts/write-options.sh"
 
 
