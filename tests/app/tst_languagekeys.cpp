@@ -22,6 +22,9 @@ private slots:
     void scannerFindsTheKeysOfCalls();
     void keysOfCallsAreListed();
     void literalsThatLookLikeKeysAreListed();
+    void scannerFindsTheLiteralsThatAreShown_data();
+    void scannerFindsTheLiteralsThatAreShown();
+    void callsThatShowTextGetNoLiterals();
     void listedKeysAreUsed();
 
     void listHasEveryKeyOnce();
@@ -174,14 +177,49 @@ QStringList directTexts(const QVector<Token>& tokens, int open)
     return all;
 }
 
-/// The literals that reach the language table by a call.
-QStringList keysOfCalls(const QVector<Token>& tokens)
+/// Calls whose literals are keys.
+const QSet<QString>& keyCallees()
 {
     static const QSet<QString> callees = {QStringLiteral("langText"),  QStringLiteral("GetKey"),
                                           QStringLiteral("say"),       QStringLiteral("refuse"),
                                           QStringLiteral("tell"),      QStringLiteral("setTitleKey"),
                                           QStringLiteral("refuseAt"),  QStringLiteral("announceRefusal"),
                                           QStringLiteral("WarningBox")};
+    return callees;
+}
+
+/// The literals with a letter that a call which shows text gets, also by a further call, but for keys.
+QStringList shownLiterals(const QVector<Token>& tokens)
+{
+    static const QRegularExpression shows(
+        QStringLiteral("^(set(Text|PlainText|Html|Title|WindowTitle|ToolTip|StatusTip|WhatsThis|PlaceholderText|"
+                       "InformativeText|DetailedText|TabText|ItemText|HeaderLabels|HeaderItem|AccessibleName|"
+                       "AccessibleDescription|LabelText|ButtonText|Suffix|Prefix|SpecialValueText)|"
+                       "addItem|addItems|insertItem|insertItems|addTab|insertTab|addAction|addMenu|addToolBar|"
+                       "warning|information|question|critical|about|showMessage)$"));
+    static const QRegularExpression letter(QStringLiteral("\\p{L}"));
+    QStringList all;
+    for (int at = 0; at + 1 < tokens.size(); ++at) {
+        if (tokens.at(at).kind != Token::Name || !shows.match(tokens.at(at).text).hasMatch() ||
+            !isMark(tokens, at + 1, "("))
+            continue;
+        QVector<bool> isKey = {false};
+        for (int inner = at + 2; inner < tokens.size() && !isKey.isEmpty(); ++inner) {
+            if (isMark(tokens, inner, "({["))
+                isKey.append(isKey.last() || keyCallees().contains(tokens.at(inner - 1).text));
+            else if (isMark(tokens, inner, ")}]"))
+                isKey.removeLast();
+            else if (tokens.at(inner).kind == Token::Text && !isKey.last() && tokens.at(inner).text.contains(letter))
+                all.append(tokens.at(inner).text);
+        }
+    }
+    return all;
+}
+
+/// The literals that reach the language table by a call.
+QStringList keysOfCalls(const QVector<Token>& tokens)
+{
+    const QSet<QString>& callees = keyCallees();
     QStringList all;
     for (int at = 0; at < tokens.size(); ++at) {
         if (tokens.at(at).kind != Token::Name || !callees.contains(tokens.at(at).text))
@@ -336,6 +374,38 @@ void TstLanguageKeys::literalsThatLookLikeKeysAreListed()
         }
     }
     QCOMPARE(unknown.join(QLatin1Char(' ')), QString());
+}
+
+void TstLanguageKeys::scannerFindsTheLiteralsThatAreShown_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QStringList>("literals");
+    using installation::texts;
+    QTest::newRow("direct") << "label->setText(\"a\");" << texts({"a"});
+    QTest::newRow("by a further call") << "box.setText(QStringLiteral(\"a %1\").arg(name));" << texts({"a %1"});
+    QTest::newRow("beside a key") << "edit->setText(langText(\"no\") + QLatin1String(\"a\"));" << texts({"a"});
+    QTest::newRow("message box") << "QMessageBox::warning(this, \"a\", tr(\"b\"));" << texts({"a", "b"});
+    QTest::newRow("no letter") << "label->setText(QStringLiteral(\"%1: \"));" << QStringList();
+    QTest::newRow("key alone") << "label->setText(langText(x ? \"no\" : \"no\"));" << QStringList();
+    QTest::newRow("another call") << "QFile file(\"no\"); setPath(\"no\");" << QStringList();
+}
+
+void TstLanguageKeys::scannerFindsTheLiteralsThatAreShown()
+{
+    QFETCH(const QString, source);
+    QFETCH(const QStringList, literals);
+    QCOMPARE(shownLiterals(Scanner(source).tokens()), literals);
+}
+
+// Message boxes too, which only come where something is wrong.
+void TstLanguageKeys::callsThatShowTextGetNoLiterals()
+{
+    QStringList shown;
+    for (const Source& source : s_sources) {
+        for (const QString& text : shownLiterals(source.tokens))
+            shown.append(source.name + QLatin1String(": ") + text);
+    }
+    QCOMPARE(shown.join(QLatin1Char('\n')), QString());
 }
 
 void TstLanguageKeys::listedKeysAreUsed()
