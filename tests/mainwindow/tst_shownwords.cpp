@@ -1,35 +1,17 @@
-#include "advanced/CDynamicPwdDlg.h"
-#include "advanced/CInput1XDomainDlg.h"
-#include "advanced/CMsgAuthDlg.h"
-#include "advanced/CSslVpnIp.h"
-#include "advanced/CWanEscapeDlg.h"
-#include "advanced/CustomAdvProperty.h"
-#include "advanced/KEFCusOpt.h"
-#include "advanced/UninstallPasswd.h"
-#include "advanced/WancontrolDlg.h"
-#include "app/widgets/WarningBox.h"
 #include "common/Version.h"
+#include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "pack/CustomCompleteDlg.h"
-#include "pack/FinishDlg.h"
-#include "pack/PackingWait.h"
-#include "pack/WorkThread.h"
 #include "support/DistinctRecord.h"
 #include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
-#include "view/QShowVpnAdv.h"
-#include "view/ShowDetailDlg.h"
-#include "vpn/IpInfo.h"
-#include "vpn/QVPNAdvProperty.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
 #include <QRegularExpression>
-#include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextDocumentFragment>
@@ -62,10 +44,12 @@ QString withoutTableTexts(QString text)
 class Walk
 {
 public:
-    explicit Walk(const CustomInfo& record)
+    Walk()
     {
-        for (const QString& path : fieldPaths(record))
-            m_known.append(fieldValue(record, path));
+        for (const QString& path : fieldPaths(recordOfEveryPage()))
+            m_known.append(fieldValue(recordOfEveryPage(), path));
+        // What the domain dialog opens with.
+        m_known += installation::texts({"staff.example", "Staff"});
         for (const char* word : ownWords)
             m_known.append(QString::fromLatin1(word));
         m_known.append(QString::fromLocal8Bit(utl_OrvexVerDisplay()));
@@ -74,7 +58,6 @@ public:
 
     void window(const QWidget& window)
     {
-        ++m_windows;
         m_place = QString::fromLatin1(window.metaObject()->className());
         see(window, "title", window.windowTitle());
         widget(window);
@@ -92,7 +75,6 @@ public:
         }
     }
 
-    int windows() const { return m_windows; }
     int texts() const { return m_texts; }
     QString strays() const { return m_strays.join(QLatin1Char('\n')); }
 
@@ -164,7 +146,6 @@ private:
     QStringList m_known;
     QStringList m_strays;
     QString m_place;
-    int m_windows = 0;
     int m_texts = 0;
 };
 
@@ -179,14 +160,11 @@ private slots:
     void init();
     void cleanup() { g_ucAreaCode = 0; }
 
-    void mainWindowAndPackWindowsShowTextsOfTheTable();
-    void advancedDialogsShowTextsOfTheTable();
-    void viewsShowTextsOfTheTable();
-    void warningsShowTextsOfTheTable();
+    void windowShowsTextsOfTheTable_data();
+    void windowShowsTextsOfTheTable();
+    void reportShowsTextsOfTheTableWhateverWasMade();
+    void aboutBoxShowsTextsOfTheTableInBothBrands();
     void aTextOfTheSourcesIsFound();
-
-private:
-    CustomInfo m_record;
 };
 
 void TstShownWords::init()
@@ -197,98 +175,48 @@ void TstShownWords::init()
     const QByteArray marked = installation::readFile(installation::path(QStringLiteral("keys.xml")));
     for (const char* name : {"Resources/Language_en.xml", "Resources/Language_zh.xml"})
         installation::writeFile(installation::path(QLatin1String(name)), marked);
-    m_record = distinctRecord();
-    m_record.common.procomVal = 63;
-    m_record.common.funcomVal = 5;
 }
 
-void TstShownWords::mainWindowAndPackWindowsShowTextsOfTheTable()
+void TstShownWords::windowShowsTextsOfTheTable_data()
 {
+    QTest::addColumn<int>("window");
+    for (std::size_t index = 0; index < everyWindow().size(); ++index)
+        QTest::newRow(everyWindow()[index].name) << int(index);
+}
+
+void TstShownWords::windowShowsTextsOfTheTable()
+{
+    QFETCH(int, window);
     storeRow(1700000001, "2023-11-15 06:13:21", "1");
-    OrvexManager window(nullptr);
-    Walk walk(m_record);
-    walk.window(window);
-    window.showCusHis();
-    walk.window(window);
-    FinishDlg finish(nullptr);
-    finish.initalDialog(&m_record);
-    walk.window(finish);
-    PackingWait progress(0, 0, nullptr);
-    walk.window(progress);
+    const std::shared_ptr<QWidget> shown = everyWindow().at(std::size_t(window)).open();
+    Walk walk;
+    walk.window(*shown);
+    QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
+    QVERIFY(walk.texts() > 1);
+}
+
+void TstShownWords::reportShowsTextsOfTheTableWhateverWasMade()
+{
     for (int mask = 0; mask < 8; ++mask) {
         CustomCompleteDlg complete(nullptr);
         complete.initalDialog(mask, true);
+        Walk walk;
         walk.window(complete);
+        QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
     }
-    CustomCompleteDlg place(nullptr);
-    place.initalDialog(PackageUpdate, false);
-    walk.window(place);
-    QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
-    QCOMPARE(walk.windows(), 13);
-    QVERIFY2(walk.texts() > 150, qPrintable(QString::number(walk.texts())));
 }
 
-void TstShownWords::advancedDialogsShowTextsOfTheTable()
+void TstShownWords::aboutBoxShowsTextsOfTheTableInBothBrands()
 {
-    CustomAdvProperty advanced(nullptr);
-    advanced.initalDialog(&m_record);
-    QVPNAdvProperty vpn(&advanced);
-    vpn.setInital();
-    SSLVPNRemoteInfo gateway = m_record.sslvpn.remote.first();
-    SUIDomainInfo domains = m_record.domain;
-    const DomainDetail domain = domains.domaindetail.first();
-    Walk walk(m_record);
-    walk.window(advanced);
-    walk.window(vpn);
-    walk.window(WancontrolDlg(nullptr));
-    walk.window(CDynamicPwdDlg(nullptr));
-    walk.window(CMsgAuthDlg(nullptr));
-    walk.window(CWanEscapeDlg(nullptr));
-    walk.window(UninstallPasswd(nullptr));
-    walk.window(KEFCusOpt(nullptr));
-    walk.window(IpInfo(nullptr));
-    walk.window(CInput1XDomainDlg(domains, 0, domain.domainName, domain.domainDesp, true, false, nullptr));
-    walk.window(CSslVpnIp(gateway, 1, nullptr));
-    QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
-    QCOMPARE(walk.windows(), 11);
-    QVERIFY2(walk.texts() > 200, qPrintable(QString::number(walk.texts())));
-}
-
-void TstShownWords::viewsShowTextsOfTheTable()
-{
-    ShowDetailDlg detail(nullptr);
-    detail.onInitDialog(m_record);
-    QShowVpnAdv vpn(&detail);
-    vpn.setInital();
-    Walk walk(m_record);
-    walk.window(detail);
-    walk.window(vpn);
     for (unsigned char brand : {0, 1}) {
         g_ucAreaCode = brand;
         AboutInfoDlg about(nullptr);
+        Walk walk;
         walk.window(about);
         QTest::keyClick(&about, Qt::Key_I, Qt::ControlModifier);
         walk.window(about);
+        QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
     }
-    QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
-    QCOMPARE(walk.windows(), 6);
-    QVERIFY2(walk.texts() > 150, qPrintable(QString::number(walk.texts())));
-}
-
-void TstShownWords::warningsShowTextsOfTheTable()
-{
-    WarningBox box("manager_title");
-    QString strays = QStringLiteral("nothing shown");
-    ModalScript script;
-    script.expect<QMessageBox>([&](QMessageBox& shown) {
-        Walk walk(m_record);
-        walk.window(shown);
-        strays = walk.strays();
-        shown.button(QMessageBox::Ok)->click();
-    });
-    box.say("SelProtocolPls");
-    QCOMPARE(script.complaints(), QStringList());
-    QCOMPARE(strays, QString());
 }
 
 void TstShownWords::aTextOfTheSourcesIsFound()
@@ -296,7 +224,7 @@ void TstShownWords::aTextOfTheSourcesIsFound()
     QWidget window;
     QLabel label(QStringLiteral("⟦key⟧ and more"), &window);
     label.setToolTip(QStringLiteral("a tip"));
-    Walk walk(m_record);
+    Walk walk;
     walk.window(window);
     QCOMPARE(walk.strays(), QStringLiteral("QWidget,  tool tip: a tip\nQWidget,  text: and more"));
 }
