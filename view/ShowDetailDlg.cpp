@@ -6,6 +6,7 @@
 #include "app/widgets/FormRows.h"
 #include "xml/Catalogue.h"
 
+#include <QKeyEvent>
 #include <QPixmap>
 
 namespace {
@@ -58,6 +59,17 @@ ShowDetailDlg::ShowDetailDlg(QWidget* parent) : QDialog(parent)
 }
 
 ShowDetailDlg::~ShowDetailDlg() = default;
+
+void ShowDetailDlg::keyPressEvent(QKeyEvent* event)
+{
+    // Neither button can be the default: that would be drawn.
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        QDialog::keyPressEvent(event);
+    else if (ui.pushButton_Adv_S->hasFocus())
+        ui.pushButton_Adv_S->click();
+    else
+        ui.toolButton->click();
+}
 
 void ShowDetailDlg::setWindowText()
 {

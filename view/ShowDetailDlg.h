@@ -28,6 +28,10 @@ public:
     /// The dialog's own copy.
     CustomInfo* customInfo() override { return &m_customInfo; }
 
+protected:
+    /// Return closes the view, or presses the button of the VPN parameters while that has the focus.
+    void keyPressEvent(QKeyEvent* event) override;
+
 public slots:
     // 802.1X tab
     void onClick1xSaveUser() { undoClick(ui.checkBox_1xSaveUser); }

@@ -72,6 +72,7 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
 
     // Before the combo box is first filled, so that the first fill loads the defaults.
     connectPages();
+    addHistoryCommands();
     const bool isChinese = m_ulLanguageCode == LANGUAGE_CHINESE && g_ucAreaCode == 0;
     m_pLanguageMenu->actions().at(isChinese ? 1 : 0)->setChecked(true);
     refresh();

@@ -81,6 +81,8 @@ private:
     void withholdFinish(const WorkThread& worker);
 
     // The history page.
+    /// The keys of the list, and its menu of the same commands.
+    void addHistoryCommands();
     void refreshCusHis();
     bool GetCurAllCustoms();
     int GetIndexByStrTime(QString time);

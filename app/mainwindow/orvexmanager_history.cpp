@@ -11,8 +11,11 @@
 #include "xml/CustomInfoLoad.h"
 #include "xml/RecordRows.h"
 
+#include <QAction>
 #include <QFontMetrics>
+#include <QMenu>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QtMath>
 
 #include <memory>
@@ -49,6 +52,47 @@ QFont fontForTimes(QFont font)
 
 } // namespace
 
+void OrvexManager::addHistoryCommands()
+{
+    QTreeWidget* tree = ui.treeWidget_cusHis;
+    const auto clickCurrentRow = [this, tree] {
+        QTreeWidgetItem* row = tree->currentItem();
+        tree->setCurrentItem(row);
+        onItemClicked(row);
+    };
+    const auto onKey = [this, tree](int key, auto play) {
+        connect(new QShortcut(key, tree, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, play);
+    };
+    // Contract: the arrow keys move the selection alone; the blank, like a click, makes the row that of the buttons.
+    onKey(Qt::Key_Space, clickCurrentRow);
+    onKey(Qt::SHIFT + Qt::Key_F10, [tree] {
+        const QRect row = tree->visualItemRect(tree->currentItem());
+        QMenu::exec(tree->actions(), tree->viewport()->mapToGlobal(row.bottomLeft()), nullptr, tree);
+    });
+
+    // Keys and menu end in the buttons, so that they do what these do, and nothing while these are disabled.
+    const auto addCommand = [this, tree](const QList<QKeySequence>& keys, auto play) {
+        auto* command = new QAction(tree);
+        command->setShortcuts(keys);
+        command->setShortcutContext(Qt::WidgetShortcut);
+        connect(command, &QAction::triggered, this, play);
+        tree->addAction(command);
+    };
+    addCommand({Qt::Key_Return, Qt::Key_Enter}, [this, clickCurrentRow] {
+        clickCurrentRow();
+        ui.toolButton_detail->click();
+    });
+    addCommand({QKeySequence::Delete}, [this, tree, clickCurrentRow] {
+        // There is no question, so the row must be seen to be selected.
+        if (tree->selectedItems().isEmpty())
+            return;
+        clickCurrentRow();
+        ui.toolButton_delete->click();
+    });
+    addCommand({}, [this] { ui.toolButton_deleteall->click(); });
+    tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
 void OrvexManager::refreshCusHis()
 {
     ui.label_cusHisTitle->setText(langText("CusUpdateTitle"));
@@ -60,6 +104,9 @@ void OrvexManager::refreshCusHis()
     ui.toolButton_delete->setText(langText("DeleteCustomBtn"));
 
     QTreeWidget* tree = ui.treeWidget_cusHis;
+    const QToolButton* const buttons[] = {ui.toolButton_detail, ui.toolButton_delete, ui.toolButton_deleteall};
+    for (int command = 0; command < tree->actions().size(); ++command)
+        tree->actions().at(command)->setText(buttons[command]->text());
     tree->setAccessibleName(langText("AllCusComBox"));
     setColumns(tree,
                {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),

@@ -1,18 +1,27 @@
+#include "app/language/LangText.h"
 #include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/TestEntry.h"
+#include "view/AboutInfoDlg.h"
+#include "view/QShowVpnAdv.h"
+#include "view/ShowDetailDlg.h"
 
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QStackedWidget>
 #include <QTabBar>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -28,6 +37,18 @@ private slots:
     void tabReachesEveryControl();
     void noMnemonicStandsTwice_data() { addEveryWindow(); }
     void noMnemonicStandsTwice();
+    void returnClosesBothViews_data();
+    void returnClosesBothViews();
+    void arrowsTurnThePages();
+    void menusOpenByTheirMnemonics();
+    void everyMenuEntryHasAMnemonic();
+    void returnShowsTheDetailsOfTheRow_data();
+    void returnShowsTheDetailsOfTheRow();
+    void blankChoosesTheRowLikeAClick();
+    void deleteKeyDeletesTheSelectedRow();
+    void deleteKeyLeavesARowThatIsNotSelected();
+    void menuOfTheHistoryHoldsItsCommands_data();
+    void menuOfTheHistoryHoldsItsCommands();
 };
 
 namespace {
@@ -225,6 +246,243 @@ void TstKeyboard::noMnemonicStandsTwice()
         twice += usedTwice(users);
     }
     QVERIFY2(twice.isEmpty(), qPrintable(twice.join(QLatin1Char('\n'))));
+}
+
+void TstKeyboard::returnClosesBothViews_data()
+{
+    addEveryWindow();
+}
+
+void TstKeyboard::returnClosesBothViews()
+{
+    const std::shared_ptr<QWidget> window = windowOfRow();
+    if (!qobject_cast<ShowDetailDlg*>(window.get()) && !qobject_cast<QShowVpnAdv*>(window.get()))
+        return;
+    QStringList staysOpen;
+    int pressed = 0;
+    onEveryPage(*window, [&](const QString&) {
+        for (QWidget* stop : tabOrder(*window)) {
+            if (!stop->isEnabled() || stop->objectName() == QLatin1String("pushButton_Adv_S"))
+                continue;
+            window->show();
+            stop->setFocus();
+            QTest::keyClick(stop, Qt::Key_Return);
+            ++pressed;
+            if (window->isVisible())
+                staysOpen.append(stop->objectName());
+        }
+        window->show();
+    });
+    QCOMPARE(staysOpen, QStringList());
+    QVERIFY(pressed > 20);
+}
+
+namespace {
+
+/// The history with three rows, its list with the focus and the second row current.
+struct History : QObject
+{
+    History()
+    {
+        prepareInstallation();
+        storeRow(1700000001, "2023-11-15 06:13:21", "one");
+        storeRow(1700000002, "2023-11-15 06:13:22", "two");
+        storeRow(1700000003, "2023-11-15 06:13:23", "three");
+        window = std::make_unique<OrvexManager>(nullptr);
+        window->show();
+        window->activateWindow();
+        isActive = QTest::qWaitForWindowActive(window.get()); // or no shortcut is heard
+        window->showCusHis();
+        tree = historyTree(*window);
+        tree->setFocus();
+        QTest::keyClick(tree, Qt::Key_Home);
+        QTest::keyClick(tree, Qt::Key_Down);
+        times = shownTimes(*window);
+    }
+
+    QString titleOf(int row) const { return langText("detail_title") + QStringLiteral(" (%1)").arg(times.at(row)); }
+
+    std::unique_ptr<OrvexManager> window;
+    bool isActive = false;
+    QTreeWidget* tree = nullptr;
+    QStringList times;
+};
+
+} // namespace
+
+void TstKeyboard::arrowsTurnThePages()
+{
+    prepareInstallation();
+    OrvexManager window(nullptr);
+    window.show();
+    const auto* pages = child<QStackedWidget>(window, "stackedWidget");
+    auto* choice = child<QListWidget>(window, "listWidget");
+    choice->setFocus();
+    QTest::keyClick(choice, Qt::Key_Down);
+    QCOMPARE(pages->currentIndex(), 1);
+    QTest::keyClick(choice, Qt::Key_Up);
+    QCOMPARE(pages->currentIndex(), 0);
+}
+
+void TstKeyboard::menusOpenByTheirMnemonics()
+{
+    prepareInstallation();
+    OrvexManager window(nullptr);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const auto choose = [&window](Qt::Key menu, Qt::Key entry) {
+        window.activateWindow();
+        if (!QTest::qWaitForWindowActive(&window))
+            return false;
+        QTest::keyClick(&window, menu, Qt::AltModifier);
+        QWidget* opened = QApplication::activePopupWidget();
+        if (opened)
+            QTest::keyClick(opened, entry);
+        return opened != nullptr;
+    };
+    const auto* pages = child<QStackedWidget>(window, "stackedWidget");
+    QVERIFY(choose(Qt::Key_F, Qt::Key_H));
+    QCOMPARE(pages->currentIndex(), 1);
+    QVERIFY(choose(Qt::Key_F, Qt::Key_C));
+    QCOMPARE(pages->currentIndex(), 0);
+    const auto* toolBar = window.findChild<QToolBar*>();
+    QVERIFY(choose(Qt::Key_V, Qt::Key_T));
+    QVERIFY(!toolBar->isVisible());
+    ModalScript script;
+    script.expect<AboutInfoDlg>([](AboutInfoDlg& about) {
+        while (!qobject_cast<QToolButton*>(about.focusWidget()))
+            QTest::keyClick(about.focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(about.focusWidget(), Qt::Key_Space);
+    });
+    QVERIFY(choose(Qt::Key_H, Qt::Key_A));
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(choose(Qt::Key_L, Qt::Key_C));
+    QCOMPARE(window.windowTitle(), langText("manager_title"));
+    QVERIFY(window.windowTitle() != QLatin1String("Orvex Customisation Manager"));
+}
+
+void TstKeyboard::everyMenuEntryHasAMnemonic()
+{
+    prepareInstallation();
+    OrvexManager window(nullptr);
+    QStringList without;
+    int entries = 0;
+    for (const auto change : {&OrvexManager::changEnLanguage, &OrvexManager::changZhLanguage}) {
+        (window.*change)();
+        QList<QAction*> actions = child<QMenuBar>(window, "menuBar")->actions();
+        const QList<QAction*> titles = actions;
+        for (const QAction* title : titles)
+            actions += title->menu()->actions();
+        for (const QAction* action : qAsConst(actions)) {
+            if (!action->isSeparator() && QKeySequence::mnemonic(action->text()).isEmpty())
+                without.append(action->text());
+            entries += int(!action->isSeparator());
+        }
+    }
+    QCOMPARE(without, QStringList());
+    QCOMPARE(entries, 28);
+}
+
+void TstKeyboard::returnShowsTheDetailsOfTheRow_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+}
+
+void TstKeyboard::returnShowsTheDetailsOfTheRow()
+{
+    QFETCH(int, key);
+    const History history;
+    QVERIFY(history.isActive);
+    QString title;
+    ModalScript script;
+    script.expect<ShowDetailDlg>([&](ShowDetailDlg& dialog) {
+        dialog.activateWindow();
+        if (QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }))
+            title = dialog.windowTitle();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    QTest::keyClick(history.tree, Qt::Key(key));
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(title, history.titleOf(1));
+}
+
+void TstKeyboard::blankChoosesTheRowLikeAClick()
+{
+    const History history;
+    QVERIFY(history.isActive);
+    QVERIFY(!isEnabled(*history.window, "toolButton_detail"));
+    QTest::keyClick(history.tree, Qt::Key_Space);
+    QVERIFY(isEnabled(*history.window, "toolButton_delete"));
+    QCOMPARE(titleOfDetails(*history.window), history.titleOf(1));
+    QTest::keyClick(history.tree, Qt::Key_Up);
+    QCOMPARE(titleOfDetails(*history.window), history.titleOf(1));
+    history.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(history.window.get()));
+    history.tree->setFocus();
+    QTest::keyClick(history.tree, Qt::Key_Space);
+    QCOMPARE(titleOfDetails(*history.window), history.titleOf(0));
+}
+
+void TstKeyboard::deleteKeyDeletesTheSelectedRow()
+{
+    History history;
+    QVERIFY(history.isActive);
+    QTest::keyClick(history.tree, Qt::Key_Delete);
+    const QString deleted = history.times.takeAt(1);
+    QCOMPARE(shownTimes(*history.window), history.times);
+    QVERIFY(!deleted.isEmpty());
+    // Nothing is selected now.
+    QTest::keyClick(history.tree, Qt::Key_Delete);
+    QCOMPARE(shownTimes(*history.window), history.times);
+}
+
+void TstKeyboard::deleteKeyLeavesARowThatIsNotSelected()
+{
+    const History history;
+    QVERIFY(history.isActive);
+    history.tree->clearSelection();
+    ModalScript script;
+    QTest::keyClick(history.tree, Qt::Key_Delete);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(shownTimes(*history.window), history.times);
+}
+
+void TstKeyboard::menuOfTheHistoryHoldsItsCommands_data()
+{
+    QTest::addColumn<bool>("byShiftF10");
+    QTest::newRow("Shift and F10") << true;
+    QTest::newRow("the key for menus") << false;
+}
+
+void TstKeyboard::menuOfTheHistoryHoldsItsCommands()
+{
+    QFETCH(bool, byShiftF10);
+    History history;
+    QVERIFY(history.isActive);
+    QStringList entries;
+    QTimer::singleShot(0, &history, [&] {
+        const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        for (const QAction* action : menu->actions())
+            entries.append(action->text());
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Down);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Down);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+    });
+    if (byShiftF10) {
+        QTest::keyClick(history.tree, Qt::Key_F10, Qt::ShiftModifier);
+    } else {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), history.tree->mapToGlobal(QPoint(5, 5)));
+        QCoreApplication::sendEvent(history.tree, &event);
+    }
+    QCOMPARE(entries,
+             QStringList({langText("ShowCustomDetailBtn"), langText("DeleteCustomBtn"), langText("DeleteAll")}));
+    history.times.removeAt(1);
+    QCOMPARE(shownTimes(*history.window), history.times);
 }
 
 TEST_ENTRY(keyboard, playTest<TstKeyboard>)

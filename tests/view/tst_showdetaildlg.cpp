@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -54,7 +55,7 @@ private slots:
     void advancedButtonOpensTheVpnDetailsOfItsRecord();
     void closeButtonEndsIt();
     void escapeEndsIt();
-    void enterOpensNothing();
+    void returnOnTheVpnButtonPressesIt();
     void closingWritesNothing();
 };
 
@@ -420,16 +421,16 @@ void TstShowDetailDlg::escapeEndsIt()
     QCOMPARE(script.complaints(), QStringList());
 }
 
-void TstShowDetailDlg::enterOpensNothing()
+void TstShowDetailDlg::returnOnTheVpnButtonPressesIt()
 {
     OpenDetailView view(fullRecord());
-    QVERIFY(QTest::qWaitForWindowExposed(&view.dialog));
-    auto* field = child<QLineEdit>(view.dialog, "lineEdit_LNSIp_S");
-    bringToFront(field);
-    field->setFocus();
+    auto* button = child<QPushButton>(view.dialog, "pushButton_Adv_S");
+    bringToFront(button);
+    button->setFocus();
     ModalScript script;
-    QTest::keyClick(field, Qt::Key_Return);
-    QCoreApplication::processEvents();
+    script.expect<QShowVpnAdv>([](QShowVpnAdv& opened) { opened.close(); });
+    QVERIFY(QTest::qWaitForWindowActive(&view.dialog));
+    QTest::keyClick(button, Qt::Key_Return);
     QCOMPARE(script.complaints(), QStringList());
     QVERIFY(view.dialog.isVisible());
 }
