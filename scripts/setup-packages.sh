@@ -11,6 +11,7 @@ packages=(
     p7zip-full tar gzip procps
     openssl libssl-dev
     python3 python3-jsonschema groff-base
+    at-spi2-core python3-pyatspi dbus
     xvfb xauth xdotool imagemagick x11-utils
     fonts-dejavu-core fonts-noto-cjk
     "$@"
