@@ -217,6 +217,10 @@ void TstAccessibility::viewsSayThatTheyAreReadOnly()
         walk(QAccessible::queryAccessibleInterface(window.get()), [&](QAccessibleInterface& face) {
             const bool isBox = face.role() == QAccessible::CheckBox || face.role() == QAccessible::RadioButton;
             const bool isEdit = qobject_cast<QLineEdit*>(face.object()) && face.role() == QAccessible::EditableText;
+            if (const auto* text = qobject_cast<QTextEdit*>(face.object())) {
+                if (bool(face.state().readOnly) != text->isReadOnly())
+                    unlike.append(describe(face));
+            }
             if (!isBox && !isEdit)
                 return;
             boxes += int(isBox);

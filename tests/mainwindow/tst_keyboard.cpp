@@ -37,7 +37,6 @@ private slots:
     void tabReachesEveryControl();
     void noMnemonicStandsTwice_data() { addEveryWindow(); }
     void noMnemonicStandsTwice();
-    void returnClosesBothViews_data();
     void returnClosesBothViews();
     void arrowsTurnThePages();
     void menusOpenByTheirMnemonics();
@@ -248,33 +247,32 @@ void TstKeyboard::noMnemonicStandsTwice()
     QVERIFY2(twice.isEmpty(), qPrintable(twice.join(QLatin1Char('\n'))));
 }
 
-void TstKeyboard::returnClosesBothViews_data()
-{
-    addEveryWindow();
-}
-
 void TstKeyboard::returnClosesBothViews()
 {
-    const std::shared_ptr<QWidget> window = windowOfRow();
-    if (!qobject_cast<ShowDetailDlg*>(window.get()) && !qobject_cast<QShowVpnAdv*>(window.get()))
-        return;
+    windowplay::useEnglish();
     QStringList staysOpen;
-    int pressed = 0;
-    onEveryPage(*window, [&](const QString&) {
-        for (QWidget* stop : tabOrder(*window)) {
-            if (!stop->isEnabled() || stop->objectName() == QLatin1String("pushButton_Adv_S"))
-                continue;
-            window->show();
-            stop->setFocus();
-            QTest::keyClick(stop, Qt::Key_Return);
-            ++pressed;
-            if (window->isVisible())
-                staysOpen.append(stop->objectName());
-        }
+    int views = 0;
+    for (const ProgramWindow& each : everyWindow()) {
+        const std::shared_ptr<QWidget> window = each.open();
+        if (!qobject_cast<ShowDetailDlg*>(window.get()) && !qobject_cast<QShowVpnAdv*>(window.get()))
+            continue;
+        ++views;
         window->show();
-    });
+        onEveryPage(*window, [&](const QString&) {
+            for (QWidget* stop : tabOrder(*window)) {
+                if (!stop->isEnabled() || stop->objectName() == QLatin1String("pushButton_Adv_S"))
+                    continue;
+                window->show();
+                stop->setFocus();
+                QTest::keyClick(stop, Qt::Key_Return);
+                if (window->isVisible())
+                    staysOpen.append(stop->objectName());
+            }
+            window->show();
+        });
+    }
     QCOMPARE(staysOpen, QStringList());
-    QVERIFY(pressed > 20);
+    QCOMPARE(views, 2);
 }
 
 namespace {
