@@ -2,6 +2,7 @@
 
 #include "app/language/LangText.h"
 #include "app/widgets/DocumentCharacters.h"
+#include "app/widgets/ReadablePalette.h"
 #include "app/widgets/WarningBox.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
@@ -65,6 +66,7 @@ CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv
     setLanguageTable(&m_LanguageParser);
     logX(4, "HI__________M");
     installEventFilter(new DocumentCharacterFilter(this));
+    installEventFilter(new ReadablePaletteFilter(this));
     setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
     const QString serverName = applicationName();
     m_pTranslator = new QTranslator(this);
