@@ -4,6 +4,7 @@
 #include "app/widgets/DocumentCharacters.h"
 #include "app/widgets/ReadablePalette.h"
 #include "app/widgets/WarningBox.h"
+#include "app/widgets/WholeTexts.h"
 #include "common/Log.h"
 #include "common/ProcessPath.h"
 #include "common/UtilityFunc.h"
@@ -67,6 +68,7 @@ CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv
     logX(4, "HI__________M");
     installEventFilter(new DocumentCharacterFilter(this));
     installEventFilter(new ReadablePaletteFilter(this));
+    installEventFilter(new WholeTextFilter(this));
     setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
     const QString serverName = applicationName();
     m_pTranslator = new QTranslator(this);
