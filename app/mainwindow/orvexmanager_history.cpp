@@ -1,6 +1,7 @@
 #include "app/language/FieldTexts.h"
 #include "app/language/LangText.h"
 #include "app/mainwindow/orvexmanager.h"
+#include "app/widgets/EmptyHint.h"
 #include "app/widgets/Tables.h"
 #include "app/widgets/WarningBox.h"
 #include "common/Log.h"
@@ -114,6 +115,7 @@ void OrvexManager::refreshCusHis()
                {s_timeColumnWidth, 160});
     tree->setFont(fontForTimes(font()));
     tree->setSortingEnabled(false);
+    setEmptyHint(*tree, langText("CusListEmpty"));
 }
 
 bool OrvexManager::GetCurAllCustoms()

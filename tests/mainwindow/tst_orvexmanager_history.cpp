@@ -30,6 +30,8 @@ private slots:
     void init() { prepareInstallation(); }
 
     void thePageStandsAsDescribed();
+    void emptyHistorySaysWhatWillStandThere();
+    void hintOfTheEmptyHistoryFollowsTheLanguage();
     void aLargeFontGivesWayUntilATimeFits();
     void tooltipsTellWhatTheColumnsCutOff();
     void markupInARemarkIsShownLetterForLetter_data();
@@ -65,6 +67,26 @@ void TstOrvexManagerHistory::thePageStandsAsDescribed()
     child<QListWidget>(window, "listWidget")->setCurrentRow(1);
     QVERIFY(!child<QWidget>(window, "checkBox_allSelect")->isVisible());
     QVERIFY(child<QWidget>(window, "toolButton_deleteall")->isVisible());
+}
+
+void TstOrvexManagerHistory::emptyHistorySaysWhatWillStandThere()
+{
+    const OrvexManager empty(nullptr);
+    QCOMPARE(historyTree(empty)->topLevelItemCount(), 0);
+    QCOMPARE(historyTree(empty)->accessibleDescription(), langText("CusListEmpty"));
+    storeRow(1700000000, "2023-11-15 06:13:20", "remark");
+    const OrvexManager filled(nullptr);
+    QCOMPARE(historyTree(filled)->topLevelItemCount(), 1);
+    QVERIFY(historyTree(filled)->accessibleDescription() != langText("CusListEmpty"));
+}
+
+void TstOrvexManagerHistory::hintOfTheEmptyHistoryFollowsTheLanguage()
+{
+    OrvexManager window(nullptr);
+    const QString english = historyTree(window)->accessibleDescription();
+    window.changZhLanguage();
+    QCOMPARE(historyTree(window)->accessibleDescription(), langText("CusListEmpty"));
+    QVERIFY(historyTree(window)->accessibleDescription() != english);
 }
 
 void TstOrvexManagerHistory::aLargeFontGivesWayUntilATimeFits()

@@ -1,0 +1,8 @@
+#pragma once
+
+class QAbstractItemView;
+class QString;
+
+/// Shows the text in the middle of the view as long as it has no rows, and tells it then as its accessible description.
+/// A later text takes the place of an earlier one. The view keeps the model that it has.
+void setEmptyHint(QAbstractItemView& view, const QString& text);
