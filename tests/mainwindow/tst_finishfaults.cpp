@@ -464,6 +464,7 @@ void TstFinishFaults::aReadOnlyDirectoryHarmsNothing()
     QFETCH(const QString, directory);
     const QString path = m_root + directory;
     QVERIFY(QDir().mkpath(path));
+    installation::writeFile(m_root + QLatin1String(interposed::ownInstanceLock), QByteArray());
     const QFile::Permissions readOnly = QFile::ReadOwner | QFile::ExeOwner;
     QVERIFY(QFile::setPermissions(path, readOnly));
     m_obeysModes = true;
