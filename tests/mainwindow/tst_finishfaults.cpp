@@ -1,5 +1,6 @@
 #include "common/CustomInfoVerify.h"
 #include "mainwindow/CommitPlay.h"
+#include "mainwindow/PlayedProgram.h"
 #include "pack/WorkThread.h"
 #include "support/FullDisk.h"
 #include "support/Interposed.h"
@@ -11,7 +12,6 @@
 #include <QProcess>
 #include <QStorageInfo>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <atomic>
 #include <csignal>
@@ -22,9 +22,6 @@
 #include <iterator>
 #include <sys/wait.h>
 #include <unistd.h>
-
-/// The main() of the program, which the build gives this name.
-int programMain(int argc, char** argv);
 
 // A whole program that makes three packages at one Finish, and meets a fault at it; then the same program again,
 // without a fault. With ORVEX_SOAK_FAULTS in the environment every fault is tried, otherwise a choice of them. Then
@@ -77,40 +74,25 @@ int killingSystem(interposed::System::Real real, const char* command)
     return status;
 }
 
-void play()
+void play(const OrvexManager& window)
 {
-    const OrvexManager* window = nullptr;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (!window)
-            window = qobject_cast<OrvexManager*>(widget);
-    }
-    if (!window)
-        qFatal("no main window");
-    printf("found: %s\n", qPrintable(shownTimes(*window).join(QLatin1Char(','))));
+    printf("found: %s\n", qPrintable(shownTimes(window).join(QLatin1Char(','))));
     fflush(stdout);
     frozenTime = s_fault == "none" ? commitMoment + 60 : commitMoment;
     // One with an icon, which the next one must not have.
     if (s_fault != "none") {
-        QComboBox* combo = child<QComboBox>(*window, "comboBox_defaultCus");
-        combo->setCurrentIndex(1 + rowOf(*window, "2020-09-13 20:26:40"));
-        printf("icon: %s\n", qPrintable(window->record().gui.mainIconPath));
+        QComboBox* combo = child<QComboBox>(window, "comboBox_defaultCus");
+        combo->setCurrentIndex(1 + rowOf(window, "2020-09-13 20:26:40"));
+        printf("icon: %s\n", qPrintable(window.record().gui.mainIconPath));
         fflush(stdout);
     }
     s_isFinishing = true;
     QScopedPointer<FullDisk> disk(s_fault == "disk" ? new FullDisk(rlim_t(s_amount)) : nullptr);
-    const QStringList amiss = commit(*window, QStringLiteral("remark"), PackageSetup | PackageUpdate | PackageCusUpd);
+    const QStringList amiss = commit(window, QStringLiteral("remark"), PackageSetup | PackageUpdate | PackageCusUpd);
     disk.reset();
     printf("commands: %lld\namiss: %s\nlisted: %s\n", static_cast<long long>(s_commands),
-           qPrintable(amiss.join(QLatin1Char('|'))), qPrintable(shownTimes(*window).join(QLatin1Char(','))));
-    QApplication::exit(0);
+           qPrintable(amiss.join(QLatin1Char('|'))), qPrintable(shownTimes(window).join(QLatin1Char(','))));
 }
-
-void playWhenItStands()
-{
-    if (!s_fault.isEmpty())
-        QTimer::singleShot(0, qApp, play);
-}
-Q_COREAPP_STARTUP_FUNCTION(playWhenItStands)
 
 } // namespace
 
@@ -481,7 +463,7 @@ static int run(int argc, char** argv)
         s_fault = argv[2];
         s_amount = QByteArray(argv[3]).toLongLong();
         interposed::onSystem = killingSystem;
-        return programMain(argc, argv);
+        return playedprogram::run(argc, argv, play);
     }
     QCoreApplication application(argc, argv);
     TstFinishFaults test;

@@ -1,4 +1,5 @@
 #include "mainwindow/MainWindowFixture.h"
+#include "mainwindow/PlayedProgram.h"
 #include "support/DistinctRecord.h"
 #include "support/StoredCustomisation.h"
 #include "support/TestEntry.h"
@@ -10,12 +11,8 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cstdio>
-
-/// The main() of the program, which the build gives this name.
-int programMain(int argc, char** argv);
 
 // The program on stores that somebody else has filled: hostile.py makes them and knows what is to be listed. As "look"
 // this executable is the program, which looks at every row and prints rows and commands as JSON; as "documents" it
@@ -40,40 +37,22 @@ bool lookAtDetails(const OrvexManager& window)
     return script.complaints().isEmpty();
 }
 
-void look()
+void look(const OrvexManager& window)
 {
-    const OrvexManager* window = nullptr;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (!window)
-            window = qobject_cast<OrvexManager*>(widget);
-    }
-    if (!window)
-        qFatal("no main window");
     QJsonArray rows;
     int views = 0;
-    const QTreeWidget* tree = historyTree(*window);
+    const QTreeWidget* tree = historyTree(window);
     for (int row = 0; row < tree->topLevelItemCount(); ++row) {
         const QTreeWidgetItem* item = tree->topLevelItem(row);
         rows.append(QJsonArray{item->text(0), item->text(1), item->text(2)});
-        child<QComboBox>(*window, "comboBox_defaultCus")->setCurrentIndex(row + 1);
-        clickRow(*window, row);
-        views += lookAtDetails(*window) ? 1 : 0;
+        child<QComboBox>(window, "comboBox_defaultCus")->setCurrentIndex(row + 1);
+        clickRow(window, row);
+        views += lookAtDetails(window) ? 1 : 0;
     }
     const QJsonObject told = {
         {QStringLiteral("rows"), rows}, {QStringLiteral("views"), views}, {QStringLiteral("commands"), s_commands}};
     printf("%s\n", QJsonDocument(told).toJson(QJsonDocument::Compact).constData());
-    fflush(stdout);
-    QApplication::exit(0);
 }
-
-bool s_isLooking = false;
-
-void lookWhenItStands()
-{
-    if (s_isLooking)
-        QTimer::singleShot(0, qApp, look);
-}
-Q_COREAPP_STARTUP_FUNCTION(lookWhenItStands)
 
 void writeDocuments(const QString& directory)
 {
@@ -115,9 +94,8 @@ void TstHostileStore::whatIsListedFollowsTheRuleAndNothingChanges()
 static int run(int argc, char** argv)
 {
     if (argc == 2 && qstrcmp(argv[1], "look") == 0) {
-        s_isLooking = true;
         interposed::onSystem = noteSystem;
-        return programMain(argc, argv);
+        return playedprogram::run(argc, argv, look);
     }
     QCoreApplication application(argc, argv);
     if (argc == 3 && qstrcmp(argv[1], "documents") == 0) {
