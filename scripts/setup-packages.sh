@@ -9,7 +9,7 @@ packages=(
     qtbase5-dev qtbase5-dev-tools qttranslations5-l10n
     libarchive-dev zlib1g-dev
     p7zip-full tar gzip procps
-    openssl libssl-dev
+    openssl libssl-dev locales
     python3 python3-jsonschema groff-base
     at-spi2-core python3-pyatspi dbus
     xvfb xauth xdotool imagemagick x11-utils

@@ -1,8 +1,11 @@
 #include "mainwindow/PlayedProgram.h"
 
 #include "app/mainwindow/orvexmanager.h"
+#include "support/Installation.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QTest>
 #include <QTimer>
 
 #include <cstdio>
@@ -35,6 +38,18 @@ void playWhenItStands()
 Q_COREAPP_STARTUP_FUNCTION(playWhenItStands)
 
 } // namespace
+
+void playedprogram::install(const QString& root)
+{
+    QVERIFY(QDir().mkpath(root));
+    installation::run(QStringLiteral("sh"),
+                      {QStringLiteral("-c"),
+                       QStringLiteral("cp -r Resources config.ini 7za template \"$0\"; "
+                                      "cp /proc/%1/exe \"$0/OrvexManager\"")
+                           .arg(QCoreApplication::applicationPid()),
+                       root},
+                      installation::root());
+}
 
 int playedprogram::run(int argc, char** argv, void (*play)(const OrvexManager& window))
 {

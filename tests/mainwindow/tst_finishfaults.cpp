@@ -185,14 +185,7 @@ void TstFinishFaults::makeInstallation()
 {
     m_root = m_work->filePath(QStringLiteral("orvex/"));
     QVERIFY(QDir(m_root).removeRecursively());
-    QVERIFY(QDir().mkpath(m_root));
-    installation::run(QStringLiteral("sh"),
-                      {QStringLiteral("-c"),
-                       QStringLiteral("cp -r Resources config.ini 7za template \"$0\"; "
-                                      "cp /proc/%1/exe \"$0/OrvexManager\"")
-                           .arg(QCoreApplication::applicationPid()),
-                       m_root},
-                      installation::root());
+    playedprogram::install(m_root);
     CustomInfo one = storedRecord(1600000000, QStringLiteral("2020-09-13 20:26:40"), QStringLiteral("one"));
     one.gui.mainIconPath = QStringLiteral("chosen");
     storeCustomisation(m_root, one);

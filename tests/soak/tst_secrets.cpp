@@ -124,14 +124,8 @@ void TstSecrets::typedSecretsAreInTheDocumentAlone()
     QVERIFY(work.isValid());
     const QString root = work.filePath(QStringLiteral("orvex/"));
     const QString temporary = work.filePath(QStringLiteral("temporary"));
-    QVERIFY(QDir().mkpath(root) && QDir().mkpath(temporary));
-    installation::run(QStringLiteral("sh"),
-                      {QStringLiteral("-c"),
-                       QStringLiteral("cp -r Resources config.ini 7za template \"$0\"; "
-                                      "cp /proc/%1/exe \"$0/OrvexManager\"")
-                           .arg(QCoreApplication::applicationPid()),
-                       root},
-                      installation::root());
+    QVERIFY(QDir().mkpath(temporary));
+    playedprogram::install(root);
     CustomInfo record =
         storedRecord(1600000000, QStringLiteral("2020-09-13 20:26:40"), QString(), procom::x1 | procom::l2tpIpsec);
     record.vpn.basecfg.LNSIP = QStringLiteral("lns.example");
