@@ -57,9 +57,20 @@ QString plainTemporaryPlace()
     return isReadInQuotes(place.toLocal8Bit()) ? QStringLiteral("/tmp") : place;
 }
 
+/// A pipe would block a command that reads it for ever, and a device may have no end.
+bool isPipeOrDevice(const QByteArray& path)
+{
+    struct stat status = {};
+    return stat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 void copyIcon(const QString& source, const QByteArray& target)
 {
     const QByteArray path = source.toLocal8Bit();
+    if (isPipeOrDevice(path)) {
+        logX(1, "copyIcons: %s is no file, so it is not copied.", path.constData());
+        return;
+    }
     if (!isReadInQuotes(path)) {
         utl_CopyFile(path.constData(), target.constData());
         return;

@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 using installation::path;
 using installation::texts;
 using installation::withoutRoot;
@@ -39,6 +41,8 @@ private slots:
     void iconsAreCopiedBeforeTheDocumentIsSaved();
     void onlyChosenIconsAreCopied();
     void aMissingIconIsNotNoticed();
+    void aPipeOrDeviceIsNoIcon_data();
+    void aPipeOrDeviceIsNoIcon();
     void theNameOfAnIconRunsNothing_data();
     void theNameOfAnIconRunsNothing();
     void aMissingIconOfAnOddNameIsNotNoticed();
@@ -208,6 +212,30 @@ void TstCommitSteps::aMissingIconIsNotNoticed()
     QVERIFY(!QFile::exists(path(QStringLiteral("custom/DeskIconLinux.png"))));
     QVERIFY(store::writeVerification(document));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstCommitSteps::aPipeOrDeviceIsNoIcon_data()
+{
+    QTest::addColumn<QString>("icon");
+    QTest::newRow("pipe") << path(QStringLiteral("template/pipe.png"));
+    QTest::newRow("pipe of an odd name") << path(QStringLiteral("template/$pipe.png"));
+    QTest::newRow("device") << QStringLiteral("/dev/zero");
+}
+
+void TstCommitSteps::aPipeOrDeviceIsNoIcon()
+{
+    QFETCH(const QString, icon);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template"))));
+    const QByteArray file = icon.toLocal8Bit();
+    QVERIFY(file.startsWith("/dev/") || mkfifo(file.constData(), 0600) == 0);
+    GUIOptionsInfo gui;
+    gui.linuxDeskIconPath = icon;
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    store::copyIcons(gui, directories().working);
+    for (const QByteArray& command : recorder.commands())
+        QVERIFY2(!command.startsWith("cp "), command.constData());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList{QStringLiteral("copyIcons: %1 is no file, so it is not copied.").arg(icon)});
 }
 
 void TstCommitSteps::theNameOfAnIconRunsNothing_data()
