@@ -3,6 +3,7 @@
 #include "common/Version.h"
 #include "support/CommandRecorder.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/TestEntry.h"
 
 #include <QDir>
@@ -533,6 +534,7 @@ void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn_data()
     QTest::newRow("plain file, customised update") << 2 << "echo in the way > Temp";
     QTest::newRow("link to nowhere") << 0 << "ln -s nowhere/at/all Temp";
     QTest::newRow("link to another directory") << 0 << "ln -s ../private Temp";
+    QTest::newRow("directory of another user") << 0 << "mkdir Temp";
 }
 
 void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
@@ -543,7 +545,11 @@ void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
     installation::writeFile(path(QStringLiteral("private/id_rsa")), "a key");
     installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), inTheWay}, path(QStringLiteral("template")));
     const CommandRecorder recorder;
-    QVERIFY(!packQuietly("OrvexClient_Linux64", type));
+    if (inTheWay.startsWith(QLatin1String("mkdir")))
+        interposed::onGeteuid = [](interposed::Geteuid::Real real) { return real() + 1; };
+    const bool isPacked = packQuietly("OrvexClient_Linux64", type);
+    interposed::onGeteuid = nullptr;
+    QVERIFY(!isPacked);
     const QStringList commands = installation::withoutRoot(recorder.commands());
     QCOMPARE(commands.filter(QStringLiteral("tar zcvf")), QStringList());
     QCOMPARE(commands.filter(QStringLiteral("/opt/apps")), QStringList());

@@ -14,6 +14,7 @@ namespace interposed {
 
 Access::Hook onAccess = nullptr;
 Fcntl::Hook onFcntl = nullptr;
+Geteuid::Hook onGeteuid = nullptr;
 Open::Hook onOpen = nullptr;
 Opendir::Hook onOpendir = nullptr;
 Readdir::Hook onReaddir = nullptr;
@@ -85,6 +86,7 @@ using namespace interposed;
 extern "C" {
 int interposedAccess(const char* path, int mode) __asm__("access");
 int interposedFcntl(int descriptor, int command, ...) __asm__("fcntl");
+uid_t interposedGeteuid() __asm__("geteuid");
 int interposedOpen(const char* path, int flags, ...) __asm__("open");
 DIR* interposedOpendir(const char* path) __asm__("opendir");
 dirent* interposedReaddir(DIR* directory) __asm__("readdir");
@@ -110,6 +112,12 @@ int interposedFcntl(int descriptor, int command, ...)
     void* const argument = va_arg(rest, void*);
     va_end(rest);
     return call(onFcntl, realFcntl, descriptor, command, argument);
+}
+
+uid_t interposedGeteuid()
+{
+    static const auto real = next<Geteuid::Real>("geteuid");
+    return call(onGeteuid, real);
 }
 
 int interposedOpen(const char* path, int flags, ...)

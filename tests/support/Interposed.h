@@ -23,6 +23,7 @@ template <class Result, class... Arguments> struct Function<Result(Arguments...)
 
 using Access = Function<int(const char* path, int mode)>;
 using Fcntl = Function<int(int descriptor, int command, void* argument)>;
+using Geteuid = Function<uid_t()>;
 using Open = Function<int(const char* path, int flags, mode_t mode)>;
 using Opendir = Function<DIR*(const char* path)>;
 using Readdir = Function<dirent*(DIR* directory)>;
@@ -34,6 +35,7 @@ using Usleep = Function<int(useconds_t microseconds)>;
 // Plain pointers, null at first, because some calls come before the constructors of this executable have run.
 extern Access::Hook onAccess;
 extern Fcntl::Hook onFcntl;
+extern Geteuid::Hook onGeteuid;
 extern Open::Hook onOpen;
 extern Opendir::Hook onOpendir;
 extern Readdir::Hook onReaddir;
