@@ -23,8 +23,19 @@ get_filename_component(ORVEX_QT_PLUGINS ${ORVEX_QT_PLUGINS} DIRECTORY)
 
 set(made ${PROJECT_BINARY_DIR}/packaging)
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
-configure_file(${packaging}/orvex-manager.in ${made}/orvex-manager @ONLY
-               FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+# orvex_configure_script(file made): fills in a script, which can be executed.
+function(orvex_configure_script file result)
+    configure_file(${file} ${result} @ONLY FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                                                            WORLD_READ WORLD_EXECUTE)
+endfunction()
+set(ORVEX_STARTED_IN [[$(dirname -- "$(readlink -f -- "$0")")]])
+orvex_configure_script(${packaging}/orvex-manager.in ${made}/orvex-manager)
+set(ORVEX_STARTED_IN ${ORVEX_PLACE})
+orvex_configure_script(${packaging}/orvex-manager.in ${made}/debian/orvex-manager)
+orvex_configure_script(${packaging}/debian/orvex-inspect.in ${made}/debian/orvex-inspect)
+foreach(script IN ITEMS postinst postrm)
+    orvex_configure_script(${packaging}/debian/${script}.in ${made}/debian/${script})
+endforeach()
 configure_file(${packaging}/${ORVEX_ID}.metainfo.xml.in ${made}/${ORVEX_ID}.metainfo.xml @ONLY)
 foreach(page IN ITEMS orvex-inspect orvex-manager)
     configure_file(${PROJECT_SOURCE_DIR}/docs/${page}.1.in ${made}/${page}.1 @ONLY)
@@ -32,13 +43,10 @@ endforeach()
 foreach(file IN ITEMS changelog qt.conf tmpfiles.conf)
     configure_file(${packaging}/debian/${file}.in ${made}/debian/${file} @ONLY)
 endforeach()
-foreach(script IN ITEMS postinst postrm)
-    configure_file(${packaging}/debian/${script}.in ${made}/debian/${script} @ONLY
-                   FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
-                                    WORLD_READ WORLD_EXECUTE)
-endforeach()
 
-install(PROGRAMS ${made}/orvex-manager DESTINATION . COMPONENT program)
+install(PROGRAMS ${made}/orvex-manager DESTINATION . COMPONENT place)
+install(PROGRAMS ${made}/debian/orvex-inspect ${made}/debian/orvex-manager DESTINATION /usr/bin
+        COMPONENT system EXCLUDE_FROM_ALL)
 install(FILES ${made}/orvex-inspect.1 ${made}/orvex-manager.1 DESTINATION man/man1 COMPONENT place)
 install(FILES ${packaging}/orvex-inspect.bash-completion DESTINATION completion RENAME orvex-inspect COMPONENT place)
 install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/CHANGELOG.zh.md DESTINATION . COMPONENT place)
@@ -102,8 +110,6 @@ orvex_install_system(/usr/lib/tmpfiles.d ${made}/debian/tmpfiles.conf orvex-mana
 orvex_install_system(${ORVEX_PLACE} ${made}/debian/qt.conf)
 orvex_install_link(/usr/bin/7za ${ORVEX_PLACE}/7za)
 orvex_install_link(/usr/share/qt5/translations/qtbase_zh_CN.qm ${ORVEX_PLACE}/qt_zh_CN.qm)
-orvex_install_link(${ORVEX_PLACE}/orvex-manager /usr/bin/orvex-manager)
-orvex_install_link(${ORVEX_PLACE}/orvex-inspect /usr/bin/orvex-inspect)
 
 file(CONFIGURE OUTPUT ${made}/CPackComponents.cmake @ONLY CONTENT [[
 if(CPACK_GENERATOR STREQUAL "DEB")
