@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup-packages.sh dpkg-dev file librsvg2-bin >&2
+scripts/setup-packages.sh >&2
 umask 022
 # The same sources give the same packages, whenever they are built.
 if [ -z "${SOURCE_DATE_EPOCH:-}" ]; then

@@ -185,6 +185,28 @@ void addReuse(Player& player)
     leave(player);
 }
 
+/// Reads the history and leaves.
+void addHistory(Player& player)
+{
+    player.step(text("read the history"), mainWindowIsFree, sayHistory);
+    leave(player);
+}
+
+/// Deletes the newest stored customisation.
+void addDelete(Player& player)
+{
+    player.step(text("choose the newest customisation of the history"), mainWindowIsFree, [] {
+        Player::child<QListWidget>(mainWindow, "listWidget")->setCurrentRow(1);
+        QTreeWidget* tree = Player::child<QTreeWidget>(mainWindow, "treeWidget_cusHis");
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          tree->visualItemRect(tree->topLevelItem(0)).center());
+    });
+    player.step(text("delete it"), mainWindowIsFree,
+                [] { Player::click(Player::child<QToolButton>(mainWindow, "toolButton_delete")); });
+    player.step(text("read the history"), mainWindowIsFree, sayHistory);
+    leave(player);
+}
+
 void addLanguages(Player& player)
 {
     const auto pages = [](const QString& language) {
@@ -257,8 +279,9 @@ bool addScript(Player& player, const QString& name)
         const char* name;
         void (*add)(Player&);
     } scripts[] = {
-        {"first", addFirst}, {"impatient", addImpatient}, {"languages", addLanguages}, {"leave", leave},
-        {"reuse", addReuse}, {"road", addRoad},           {"second", addSecond},
+        {"delete", addDelete},       {"first", addFirst},         {"history", addHistory},
+        {"impatient", addImpatient}, {"languages", addLanguages}, {"leave", leave},
+        {"reuse", addReuse},         {"road", addRoad},           {"second", addSecond},
     };
     for (const auto& script : scripts) {
         if (name == QLatin1String(script.name)) {
