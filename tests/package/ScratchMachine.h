@@ -7,9 +7,8 @@
 #include <QStringList>
 
 /// The machine once more, to install packages on: namespaces of mounts and network, in which all files of the root file
-/// system are there and what is changed goes into memory; with a /tmp of its own. As root it takes unshare(1) and
-/// overlay mounts; another user needs user namespaces and a range of subordinate user ids besides (newuidmap). All of
-/// it is gone when the object is.
+/// system are there and what is changed goes into memory; with a /tmp of its own. It takes root, or sudo(8) without a
+/// password: in a user namespace the files of the system would be nobody's. All of it is gone when the object is.
 class ScratchMachine
 {
 public:
@@ -34,9 +33,11 @@ public:
     bool startDisplay();
 
 private:
-    QStringList entering() const;
+    /// Runs a command within, as root.
+    product::Outcome enter(const QStringList& command);
 
     QProcess m_keeper;
+    QByteArray m_keeperId; // the process that the namespaces belong to
     QProcess m_display;
     QString m_complaint;
 };
