@@ -1,5 +1,7 @@
 #include "screenshots/Complaints.h"
 
+#include "app/widgets/ReadablePalette.h"
+
 #include "screenshots/Drawing.h"
 
 #include <QAbstractButton>
@@ -248,22 +250,7 @@ private:
     QStringList m_complaints;
 };
 
-double luminance(const QColor& colour)
-{
-    const auto linear = [](double value) {
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
 } // namespace
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
 
 QStringList complaintsAbout(QWidget& window)
 {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QStringList>
 
 class QWidget;
@@ -13,14 +12,8 @@ class QWidget;
 ///   view cuts off may be scrolled to;
 /// - a scroll area scrolls sideways though the screen has room;
 /// - two widgets side by side overlap;
-/// - a text has too little contrast, see leastContrast.
+/// - a text has less than the least contrast with its ground (WCAG 2.1, success criterion 1.4.3). Placeholders count,
+///   the texts of disabled controls do not, as there.
 ///
 /// What the list of exceptions in the source names is left out, for the reason that stands there.
 QStringList complaintsAbout(QWidget& window);
-
-/// The least contrast of a text with its ground (WCAG 2.1, success criterion 1.4.3, level AA). Placeholders count, the
-/// texts of disabled controls do not, as there.
-constexpr double leastContrast = 4.5;
-
-/// The contrast of two opaque colours, 1 to 21 (WCAG 2.1, "contrast ratio").
-double contrast(const QColor& one, const QColor& other);
