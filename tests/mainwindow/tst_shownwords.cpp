@@ -162,6 +162,7 @@ private slots:
 
     void windowShowsTextsOfTheTable_data();
     void windowShowsTextsOfTheTable();
+    void emptyHistoryShowsTextsOfTheTable();
     void reportShowsTextsOfTheTableWhateverWasMade();
     void aboutBoxShowsTextsOfTheTableInBothBrands();
     void aTextOfTheSourcesIsFound();
@@ -193,6 +194,17 @@ void TstShownWords::windowShowsTextsOfTheTable()
     walk.window(*shown);
     QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
     QVERIFY(walk.texts() > 1);
+}
+
+void TstShownWords::emptyHistoryShowsTextsOfTheTable()
+{
+    const std::shared_ptr<QWidget> shown = everyWindow().front().open();
+    const QTreeWidget* history = child<QTreeWidget>(*shown, "treeWidget_cusHis");
+    QCOMPARE(history->topLevelItemCount(), 0);
+    QCOMPARE(history->accessibleDescription(), QStringLiteral("⟦CusListEmpty⟧"));
+    Walk walk;
+    walk.window(*shown);
+    QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
 }
 
 void TstShownWords::reportShowsTextsOfTheTableWhateverWasMade()
