@@ -57,9 +57,10 @@ void OrvexManager::addHistoryCommands()
 {
     QTreeWidget* tree = ui.treeWidget_cusHis;
     const auto clickCurrentRow = [this, tree] {
-        QTreeWidgetItem* row = tree->currentItem();
-        tree->setCurrentItem(row);
-        onItemClicked(row);
+        if (QTreeWidgetItem* row = tree->currentItem()) {
+            tree->setCurrentItem(row);
+            onItemClicked(row);
+        }
     };
     const auto onKey = [this, tree](int key, auto play) {
         connect(new QShortcut(key, tree, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, play);

@@ -46,6 +46,7 @@ private slots:
     void blankChoosesTheRowLikeAClick();
     void deleteKeyDeletesTheSelectedRow();
     void deleteKeyLeavesARowThatIsNotSelected();
+    void keysOfAnEmptyHistoryDoNothing();
     void menuOfTheHistoryHoldsItsCommands_data();
     void menuOfTheHistoryHoldsItsCommands();
 };
@@ -446,6 +447,25 @@ void TstKeyboard::deleteKeyLeavesARowThatIsNotSelected()
     QTest::keyClick(history.tree, Qt::Key_Delete);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(shownTimes(*history.window), history.times);
+}
+
+void TstKeyboard::keysOfAnEmptyHistoryDoNothing()
+{
+    prepareInstallation();
+    OrvexManager window(nullptr);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.showCusHis();
+    historyTree(window)->setFocus();
+    ModalScript script;
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Delete})
+        QTest::keyClick(historyTree(window), key);
+    for (QAction* command : historyTree(window)->actions())
+        command->trigger();
+    QCoreApplication::processEvents();
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(!isEnabled(window, "toolButton_detail"));
 }
 
 void TstKeyboard::menuOfTheHistoryHoldsItsCommands_data()
