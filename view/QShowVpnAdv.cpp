@@ -4,6 +4,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/AccessibleFaces.h"
 #include "app/widgets/FormRows.h"
+#include "app/widgets/ReturnKey.h"
 #include "app/widgets/Tables.h"
 #include "xml/CustomInfoHolder.h"
 
@@ -115,6 +116,12 @@ QShowVpnAdv::QShowVpnAdv(QWidget* parent) : QDialog(parent)
 }
 
 QShowVpnAdv::~QShowVpnAdv() = default;
+
+void QShowVpnAdv::keyPressEvent(QKeyEvent* event)
+{
+    if (!takesReturn(*this, *event))
+        QDialog::keyPressEvent(event);
+}
 
 const CustomInfo* QShowVpnAdv::record() const
 {

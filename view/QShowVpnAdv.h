@@ -19,6 +19,10 @@ public:
     /// Fills everything. Called once, before exec().
     void setInital();
 
+protected:
+    /// Return presses the button that has the focus and does nothing elsewhere.
+    void keyPressEvent(QKeyEvent* event) override;
+
 public slots:
     void OnTunnelAuthChk() { undoClick(ui.checkBox_TunnelAuthOn); }
     void OnAVPHidChk() { undoClick(ui.checkBox_AVPHidden); }

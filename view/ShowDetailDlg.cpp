@@ -4,9 +4,9 @@
 #include "app/language/LangText.h"
 #include "app/widgets/AccessibleFaces.h"
 #include "app/widgets/FormRows.h"
+#include "app/widgets/ReturnKey.h"
 #include "xml/Catalogue.h"
 
-#include <QKeyEvent>
 #include <QPixmap>
 
 namespace {
@@ -62,13 +62,8 @@ ShowDetailDlg::~ShowDetailDlg() = default;
 
 void ShowDetailDlg::keyPressEvent(QKeyEvent* event)
 {
-    // Neither button can be the default: that would be drawn.
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+    if (!takesReturn(*this, *event))
         QDialog::keyPressEvent(event);
-    else if (ui.pushButton_Adv_S->hasFocus())
-        ui.pushButton_Adv_S->click();
-    else
-        ui.toolButton->click();
 }
 
 void ShowDetailDlg::setWindowText()

@@ -29,7 +29,7 @@ public:
     CustomInfo* customInfo() override { return &m_customInfo; }
 
 protected:
-    /// Return closes the view, or presses the button of the VPN parameters while that has the focus.
+    /// Return presses the button that has the focus and does nothing elsewhere, as in the VPN view.
     void keyPressEvent(QKeyEvent* event) override;
 
 public slots:

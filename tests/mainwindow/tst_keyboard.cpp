@@ -37,7 +37,7 @@ private slots:
     void tabReachesEveryControl();
     void noMnemonicStandsTwice_data() { addEveryWindow(); }
     void noMnemonicStandsTwice();
-    void returnClosesBothViews();
+    void returnPressesTheFocusedButtonOfBothViewsAndNothingElse();
     void arrowsTurnThePages();
     void menusOpenByTheirMnemonics();
     void everyMenuEntryHasAMnemonic();
@@ -248,10 +248,10 @@ void TstKeyboard::noMnemonicStandsTwice()
     QVERIFY2(twice.isEmpty(), qPrintable(twice.join(QLatin1Char('\n'))));
 }
 
-void TstKeyboard::returnClosesBothViews()
+void TstKeyboard::returnPressesTheFocusedButtonOfBothViewsAndNothingElse()
 {
     windowplay::useEnglish();
-    QStringList staysOpen;
+    QSet<QString> closing;
     int views = 0;
     for (const ProgramWindow& each : everyWindow()) {
         const std::shared_ptr<QWidget> window = each.open();
@@ -266,13 +266,13 @@ void TstKeyboard::returnClosesBothViews()
                 window->show();
                 stop->setFocus();
                 QTest::keyClick(stop, Qt::Key_Return);
-                if (window->isVisible())
-                    staysOpen.append(stop->objectName());
+                if (!window->isVisible())
+                    closing.insert(stop->objectName());
             }
             window->show();
         });
     }
-    QCOMPARE(staysOpen, QStringList());
+    QCOMPARE(closing, QSet<QString>({QStringLiteral("toolButton"), QStringLiteral("pushButton")}));
     QCOMPARE(views, 2);
 }
 
@@ -401,7 +401,7 @@ void TstKeyboard::returnShowsTheDetailsOfTheRow()
         dialog.activateWindow();
         if (QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }))
             title = dialog.windowTitle();
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     QTest::keyClick(history.tree, Qt::Key(key));
     QCOMPARE(script.complaints(), QStringList());

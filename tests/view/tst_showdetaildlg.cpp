@@ -55,6 +55,7 @@ private slots:
     void advancedButtonOpensTheVpnDetailsOfItsRecord();
     void closeButtonEndsIt();
     void escapeEndsIt();
+    void enterOpensNothing();
     void returnOnTheVpnButtonPressesIt();
     void closingWritesNothing();
 };
@@ -419,6 +420,20 @@ void TstShowDetailDlg::escapeEndsIt()
     script.expect<ShowDetailDlg>([](ShowDetailDlg& opened) { QTest::keyClick(&opened, Qt::Key_Escape); });
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
     QCOMPARE(script.complaints(), QStringList());
+}
+
+void TstShowDetailDlg::enterOpensNothing()
+{
+    OpenDetailView view(fullRecord());
+    QVERIFY(QTest::qWaitForWindowExposed(&view.dialog));
+    auto* field = child<QLineEdit>(view.dialog, "lineEdit_LNSIp_S");
+    bringToFront(field);
+    field->setFocus();
+    ModalScript script;
+    QTest::keyClick(field, Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(view.dialog.isVisible());
 }
 
 void TstShowDetailDlg::returnOnTheVpnButtonPressesIt()

@@ -1,0 +1,15 @@
+#include "app/widgets/ReturnKey.h"
+
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QToolButton>
+
+bool takesReturn(const QWidget& window, const QKeyEvent& event)
+{
+    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
+        return false;
+    QWidget* focus = window.focusWidget();
+    if (qobject_cast<QPushButton*>(focus) || qobject_cast<QToolButton*>(focus))
+        static_cast<QAbstractButton*>(focus)->click();
+    return true;
+}
