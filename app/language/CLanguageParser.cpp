@@ -2,6 +2,14 @@
 
 #include "common/Log.h"
 
+#include <mutex>
+
+namespace {
+
+std::mutex s_texts; // held while the texts of any table are looked at or changed
+
+} // namespace
+
 CLanguageParser::CLanguageParser() = default;
 
 CLanguageParser::~CLanguageParser() = default;
@@ -11,6 +19,7 @@ int CLanguageParser::LoadLanguage(QString path)
     logX(4, "LoadLanguage file path: %s", path.toLocal8Bit().constData());
     if (!LoadXmlFile(path))
         return 1;
+    const std::lock_guard<std::mutex> lock(s_texts);
     // Contract: behind the first `control` every element counts, whatever its name.
     QDomNode node = m_qoRootElement.firstChildElement(QStringLiteral("control"));
     for (; !node.isNull(); node = node.nextSibling()) {
@@ -29,5 +38,6 @@ int CLanguageParser::LoadLanguage(QString path)
 QString CLanguageParser::GetKey(const char* key) const
 {
     const QString missing = QStringLiteral("NULL");
+    const std::lock_guard<std::mutex> lock(s_texts);
     return key ? m_mapTexts.value(QString::fromUtf8(key), missing) : missing;
 }

@@ -15,7 +15,7 @@ public:
     /// text changes nothing. Always 1, also when the file cannot be read.
     int LoadLanguage(QString path);
 
-    /// The text of the key, or "NULL" when no file had it. Changes nothing, so that a second thread may read.
+    /// The text of the key, or "NULL" when no file had it. From any thread, also while another loads a file.
     QString GetKey(const char* key) const;
 
 private:

@@ -6,6 +6,7 @@ class CLanguageParser;
 class QString;
 
 /// The table of the program's texts, null while there is none. Set by the application object for its life; not owned.
+/// From any thread, as langText: once another table is set, nobody reads the former by langText any more.
 CLanguageParser* languageTable();
 void setLanguageTable(CLanguageParser* table);
 

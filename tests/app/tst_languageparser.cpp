@@ -1,4 +1,5 @@
 #include "app/language/CLanguageParser.h"
+#include "app/language/LangText.h"
 #include "support/Installation.h"
 #include "support/TestEntry.h"
 
@@ -7,6 +8,8 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <atomic>
+#include <memory>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -51,6 +54,8 @@ private slots:
     void everyLoadIsLogged();
     void pathMayHoldCharactersBeyondAscii();
     void secondThreadReadsTheSameTexts();
+    void secondThreadReadsWhileFilesAreLoaded();
+    void tableMayGoWhileASecondThreadSpeaks();
 };
 
 namespace {
@@ -374,6 +379,55 @@ void TstLanguageParser::secondThreadReadsTheSameTexts()
     thread.join();
     QCOMPARE(own, 0);
     QCOMPARE(other, 0);
+}
+
+void TstLanguageParser::secondThreadReadsWhileFilesAreLoaded()
+{
+    CLanguageParser parser;
+    parser.LoadLanguage(document("<language><control key=\"a\">first</control></language>"));
+    std::atomic<bool> isLoaded{false};
+    int wrong = 0;
+    std::thread thread([&] {
+        while (!isLoaded)
+            wrong += parser.GetKey("a") == QLatin1String("first") ? 0 : 1;
+    });
+    for (int file = 0; file < 20; ++file) {
+        QByteArray controls;
+        for (int key = 0; key < 500; ++key)
+            controls += "<control key=\"" + QByteArray::number(key * 7919 % 500 + 500 * file) + "\">text</control>";
+        parser.LoadLanguage(document("<language><control/>" + controls + "</language>"));
+    }
+    isLoaded = true;
+    thread.join();
+    QCOMPARE(wrong, 0);
+    QCOMPARE(parser.GetKey("9999"), QStringLiteral("text"));
+}
+
+void TstLanguageParser::tableMayGoWhileASecondThreadSpeaks()
+{
+    const QString language = document("<language><control key=\"a\">first</control></language>");
+    std::atomic<bool> isOver{false};
+    int spoken = 0;
+    int wrong = 0;
+    std::thread thread([&] {
+        while (!isOver) {
+            const QString text = langText("a");
+            spoken += text == QLatin1String("first") ? 1 : 0;
+            wrong += text == QLatin1String("first") || text == QLatin1String(s_missing) ? 0 : 1;
+        }
+    });
+    for (int round = 0; round < 50; ++round) {
+        const auto parser = std::make_unique<CLanguageParser>();
+        parser->LoadLanguage(language);
+        setLanguageTable(parser.get());
+        QTest::qSleep(1);
+        setLanguageTable(nullptr);
+    }
+    isOver = true;
+    thread.join();
+    QCOMPARE(wrong, 0);
+    QVERIFY(spoken > 0);
+    QCOMPARE(langText("a"), QLatin1String(s_missing));
 }
 
 TEST_ENTRY(languageparser, runApplessTest<TstLanguageParser>)
