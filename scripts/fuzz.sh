@@ -50,7 +50,7 @@ fuzz()
     [ ! -d "tests/fuzz/findings/$target" ] || cp tests/fuzz/findings/"$target"/* "$corpus"
     case $target in
         document | plain | verification) options+=(-dict=tests/fuzz/document.dict) ;;
-        language) options+=(-dict=tests/fuzz/language.dict) ;;
+        language | package) options+=(-dict="tests/fuzz/$target.dict") ;;
     esac
     before=$(findingsOf "$target")
     : >"$log"

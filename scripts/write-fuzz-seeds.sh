@@ -62,8 +62,8 @@ for document in "$store"/UpdateCustom/*/OrvexCustom.xml \
     count=$((count + 1))
     cp "$document" "$raw/document/$count"
     cp "$document" "$raw/plain/$count"
-    { byte 1 1 2 && cat "$document"; } >"$raw/verification/right-$count"
-    { byte 2 1 2 && cat "$document"; } >"$raw/verification/turned-$count"
+    { byte 1 && cat "$document"; } >"$raw/verification/right-$count"
+    { byte 2 && cat "$document"; } >"$raw/verification/turned-$count"
     { byte 3 && cat "$document"; } >"$raw/verification/own-$count"
     # Its secrets, with room for them.
     sed -nE 's/.*<(preSharedKey|L2TPTunnelPwd|uninstallPassword)>([A-Za-z0-9+/=]+)<.*/\2/p' "$document" |
@@ -102,6 +102,17 @@ for package in "$store"/OrvexSetup/*.tar.gz "$store"/OrvexUpdate/*.zip "$store"/
     kind=$((kind + 1))
 done
 { byte 3 && head -c 1024 /dev/zero; } >"$raw/package/empty"
+# Names that lead out of an archive, and what is no plain file.
+mkdir -p "$work/odd/OrvexClient/custom"
+cp "$store"/custom/* "$work/odd/OrvexClient/custom"
+truncate -s 1M "$work/odd/OrvexClient/holes"
+mkfifo "$work/odd/OrvexClient/pipe"
+tar -C "$work/odd" --sparse --format=posix -cf "$work/odd.tar" OrvexClient
+{ byte 3 && cat "$work/odd.tar"; } >"$raw/package/odd"
+for name in ../above /absolute ./OrvexClient/../above "$(printf '%0200d' 0)"; do
+    tar -C "$store" -P --transform "s|.*|$name|" -b 1 -cf "$work/odd.tar" config.ini
+    { byte 3 && cat "$work/odd.tar"; } >"$raw/package/name-$(printf '%s' "$name" | tr -cd 'a-zA-Z' | head -c 20)"
+done
 
 for target in "$raw"/*/; do
     target=$(basename "$target")

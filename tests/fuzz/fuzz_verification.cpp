@@ -5,6 +5,7 @@
 #include "inspect/Verification.h"
 #include "xml/CustomInfo.h"
 
+#include <QHash>
 #include <QString>
 
 #include <sys/stat.h>
@@ -87,7 +88,7 @@ FUZZ_TARGET("verification")
                    fuzz::verificationDigest(document, random) == verification.mid(s_randomLength));
         return;
     }
-    const int place = fuzz::takeByte(input) << 8 | fuzz::takeByte(input);
+    const int place = int(qHash(input) & 0x00FFFFFF); // elsewhere after any change
     QByteArray random;
     for (int i = 0; i < s_randomLength; ++i)
         random.append(char(i * 37 + place));
