@@ -117,6 +117,9 @@ private:
     bool readClientArchive(const GzipStream::Source& source);
     bool readMembers(archive* reader, GzipStream& stream);
     bool readMember(archive* reader, archive_entry* entry, Found (&found)[s_placeCount]);
+    /// Whether a member of this size is within the limits. A sparse one tells a size that its data need not have, and
+    /// its holes cost as much as data.
+    bool takesData(qint64 size);
     /// Hands the bytes of a file, holes as zeros, to `take`.
     bool readData(archive* reader, qint64 size, const std::function<void(const char*, int)>& take);
     bool readZipMember(archive* reader, archive_entry* entry, const ZipMember& member);
@@ -142,6 +145,14 @@ la_ssize_t readStream(archive* reader, void* client, const void** data)
     if (length < 0)
         archive_set_error(reader, EINVAL, "the compressed stream is damaged");
     return static_cast<la_ssize_t>(length);
+}
+
+bool Reading::takesData(qint64 size)
+{
+    if (size < 0 || size > limits::unpackedBytes - m_dataBytes)
+        return false;
+    m_dataBytes += size;
+    return m_dataBytes <= limits::ratioAllowance + limits::unpackedRatio * m_budget.packed;
 }
 
 bool Reading::readData(archive* reader, qint64 size, const std::function<void(const char*, int)>& take)
@@ -228,10 +239,8 @@ bool Reading::readMember(archive* reader, archive_entry* entry, Found (&found)[s
     if (!isSafe || !isSafeName)
         return fail("the name of a member leads out of the archive");
     member.size = archive_entry_size(entry);
-    // A sparse member tells a size that its data need not have.
-    if (member.size < 0 || member.size > limits::unpackedBytes - m_dataBytes)
+    if (!takesData(member.size))
         return fail("a member is too large");
-    m_dataBytes += member.size;
     if (member.name.isEmpty())
         return member.type == PackageMember::Directory || fail("a member has no name");
 
@@ -361,9 +370,7 @@ bool Reading::readZipMember(archive* reader, archive_entry* entry, const ZipMemb
     if (isManifest && m_content.hasManifest)
         return fail("there are two manifests");
     QByteArray text;
-    m_dataBytes += member.size;
-    if (m_dataBytes > limits::unpackedBytes ||
-        m_dataBytes > limits::ratioAllowance + limits::unpackedRatio * m_budget.packed)
+    if (!takesData(qint64(member.size)))
         return fail("a member is too large");
     if (!readData(reader, member.size, [&](const char* data, int length) {
             text.append(data, qMin(length, limits::manifestBytes - text.size()));

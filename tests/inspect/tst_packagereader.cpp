@@ -612,6 +612,9 @@ void TstPackageReader::sparseClaimIsRefused()
 {
     // One piece of no data, and a true size beyond all bounds.
     refusedCheaply(archiveOf(customisation() + sparseMember("77777777777 ", false)));
+    // Within the bounds of a whole package, yet far beyond what so small a one may hold.
+    refusedCheaply(archiveOf(customisation() + sparseMember("37777777777 ", false)));
+    QCOMPARE(readBytes(archiveOf(customisation() + sparseMember("00200000000 ", false))).damage, QByteArray());
 }
 
 void TstPackageReader::endlessHeaderIsRefused()
