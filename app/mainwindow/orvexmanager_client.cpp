@@ -24,6 +24,8 @@ namespace {
 
 using Widgets = Ui_OrvexManagerClass;
 
+constexpr int s_leastHeightOfAccess = 100; // of the area of the access components
+
 struct Component
 {
     QCheckBox* Widgets::*box;
@@ -166,11 +168,12 @@ void OrvexManager::growForComponents(const QSize& room)
         const int width = qMax(leastWidth, pages->totalMinimumSize().width());
         return QSize(width, pages->totalHeightForWidth(width) + bars);
     };
-    const int leastHeight = access->minimumHeight();
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, access);
     const QSize needed = sizeWith(sizeToShow(access), width());
-    const QSize smallest = sizeWith(QSize(sizeToShow(access).width() + scrollBar, leastHeight), 0);
-    access->setMinimumSize(0, leastHeight);
+    const QSize smallest = sizeWith(QSize(sizeToShow(access).width() + scrollBar, s_leastHeightOfAccess), 0);
+    // With a large font on a low screen only a part of that is left, for at least one component.
+    const int missing = qMax(0, smallest.height() - room.height());
+    access->setMinimumSize(0, qMax(ui.checkBox_8021xPro->sizeHint().height(), s_leastHeightOfAccess - missing));
     access->setMaximumHeight(QWIDGETSIZE_MAX);
     forgetSizes(access);
 
