@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <QWidget>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -34,7 +35,6 @@ public:
 
     void updateState(const QPaintEngineState& changed) override
     {
-        m_ground->paintEngine()->setSystemClip(systemClip());
         const DirtyFlags dirty = changed.state();
         if (dirty & DirtyTransform)
             m_ground->setTransform(changed.transform());
@@ -50,12 +50,8 @@ public:
             m_ground->setOpacity(changed.opacity());
         if (dirty & DirtyCompositionMode)
             m_ground->setCompositionMode(changed.compositionMode());
-        if (dirty & DirtyClipRegion)
-            m_ground->setClipRegion(changed.clipRegion(), changed.clipOperation());
-        if (dirty & DirtyClipPath)
-            m_ground->setClipPath(changed.clipPath(), changed.clipOperation());
-        if (dirty & DirtyClipEnabled)
-            m_ground->setClipping(changed.isClipEnabled());
+        if (dirty & (DirtyClipRegion | DirtyClipPath | DirtyClipEnabled))
+            clip();
     }
 
     void drawPath(const QPainterPath& path) override { m_ground->drawPath(path); }
@@ -74,7 +70,8 @@ public:
     void drawTextItem(const QPointF& origin, const QTextItem& item) override
     {
         const QString text = item.text();
-        const QRectF ink = QFontMetricsF(item.font()).tightBoundingRect(text).translated(origin);
+        QRectF ink = QFontMetricsF(item.font()).tightBoundingRect(text).translated(origin);
+        ink.setRight(std::min(ink.right(), origin.x() + item.width())); // without the rounding of each glyph
         if (text.trimmed().isEmpty() || ink.isEmpty())
             return;
         DrawnText drawn;
@@ -83,15 +80,25 @@ public:
         drawn.colour = painter()->pen().color();
         drawn.colour.setAlphaF(drawn.colour.alphaF() * painter()->opacity());
         drawn.place = state->transform().mapRect(ink);
-        drawn.visible = drawn.place;
+        drawn.visible = drawn.place.toAlignedRect();
         if (!systemClip().isEmpty())
-            drawn.visible &= systemClip().boundingRect();
+            drawn.visible &= systemClip();
         if (painter()->hasClipping())
-            drawn.visible &= state->transform().mapRect(painter()->clipBoundingRect());
+            drawn.visible &= state->transform().map(painter()->clipRegion());
         m_drawing.texts.append(drawn);
     }
 
 private:
+    /// What is visible of the widget, and within that what its painter clips to.
+    void clip()
+    {
+        m_ground->setTransform(QTransform());
+        m_ground->setClipRegion(systemClip().isEmpty() ? m_drawing.ground.rect() : systemClip());
+        m_ground->setTransform(state->transform());
+        if (painter()->hasClipping())
+            m_ground->setClipRegion(painter()->clipRegion(), Qt::IntersectClip);
+    }
+
     Drawing& m_drawing;
     std::unique_ptr<QPainter> m_ground;
 };

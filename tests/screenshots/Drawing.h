@@ -16,7 +16,7 @@ struct DrawnText
     QString text;                    // as painted, so with the dots of a text that was cut off
     QColor colour;                   // opacity included
     QRectF place;                    // of the ink of its glyphs
-    QRectF visible;                  // what of the place was not clipped away
+    QRegion visible;                 // what of the place was not clipped away
 };
 
 /// What a window paints, its texts apart from everything else.

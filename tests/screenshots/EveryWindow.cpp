@@ -28,6 +28,7 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -269,9 +270,7 @@ QString Look::name() const
 
 QPalette lightPalette()
 {
-    // That of the style, which no desktop has set.
-    static const QPalette palette = QApplication::palette();
-    return palette;
+    return QApplication::style()->standardPalette();
 }
 
 QPalette darkPalette()
@@ -293,7 +292,7 @@ QPalette darkPalette()
     return palette;
 }
 
-LookOfTheDesktop::LookOfTheDesktop(const Look& look) : m_palette(lightPalette()), m_font(QApplication::font())
+LookOfTheDesktop::LookOfTheDesktop(const Look& look) : m_palette(QApplication::palette()), m_font(QApplication::font())
 {
     QApplication::setPalette(look.isDark ? darkPalette() : lightPalette());
     QFont font = m_font;
