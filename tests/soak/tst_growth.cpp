@@ -216,7 +216,9 @@ void TstGrowth::initTestCase()
 void TstGrowth::aStepLeavesNothingBehind_data()
 {
     QTest::addColumn<Prepare>("prepare");
-    const auto row = [](const char* name, const Prepare& prepare) { QTest::newRow(name) << prepare; };
+    QTest::addColumn<int>("times");
+    const int times = soak::amount("ORVEX_SOAK_WINDOWS", 8);
+    const auto row = [times](const char* name, const Prepare& prepare) { QTest::newRow(name) << prepare << times; };
     row("advanced dialog", pressInMainWindow("toolButton_adv"));
     row("Finish dialog", pressInMainWindow("toolButton_finish"));
     row("KEF options", openKef);
@@ -234,7 +236,8 @@ void TstGrowth::aStepLeavesNothingBehind_data()
     row("VPN settings", pressInAdvanced("pushButton_Adv"));
     row("route", openRoute);
     row("choice of an icon", pressInAdvanced("pushButton_mainIcon_locate"));
-    row("switch of the language and back", switchLanguages);
+    QTest::newRow("switch of the language and back")
+        << Prepare(switchLanguages) << soak::amount("ORVEX_SOAK_SWITCHES", times * 2) / 2;
     row("choice of a stored customisation", chooseStored);
 }
 
@@ -243,7 +246,7 @@ void TstGrowth::aStepLeavesNothingBehind_data()
 void TstGrowth::aStepLeavesNothingBehind()
 {
     QFETCH(const Prepare, prepare);
-    const int times = soak::amount("ORVEX_SOAK_WINDOWS", 8);
+    QFETCH(const int, times);
     const int firstOnes = qMax(8, times / 5);
     constexpr qint64 bound = 4000;
     limitDescriptors(s_noneForHandles);

@@ -112,8 +112,16 @@ class TstSecrets : public QObject
     Q_OBJECT
 
 private slots:
+    void typedSecretsAreInTheDocumentAlone_data();
     void typedSecretsAreInTheDocumentAlone();
 };
+
+void TstSecrets::typedSecretsAreInTheDocumentAlone_data()
+{
+    QTest::addColumn<int>("run");
+    for (int run = 1; run <= soak::amount("ORVEX_SOAK_SECRETS", 1); ++run)
+        QTest::addRow("%d", run) << run;
+}
 
 void TstSecrets::typedSecretsAreInTheDocumentAlone()
 {
