@@ -18,6 +18,9 @@
 #include <functional>
 #include <malloc.h>
 #include <memory>
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#include <sanitizer/allocator_interface.h>
+#endif
 
 // What the process keeps of windows that come and go, of Finishes in a row, and how it bears a full history; with as
 // few descriptors as a plain `ulimit -n 1024` leaves.
@@ -59,8 +62,12 @@ qint64 heldBytes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return qint64(__sanitizer_get_current_allocated_bytes());
+#else
     const struct mallinfo2 info = mallinfo2();
     return qint64(info.uordblks + info.hblkhd);
+#endif
 }
 
 int openDescriptors()
