@@ -68,6 +68,16 @@ def shown(document):
         rb">[^<]*<", b"><", document) else texts
 
 
+def stated(place):
+    """What matches the commands of a Finish without packages, of which no text of a document is part."""
+    here = re.escape(str(place))
+    icon = r"(?:DeskIconLinux\.png|DeskIconMacos\.icns|MainIcon\.ico)"
+    return re.compile("|".join((
+        rf'find "{here}/custom" -name "\*\.\*" -exec rm -rf {{}} \\;', rf'mkdir -p "{here}/(?:custom|UpdateCustom(?:/\d+)?)"',
+        rf'rm -f "{here}/custom/OrvexCustom(?:\.xml|Xml\.vrf)"', rf'cp -f "{here}/UpdateCustom/\d+/{icon}" "{here}/custom/{icon}"',
+        rf"chmod a\+r {here}/custom/{icon}", rf'cp  -Rf "{here}/custom/"\* "{here}/UpdateCustom/\d+/"')))
+
+
 class Store:
     """A store with its entries and what is to be listed of them."""
 
@@ -254,7 +264,7 @@ class Hunt:
     def __init__(self, options):
         self.options = options
         self.findings = []
-        self.tried = self.listed = self.calls = 0
+        self.tried = self.listed = self.calls = self.commands = 0
         self.options.place.mkdir(parents=True, exist_ok=True)
         documents = options.place / "documents"
         documents.mkdir(exist_ok=True)
@@ -334,9 +344,27 @@ class Hunt:
         after = state(place)
         for line in set(before) ^ set(after):
             self.find(seed, f"changed: {line[0]}")
+        self.finish(seed, place, program, after)
         for server in store.sockets:
             server.close()
         shutil.rmtree(place, ignore_errors=True)
+
+
+    def finish(self, seed, place, program, before):
+        """New customisations out of stored ones: stated commands alone, and what was stored stays."""
+        told = self.run(seed, program, "finish")
+        if not told:
+            return
+        pattern = stated(place)
+        for command in json.loads(next(line for line in told.splitlines() if line.startswith("{")))["commands"]:
+            self.commands += 1
+            if not pattern.fullmatch(command):
+                self.find(seed, f"a command ran: {command}")
+        new = re.compile(re.escape(os.fsencode(place)) + rb"(/custom(/.*)?|/UpdateCustom|/UpdateCustom/17000000\d\d(/.*)?)",
+                         re.DOTALL)
+        for line in set(before) ^ set(state(place)):
+            if not new.fullmatch(line[0]):
+                self.find(seed, f"changed by Finish: {line[0]}")
 
 
 def main():
@@ -358,7 +386,8 @@ def main():
         hunt.store(options.seed + stores)
         stores += 1
     outcome = f"{hunt.listed} to be listed; {len(hunt.findings)} findings" if hunt.findings else \
-        f"{hunt.listed} to be listed, all and no other were; no crash, nothing changed, no command"
+        f"{hunt.listed} to be listed, all and no other were; no crash, nothing changed, no command; {hunt.commands} commands of Finishes that " \
+        "started from them, all stated"
     print(json.dumps({"part": "hostile", "what": f"stored customisations in {stores} stores, seed {options.seed}",
                       "times": hunt.tried, "outcome": outcome, "findings": hunt.findings[:20]}))
     return 1 if hunt.findings else 0
