@@ -119,8 +119,8 @@ bool ScratchMachine::put(const QString& source, const QString& target)
 bool ScratchMachine::startDisplay()
 {
     // Every user of the machine may open windows on it.
-    start(m_display,
-          entering(m_keeperId) + texts({"Xvfb", ":7", "-ac", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"}));
+    start(m_display, entering(m_keeperId) + texts({"setpriv", "--pdeathsig", "TERM", "Xvfb", ":7", "-ac", "-screen",
+                                                   "0", "1280x1024x24", "-nolisten", "tcp"}));
     return QTest::qWaitFor([this] { return asRoot(QStringLiteral("test -S /tmp/.X11-unix/X7")).status == 0; },
                            s_startPatience);
 }
