@@ -46,6 +46,7 @@ private slots:
     void eachMemberChangesTheLanguage();
     void whatAKilledManagerLeftIsNotPackedByAnother();
     void theInspectorFindsTheStoreFromEverywhere();
+    void theHandbooksWayToANewMachineKeepsAll();
     void anUpgradeChangesNothingOfTheStore();
     void aRemovalKeepsTheStoreAndTheNextInstallationFindsIt();
     void aPurgeLeavesWhatOthersPutThere();
@@ -334,6 +335,47 @@ void TstInstalledPackage::theInspectorFindsTheStoreFromEverywhere()
     }
     const Outcome doctor = m_machine->as(QStringLiteral("second"), QStringLiteral("orvex-inspect doctor"));
     QVERIFY2(doctor.status == 0, qPrintable(doctor.output));
+}
+
+void TstInstalledPackage::theHandbooksWayToANewMachineKeepsAll()
+{
+    // The commands of the handbook: on the old machine, for an archive, for the package, to compare.
+    const QString handbook = product::textOf(QStringLiteral(ORVEX_SOURCE_DIR "/docs/administrator.md"));
+    const QString recipe = handbook.section(QLatin1String("### Moving to a new machine"), 1)
+                               .section(QLatin1String("### Backing up"), 0, 0);
+    QStringList blocks;
+    bool wasCommand = false;
+    for (const QString& line : recipe.split(QLatin1Char('\n'))) {
+        const bool isCommand = line.startsWith(QLatin1String("       "));
+        if (isCommand && !wasCommand)
+            blocks.append(QStringLiteral("set -e; cd %1\n").arg(place));
+        if (isCommand)
+            blocks.last() += line.trimmed() + QLatin1Char('\n');
+        wasCommand = isCommand;
+    }
+    QCOMPARE(blocks.size(), 4);
+
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("echo LangCode=1033 >>%1/config.ini").arg(place)));
+    const QString settings = m_machine->asRoot(QStringLiteral("cat %1/config.ini").arg(place)).output;
+    SUCCEEDS(m_machine->asRoot(blocks.at(0)));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; mv orvex-data.tar.gz history.txt /run; dpkg -P orvex-manager; "
+                                              "rm -r /opt/apps; groupdel orvex-manager 2>/dev/null; true")
+                                   .arg(place)));
+    install(m_packages.debian);
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("usermod -aG orvex-manager first; usermod -aG orvex-manager second; "
+                                              "mv /run/orvex-data.tar.gz /run/history.txt %1")
+                                   .arg(place)));
+    SUCCEEDS(m_machine->asRoot(blocks.at(2)));
+    SUCCEEDS(m_machine->as(QStringLiteral("second"), blocks.at(3)));
+    SUCCEEDS(
+        m_machine->asRoot(QStringLiteral("cd %1; rm orvex-data.tar.gz history.txt; test -L config.ini").arg(place)));
+    QCOMPARE(m_machine->asRoot(QStringLiteral("cat %1/config.ini").arg(place)).output, settings);
+
+    // As before: another member deletes the newest and makes one instead.
+    QCOMPARE(play(QStringLiteral("second"), QStringLiteral("delete")).filter(QStringLiteral("  history: ")).size(), 1);
+    QCOMPARE(play(QStringLiteral("first"), QStringLiteral("road")).filter(QStringLiteral("  history: ")).size(), 2);
+    play(QStringLiteral("first"), QStringLiteral("languages"));
+    whatTheManagerWroteIsTheGroupsAlone();
 }
 
 void TstInstalledPackage::anUpgradeChangesNothingOfTheStore()
