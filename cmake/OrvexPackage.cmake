@@ -146,7 +146,7 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS adduser)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "p7zip-full, qttranslations5-l10n, fonts-noto-cjk, x11-utils | zenity | kdialog")
+    "p7zip-full, qttranslations5-l10n, fonts-noto-cjk, libnotify-bin | zenity | kdialog | x11-utils")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "nautilus, bash-completion")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${made}/debian/postinst ${made}/debian/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
