@@ -13,7 +13,7 @@ packages=(
     python3 python3-jsonschema groff-base
     at-spi2-core python3-pyatspi dbus
     xvfb xauth xdotool imagemagick x11-utils
-    dpkg-dev file librsvg2-bin lintian appstream desktop-file-utils man-db
+    dpkg-dev file librsvg2-bin lintian appstream desktop-file-utils man-db adduser
     fonts-dejavu-core fonts-noto-cjk
     "$@"
 )

@@ -158,6 +158,9 @@ void TstInstalledPackage::aMemberMakesACustomisationWithThreePackages()
     QCOMPARE(told.filter(QStringLiteral("  history: ")).size(), 1);
     SUCCEEDS(m_machine->as(QStringLiteral("first"), QStringLiteral("bash /tmp/kit/check-packages.sh ") + place));
     SUCCEEDS(m_machine->as(QStringLiteral("first"), QStringLiteral("orvex-inspect verify")));
+    SUCCEEDS(m_machine->as(QStringLiteral("first"), QStringLiteral("cmp %1/qt_zh_CN.qm "
+                                                                   "/usr/share/qt5/translations/qtbase_zh_CN.qm")
+                                                        .arg(place)));
 }
 
 void TstInstalledPackage::whatTheManagerWroteIsTheGroupsAlone()

@@ -92,6 +92,12 @@ void TstProductFiles::theVersionIsTheSameEverywhere_data()
         "^\\.TH .* \"orvex-inspect ([^\"]*)\"");
     row("manual page of orvex-manager", textOf(madeFile(QStringLiteral("orvex-manager.1"))),
         "^\\.TH .* \"orvex-manager ([^\"]*)\"");
+    for (const char* name :
+         {"README.md", "README.zh.md", "docs/release-notes-1.0.md", "docs/release-notes-1.0.zh.md"}) {
+        row(name, textOf(sourceDir + QLatin1String(name)), "orvex-manager_([0-9.]+)_amd64\\.deb");
+        QTest::newRow((QByteArray(name) + ", archive").constData())
+            << textOf(sourceDir + QLatin1String(name)) << QStringLiteral("orvex-manager-([0-9.]+)-x86_64\\.tar\\.gz");
+    }
     row("orvex-inspect", product::run(QStringLiteral(ORVEX_INSPECT), {QStringLiteral("--version")}).output,
         "^orvex-inspect (.*)$");
     row("orvex-manager", product::run(madeFile(QStringLiteral("orvex-manager")), {QStringLiteral("--version")}).output,
