@@ -1,4 +1,5 @@
 #include "app/language/LangText.h"
+#include "app/widgets/WarningBox.h"
 #include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/TestEntry.h"
@@ -24,6 +25,8 @@ private slots:
     void namesFollowTheLanguage();
     void viewsSayThatTheyAreReadOnly_data() { addEveryWindow(); }
     void viewsSayThatTheyAreReadOnly();
+    void dialogsAnnounceTheRefusedField_data();
+    void dialogsAnnounceTheRefusedField();
     void labelsAreBuddiesOfTheControlsBehindThem_data() { addEveryWindow(); }
     void labelsAreBuddiesOfTheControlsBehindThem();
 };
@@ -253,6 +256,53 @@ void TstAccessibility::labelsAreBuddiesOfTheControlsBehindThem()
         }
     });
     QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char('\n'))));
+}
+
+void TstAccessibility::dialogsAnnounceTheRefusedField_data()
+{
+    QTest::addColumn<QString>("window");
+    QTest::addColumn<QByteArray>("field");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QByteArray>("key");
+    const auto row = [](const char* window, const char* field, const char* typed, const char* key) {
+        QTest::newRow(key) << QString::fromLatin1(window) << QByteArray(field) << QString::fromLatin1(typed)
+                           << QByteArray(key);
+    };
+    row("route", "lineEdit_Ip", "", "VUI_IpOrMaskBlank");
+    row("KEF", "lineEdit_kefIp", "127.0.0.1", "KEF_IpErr");
+    row("uninstall password", "input", "unlike the other", "SMT_PwdDismatchMsgBox");
+    row("VPN", "lineEdit_SaLifeTime", "1", "VUI_InputValidPLS");
+    row("advanced", "lineEdit_reconnInterval", "0", "SSL_RECONNGRAP_ERROR");
+    row("advanced", "lineEdit_getSysVryInterval", "1", "SSL_GetSmsVryCountDownValu_ERROR");
+}
+
+void TstAccessibility::dialogsAnnounceTheRefusedField()
+{
+    QFETCH(QString, window);
+    QFETCH(QByteArray, field);
+    QFETCH(QString, typed);
+    QFETCH(QByteArray, key);
+    windowplay::useEnglish();
+    std::shared_ptr<QWidget> opened;
+    for (const ProgramWindow& each : everyWindow()) {
+        if (window == QLatin1String(each.name))
+            opened = each.open();
+    }
+    QVERIFY(opened != nullptr);
+    opened->show();
+    auto* edit = child<QLineEdit>(*opened, field.constData());
+    edit->setText(typed);
+    ModalScript script;
+    QStringList told;
+    script.expect<WarningBox>([&](WarningBox& box) {
+        told.append(box.text());
+        box.button(QMessageBox::Ok)->click();
+    });
+    windowplay::press(*opened, QDialogButtonBox::Ok);
+    QCOMPARE(told, QStringList(langText(key.constData())));
+    QCOMPARE(edit->accessibleDescription(), langText(key.constData()));
+    QTest::keyClick(edit, Qt::Key_1);
+    QCOMPARE(edit->accessibleDescription(), QString());
 }
 
 TEST_ENTRY(accessibility, playTest<TstAccessibility>)
