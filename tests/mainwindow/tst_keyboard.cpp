@@ -1,10 +1,14 @@
 #include "app/language/LangText.h"
 #include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
+#include "pack/CustomCompleteDlg.h"
+#include "pack/FinishDlg.h"
+#include "pack/PackingWait.h"
 #include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
+#include "xml/CustomInfo.h"
 
 #include <QComboBox>
 #include <QContextMenuEvent>
@@ -47,6 +51,7 @@ private slots:
     void deleteKeyDeletesTheSelectedRow();
     void deleteKeyLeavesARowThatIsNotSelected();
     void keysOfAnEmptyHistoryDoNothing();
+    void aCustomisationIsMadeReusedSeenAndDeletedByKeysAlone();
     void menuOfTheHistoryHoldsItsCommands_data();
     void menuOfTheHistoryHoldsItsCommands();
 };
@@ -466,6 +471,62 @@ void TstKeyboard::keysOfAnEmptyHistoryDoNothing()
     QCoreApplication::processEvents();
     QCOMPARE(script.complaints(), QStringList());
     QVERIFY(!isEnabled(window, "toolButton_detail"));
+}
+
+namespace {
+
+/// Tab until the named widget has the focus; false when it does not come by.
+bool tabTo(QWidget& window, const char* name)
+{
+    window.activateWindow();
+    if (!QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }))
+        return false;
+    for (int step = 0; step < 100 && windowplay::focusOf(window) != QLatin1String(name); ++step)
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    return windowplay::focusOf(window) == QLatin1String(name);
+}
+
+} // namespace
+
+void TstKeyboard::aCustomisationIsMadeReusedSeenAndDeletedByKeysAlone()
+{
+    prepareInstallation();
+    OrvexManager window(nullptr);
+    window.show();
+    QVERIFY(tabTo(window, "checkBox_wlanPro"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    ModalScript script;
+    script.tolerate<PackingWait>();
+    script.expect<FinishDlg>([](FinishDlg& finish) {
+        if (tabTo(finish, "lineEdit_addinfo"))
+            QTest::keyClicks(finish.focusWidget(), QStringLiteral("by keys"));
+        QTest::keyClick(finish.focusWidget(), Qt::Key_Return);
+    });
+    script.expect<CustomCompleteDlg>([](CustomCompleteDlg& report) { QTest::keyClick(&report, Qt::Key_Return); });
+    QVERIFY(tabTo(window, "toolButton_finish"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(window.history().size(), 1);
+    QCOMPARE(window.history().first().cusAddInfo, QStringLiteral("by keys"));
+
+    QVERIFY(tabTo(window, "comboBox_defaultCus"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Down);
+    QCOMPARE(window.record().common.cusAddInfo, QStringLiteral("by keys"));
+    QCOMPARE(window.record().common.procomVal & procom::wlan, quint64(procom::wlan));
+
+    QTest::keyClick(window.focusWidget(), Qt::Key_O, Qt::ControlModifier);
+    QVERIFY(tabTo(window, "treeWidget_cusHis"));
+    QTest::keyClick(historyTree(window), Qt::Key_Space);
+    script.expect<ShowDetailDlg>([](ShowDetailDlg& details) {
+        if (tabTo(details, "toolButton"))
+            QTest::keyClick(details.focusWidget(), Qt::Key_Return);
+    });
+    QVERIFY(tabTo(window, "toolButton_detail"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    QCOMPARE(script.complaints(), QStringList());
+    QVERIFY(tabTo(window, "toolButton_delete"));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    QCOMPARE(window.history().size(), 0);
 }
 
 void TstKeyboard::menuOfTheHistoryHoldsItsCommands_data()
