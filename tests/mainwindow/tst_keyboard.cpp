@@ -19,6 +19,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -264,6 +265,8 @@ void TstKeyboard::returnPressesTheFocusedButtonOfBothViewsAndNothingElse()
             continue;
         ++views;
         window->show();
+        for (const QPushButton* button : window->findChildren<QPushButton*>())
+            QVERIFY2(!button->isDefault(), "a default button is drawn, and would take Return");
         onEveryPage(*window, [&](const QString&) {
             for (QWidget* stop : tabOrder(*window)) {
                 if (!stop->isEnabled() || stop->objectName() == QLatin1String("pushButton_Adv_S"))
