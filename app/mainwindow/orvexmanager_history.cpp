@@ -107,8 +107,9 @@ void OrvexManager::refreshCusHis()
 
     QTreeWidget* tree = ui.treeWidget_cusHis;
     const QToolButton* const buttons[] = {ui.toolButton_detail, ui.toolButton_delete, ui.toolButton_deleteall};
-    for (int command = 0; command < tree->actions().size(); ++command)
-        tree->actions().at(command)->setText(buttons[command]->text());
+    int command = 0;
+    for (const QToolButton* button : buttons)
+        tree->actions().at(command++)->setText(button->text());
     tree->setAccessibleName(langText("AllCusComBox"));
     setColumns(tree,
                {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),
