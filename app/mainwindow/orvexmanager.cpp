@@ -18,6 +18,7 @@
 #include <QActionGroup>
 #include <QFileInfo>
 #include <QScopedPointer>
+#include <QScrollBar>
 #include <QSettings>
 #include <QToolBar>
 
@@ -69,6 +70,11 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
     ui.listWidget->setMaximumWidth(128);
     ui.listWidget->setSpacing(12);
     ui.stackedWidget->setCurrentIndex(0);
+    // The style sheets of the areas are not meant for their scroll bars.
+    for (const QScrollArea* area : {ui.scrollArea_proComp, ui.scrollArea_funcComp}) {
+        for (QScrollBar* bar : {area->verticalScrollBar(), area->horizontalScrollBar()})
+            bar->setStyleSheet(QStringLiteral("background: none;"));
+    }
 
     // Before the combo box is first filled, so that the first fill loads the defaults.
     connectPages();
