@@ -317,6 +317,49 @@ void visitEveryWindow(const QString& language, const Visit& visit)
     showViews(language, visit);
 }
 
+void visitWindowsWithLongTexts(const QString& language, const Visit& visit)
+{
+    useLanguage(language);
+    CustomInfo record = sampleRecord(language);
+    const auto lengthened = [](const QString& text, int length) { return text.repeated(length).left(length); };
+    record.common.cusAddInfo = lengthened(record.common.cusAddInfo + QLatin1Char(' '), 200);
+    for (SSLVPNRemoteInfo& gateway : record.sslvpn.remote) {
+        gateway.iPDes = lengthened(gateway.iPDes + QLatin1Char(' '), 60);
+        gateway.ip = lengthened(QStringLiteral("gateway."), 60) + QLatin1String("example");
+    }
+    for (DomainDetail& domain : record.domain.domaindetail) {
+        domain.domainName = lengthened(QStringLiteral("department."), 60) + QLatin1String("example");
+        domain.domainDesp = lengthened(domain.domainDesp + QLatin1Char(' '), 60);
+    }
+    record.gui.subTitle = lengthened(record.gui.subTitle + QLatin1Char(' '), 100);
+    record.gui.linuxDeskIconPath = lengthened(QStringLiteral("/pictures of the branch offices"), 200);
+    record.gui.mainIconPath = record.gui.linuxDeskIconPath;
+    record.vpn.basecfg.LNSIP = lengthened(QStringLiteral("lns."), 100) + QLatin1String("example");
+    record.vpn.ikecfg.IKELocalName = lengthened(QStringLiteral("local gateway "), 100);
+    storeCustomisation(installation::root(), record);
+
+    OrvexManager window(nullptr);
+    window.findChild<QComboBox*>(QStringLiteral("comboBox_defaultCus"))->setCurrentIndex(1);
+    show(visit, QStringLiteral("main-client"), window);
+    window.showCusHis();
+    show(visit, QStringLiteral("main-history"), window);
+    FinishDlg finish(nullptr);
+    finish.initalDialog(&record);
+    show(visit, QStringLiteral("finish"), finish);
+    CustomAdvProperty advanced(nullptr);
+    advanced.initalDialog(&record);
+    showTabs(visit, QStringLiteral("advanced"), advanced);
+    QVPNAdvProperty vpn(&advanced);
+    vpn.setInital();
+    showTabs(visit, QStringLiteral("vpn"), vpn);
+    ShowDetailDlg detail(nullptr);
+    detail.onInitDialog(record);
+    showTabs(visit, QStringLiteral("detail"), detail);
+    QShowVpnAdv detailVpn(&detail);
+    detailVpn.setInital();
+    showTabs(visit, QStringLiteral("detail-vpn"), detailVpn);
+}
+
 void visitDocumentedWindows(const QString& language, const Visit& visit)
 {
     useLanguage(language);

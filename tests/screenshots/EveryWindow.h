@@ -45,5 +45,8 @@ using Visit = std::function<void(const QString& page, QWidget& window)>;
 /// The store below the executable is made anew.
 void visitEveryWindow(const QString& language, const Visit& visit);
 
+/// Opens the windows that show stored texts, with a record and a history in which these are as long as they may be.
+void visitWindowsWithLongTexts(const QString& language, const Visit& visit);
+
 /// The windows of which the documents have pictures, by the names of these.
 void visitDocumentedWindows(const QString& language, const Visit& visit);

@@ -19,6 +19,8 @@ class TstWindowsLook : public QObject
 private slots:
     void everyWindowLooksRight_data();
     void everyWindowLooksRight();
+    void longStoredTextsAreToldWhole_data();
+    void longStoredTextsAreToldWhole();
     void noFormIsLeftOut();
 };
 
@@ -80,6 +82,24 @@ void TstWindowsLook::everyWindowLooksRight()
             complaints.append(page + QLatin1String(": ") + complaint);
     });
     QVERIFY(pages.size() > 60);
+    QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
+}
+
+void TstWindowsLook::longStoredTextsAreToldWhole_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("English") << "en";
+    QTest::newRow("Chinese") << "zh";
+}
+
+void TstWindowsLook::longStoredTextsAreToldWhole()
+{
+    QFETCH(QString, language);
+    QStringList complaints;
+    visitWindowsWithLongTexts(language, [&](const QString& page, QWidget& window) {
+        for (const QString& complaint : complaintsAbout(window))
+            complaints.append(page + QLatin1String(": ") + complaint);
+    });
     QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
 }
 
