@@ -14,6 +14,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <mutex>
 #include <sys/types.h>
 
 using windowplay::runTest;
@@ -423,9 +424,9 @@ void TstWorkThread::aThreadWaitsForAnEarlierOneBeforeItsFirstStep()
     WorkThread first(PackageSetup, 1);
     WorkThread second(PackageUpdate, 1);
     QStringList order;
-    QMutex orderMutex;
+    std::mutex orderMutex;
     const auto note = [&](const char* text) {
-        const QMutexLocker lock(&orderMutex);
+        const std::lock_guard<std::mutex> lock(orderMutex);
         order.append(QLatin1String(text));
     };
     const CommandRecorder recorder(CommandRecorder::MakeDirectories, [&](const QByteArray&) {

@@ -2,14 +2,12 @@
 
 #include "support/Interposed.h"
 
-#include <QMutex>
-#include <QMutexLocker>
-
 #include <cstring>
+#include <mutex>
 
 namespace {
 
-QMutex s_mutex;
+std::mutex s_mutex;
 bool s_recording = false;
 CommandRecorder::Mode s_mode = CommandRecorder::Run;
 QByteArrayList s_commands;
@@ -20,7 +18,7 @@ int recordedSystem(interposed::System::Real real, const char* command)
     CommandRecorder::Hook atCommand;
     bool isRun = true;
     {
-        QMutexLocker lock(&s_mutex);
+        const std::lock_guard<std::mutex> lock(s_mutex);
         if (s_recording) {
             s_commands.append(QByteArray(command));
             atCommand = s_atCommand;
@@ -37,7 +35,7 @@ int recordedSystem(interposed::System::Real real, const char* command)
 
 CommandRecorder::CommandRecorder(Mode mode, const Hook& atCommand)
 {
-    QMutexLocker lock(&s_mutex);
+    const std::lock_guard<std::mutex> lock(s_mutex);
     interposed::onSystem = recordedSystem;
     s_recording = true;
     s_mode = mode;
@@ -47,19 +45,21 @@ CommandRecorder::CommandRecorder(Mode mode, const Hook& atCommand)
 
 CommandRecorder::~CommandRecorder()
 {
-    QMutexLocker lock(&s_mutex);
+    const std::lock_guard<std::mutex> lock(s_mutex);
     s_recording = false;
     s_atCommand = Hook();
 }
 
 QByteArrayList CommandRecorder::commands() const
 {
-    QMutexLocker lock(&s_mutex);
-    return s_commands;
+    const std::lock_guard<std::mutex> lock(s_mutex);
+    QByteArrayList commands = s_commands;
+    commands.detach(); // the other list changes in other threads
+    return commands;
 }
 
 void CommandRecorder::clear()
 {
-    QMutexLocker lock(&s_mutex);
+    const std::lock_guard<std::mutex> lock(s_mutex);
     s_commands.clear();
 }
