@@ -36,7 +36,12 @@ public:
 private:
     bool isEmpty() const { return m_view.model()->rowCount() == 0; }
 
-    void describe() { m_view.setAccessibleDescription(isEmpty() ? m_text : QString()); }
+    void describe()
+    {
+        // The model goes with the view, and says so when a plain widget is all that is left of that.
+        if (qobject_cast<QAbstractItemView*>(parent()))
+            m_view.setAccessibleDescription(isEmpty() ? m_text : QString());
+    }
 
     void paint()
     {
