@@ -19,7 +19,7 @@
 #include <malloc.h>
 #include <memory>
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#include <sanitizer/allocator_interface.h>
+extern "C" size_t __sanitizer_get_current_allocated_bytes(); // gcc brings no header for it
 #endif
 
 // What the process keeps of windows that come and go, of Finishes in a row, and how it bears a full history; with as
