@@ -91,7 +91,7 @@ class Soak:
         self.build = options.build.resolve()
         self.minutes = options.minutes
         self.seed = options.seed
-        self.share = min(1.0, options.minutes / 30)
+        self.share = min(1.0, options.minutes / LONG)
         self.rows = []
         self.findings = []
         self.work = self.build / "soak"
