@@ -113,13 +113,13 @@ class Soak:
             told = json.loads(line)
             if told.get("part") is None:
                 continue
+            counts = ("times", "executions", "tests")
             rest = [f"{name} {value:,}" if isinstance(value, int) else f"{name} {value}" for name, value in told.items()
-                    if name not in ("part", "what", "times", "executions", "outcome", "findings")]
-            count = told.get("findings", 0)
-            count = len(count) if isinstance(count, list) else count
-            outcome = told.get("outcome") or "; ".join([f"{count} findings", *rest])
-            self.add(Row(part, str(told.get("what", "")), told.get("times", told.get("executions", 1)), outcome,
-                         not count))
+                    if name not in ("part", "what", "outcome", "findings", "seconds", *counts)]
+            found = told.get("findings", 0)
+            found = (len(found) if isinstance(found, list) else found) + told.get("errors", 0) + told.get("failed", 0)
+            self.add(Row(part, str(told.get("what", "")), next((told[name] for name in counts if name in told), 1),
+                         told.get("outcome") or "; ".join([f"{found} findings", *rest]), not found))
 
     def add(self, row):
         """Runs of the same with the same outcome are one row."""
