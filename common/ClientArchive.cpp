@@ -3,6 +3,7 @@
 #include "common/Log.h"
 #include "common/PackageGenerators.h"
 #include "common/ProcessPath.h"
+#include "common/ScratchUse.h"
 #include "common/ShellCommand.h"
 #include "common/StorePaths.h"
 #include "common/UtilityFunc.h"
@@ -10,13 +11,17 @@
 
 #include <QByteArray>
 
+#include <chrono>
 #include <filesystem>
 #include <strings.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 
 namespace {
+
+constexpr std::chrono::milliseconds s_betweenLooks(100);
 
 struct Kind
 {
@@ -62,8 +67,27 @@ void removeScratchLeftOver()
     const QByteArray process = processDirectory(true, &found);
     if (!found)
         return;
+    const QByteArray scratch = process + store::templates + "/" + store::temp;
+    struct stat status = {};
+    if (lstat(scratch.constData(), &status) != 0 || packing::processAtWork(process) != 0)
+        return;
     std::error_code error; // what cannot be removed stays
-    std::filesystem::remove_all((process + store::templates + "/" + store::temp).constData(), error);
+    std::filesystem::remove_all(scratch.constData(), error);
+}
+
+void awaitFreeScratch()
+{
+    bool found = false;
+    const QByteArray process = processDirectory(true, &found);
+    if (!found)
+        return;
+    bool isLogged = false;
+    while (const pid_t other = packing::processAtWork(process)) {
+        if (!isLogged)
+            logX(2, "awaitFreeScratch: process %d still works for an earlier run.", int(other));
+        isLogged = true;
+        std::this_thread::sleep_for(s_betweenLooks);
+    }
 }
 
 bool genFilePack(const char* name, int type)

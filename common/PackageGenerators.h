@@ -14,8 +14,13 @@ constexpr char cusUpdateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeCu
 } // namespace packing
 
 /// Removes what stands at `template/Temp` while no generator runs, the left-over of a process that was killed in the
-/// midst of one; without a command. A link goes, what it points at stays.
+/// midst of one; without a command. A link goes, what it points at stays. Where a command of an earlier process still
+/// works, all is left.
 void removeScratchLeftOver();
+
+/// Returns once no command of an earlier process works in `template/Temp` or writes a package any more. There is no
+/// limit: what such a command does would end up in a package, or a package would be cut. A log line tells of it.
+void awaitFreeScratch();
 
 /// Unpacks a client template into `template/Temp`, puts `custom/` into it and packs the tree again. A template that is
 /// no regular file counts as missing.

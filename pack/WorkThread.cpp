@@ -29,6 +29,7 @@ void WorkThread::tell(const char* key)
 void WorkThread::run()
 {
     const std::lock_guard<std::mutex> work(s_work);
+    awaitFreeScratch();
     removeScratchLeftOver();
     bool result = false;
     if (m_ulGenMask & PackageSetup) {

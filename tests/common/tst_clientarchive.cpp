@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -73,6 +74,8 @@ private slots:
     void plainFileInPlaceOfTheOutputDirectoryStays();
     void nothingIsPackedWithoutAScratchOfItsOwn_data();
     void nothingIsPackedWithoutAScratchOfItsOwn();
+    void leftOverStaysWhileACommandOfAnEarlierRunWorks_data();
+    void leftOverStaysWhileACommandOfAnEarlierRunWorks();
 
     void installationPathMayHoldBlanks();
     void executablePathOf259CharactersStopsTheGenerator_data();
@@ -559,6 +562,47 @@ void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
              QStringList(QStringLiteral("genFilePack: %1 cannot be entered, so nothing is packed.")
                              .arg(path(QStringLiteral("template/Temp")))));
     QVERIFY(QDir(path(QStringLiteral("private"))).removeRecursively());
+}
+
+void TstClientArchive::leftOverStaysWhileACommandOfAnEarlierRunWorks_data()
+{
+    QTest::addColumn<QString>("command"); // in the installation; says a word when it has come to its place
+    QTest::addColumn<bool>("isLeft");
+
+    QTest::newRow("packs") << "cd template/Temp; echo there; exec sleep 60" << true;
+    QTest::newRow("works below") << "cd template/Temp/OrvexClient; echo there; exec sleep 60" << true;
+    QTest::newRow("unpacks") << "exec 7>template/Temp/OrvexClient/file; echo there; exec sleep 60" << true;
+    QTest::newRow("reads what is to be packed")
+        << "exec 7<template/Temp/OrvexClient; echo there; exec sleep 60" << true;
+    QTest::newRow("writes a setup package") << "exec 7>OrvexSetup/client; echo there; exec sleep 60" << true;
+    QTest::newRow("writes an update package") << "exec 7>OrvexUpdate/client; echo there; exec sleep 60" << true;
+    QTest::newRow("writes on a package") << "exec 7<>OrvexCusUpd/client; echo there; exec sleep 60" << true;
+    QTest::newRow("reads a package") << "exec 7<OrvexCusUpd/client; echo there; exec sleep 60" << false;
+    QTest::newRow("stands among packages") << "cd OrvexSetup; echo there; exec sleep 60" << false;
+    QTest::newRow("works beside") << "cd template; exec 7>Temporary; echo there; exec sleep 60" << false;
+    QTest::newRow("looks on from a terminal")
+        << "exec script -qfc 'cd template/Temp; echo there; exec sleep 60' /dev/null" << false;
+}
+
+void TstClientArchive::leftOverStaysWhileACommandOfAnEarlierRunWorks()
+{
+    QFETCH(const QString, command);
+    QFETCH(const bool, isLeft);
+    const QString leftOver = path(QStringLiteral("template/Temp/OrvexClient/file"));
+    installation::writeFile(leftOver, "left over");
+    for (const char* file : {"OrvexSetup/client", "OrvexUpdate/client", "OrvexCusUpd/client"})
+        installation::writeFile(path(QLatin1String(file)), "a package");
+    QProcess earlier;
+    earlier.setWorkingDirectory(installation::root());
+    earlier.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+    QVERIFY(earlier.waitForReadyRead(30000));
+    removeScratchLeftOver();
+    const bool stands = QFile::exists(leftOver);
+    earlier.terminate();
+    QVERIFY(earlier.waitForFinished(30000));
+    QCOMPARE(stands, isLeft);
+    removeScratchLeftOver();
+    QVERIFY(!QFile::exists(path(QStringLiteral("template/Temp"))));
 }
 
 void TstClientArchive::installationPathMayHoldBlanks()

@@ -9,6 +9,7 @@
 #include "support/WindowPlay.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QSemaphore>
 #include <QtTest>
 
@@ -65,6 +66,8 @@ private slots:
     void leftOverOfAKilledRunGoesBeforeTheFirstStep_data();
     void leftOverOfAKilledRunGoesBeforeTheFirstStep();
     void aThreadWaitsForAnEarlierOneBeforeItsFirstStep();
+    void aThreadWaitsForTheCommandsOfAKilledRun_data();
+    void aThreadWaitsForTheCommandsOfAKilledRun();
 };
 
 namespace {
@@ -448,6 +451,42 @@ void TstWorkThread::aThreadWaitsForAnEarlierOneBeforeItsFirstStep()
     QVERIFY(second.wait(30000));
     QVERIFY(!secondEnds);
     QCOMPARE(order, texts({"first", "first", "second", "second"}));
+}
+
+void TstWorkThread::aThreadWaitsForTheCommandsOfAKilledRun_data()
+{
+    QTest::addColumn<QString>("command"); // says a word when it has come to its place
+    QTest::newRow("packs a client") << "cd template/Temp; echo there; exec sleep 60";
+    QTest::newRow("writes a ZIP") << "cd OrvexUpdate; exec 7>update.zip.tmp; echo there; exec sleep 60";
+}
+
+void TstWorkThread::aThreadWaitsForTheCommandsOfAKilledRun()
+{
+    QFETCH(const QString, command);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template/Temp/OrvexClient"))));
+    QProcess earlier;
+    earlier.setWorkingDirectory(installation::root());
+    earlier.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+    QVERIFY(earlier.waitForReadyRead(30000));
+
+    const CommandRecorder recorder(CommandRecorder::MakeDirectories);
+    WorkThread thread(PackageCusUpd, 1);
+    thread.start();
+    const bool endsAtOnce = thread.wait(350);
+    const QByteArrayList before = recorder.commands();
+    const bool stands = QFile::exists(path(QStringLiteral("template/Temp/OrvexClient")));
+    const qint64 process = earlier.processId();
+    earlier.terminate();
+    QVERIFY(earlier.waitForFinished(30000));
+    QVERIFY(thread.wait(30000));
+    QVERIFY(!endsAtOnce);
+    QCOMPARE(before, QByteArrayList());
+    QVERIFY(stands);
+    QVERIFY(!recorder.commands().isEmpty());
+    QVERIFY(!QFile::exists(path(QStringLiteral("template/Temp"))));
+    QCOMPARE(
+        installation::logLines().filter(QStringLiteral("awaitFreeScratch")),
+        QStringList(QStringLiteral("[WRN]awaitFreeScratch: process %1 still works for an earlier run.").arg(process)));
 }
 
 static int run(int argc, char** argv)
