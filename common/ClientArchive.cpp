@@ -38,19 +38,50 @@ const Kind kinds[] = {
     {store::cusUpdate, packing::updatePrefix, false, nullptr},
 };
 
-/// Whether the shell's `cd` leads there, and nowhere that somebody else has prepared.
-bool isOwnDirectory(const QByteArray& path)
+/// The scratch directory of one package. Unpacking may change its owner and its mode, so what may be unpacked into is
+/// told before, and afterwards whether it is still the same.
+class Scratch
 {
-    struct stat status = {};
-    return lstat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
-           access(path.constData(), X_OK) == 0;
-}
+public:
+    explicit Scratch(const QByteArray& path) : m_path(path)
+    {
+        struct stat status = {};
+        const bool wasThere = lstat(path.constData(), &status) == 0;
+        // What somebody else has prepared; a directory that is made here may belong to whom the file system says.
+        const bool isForeign = wasThere && status.st_uid != geteuid();
+        ensureDirectory(path);
+        m_isUsable = !isForeign && lstat(path.constData(), &m_made) == 0 && S_ISDIR(m_made.st_mode) && canBeEntered();
+    }
+
+    bool isUsable() const { return m_isUsable; }
+
+    /// Whether the shell's `cd` leads into it still.
+    bool isStillThere() const
+    {
+        struct stat status = {};
+        return lstat(m_path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_dev == m_made.st_dev &&
+               status.st_ino == m_made.st_ino && canBeEntered();
+    }
+
+private:
+    bool canBeEntered() const { return access(m_path.constData(), X_OK) == 0; }
+
+    const QByteArray m_path;
+    struct stat m_made = {};
+    bool m_isUsable = false;
+};
 
 /// A pipe in the place of a template would block the command for ever.
 bool isMissingOrFile(const QByteArray& path)
 {
     struct stat status = {};
     return stat(path.constData(), &status) != 0 || S_ISREG(status.st_mode);
+}
+
+bool refuseToPack(const QByteArray& scratch)
+{
+    logX(1, "genFilePack: %s cannot be entered, so nothing is packed.", scratch.constData());
+    return false;
 }
 
 } // namespace
@@ -103,7 +134,9 @@ bool genFilePack(const char* name, int type)
     const QByteArray source =
         process + store::templates + "/" + (isCusUpd ? packing::macosClient : name) + packing::tarEnding;
     const QByteArray scratch = process + store::templates + "/" + store::temp;
-    ensureDirectory(scratch);
+    const Scratch place(scratch);
+    if (!place.isUsable())
+        return refuseToPack(scratch);
     const QByteArray unpack = "tar -zxvf \"" + source + "\" -C \"" + scratch + "\"";
     if (isMissingOrFile(source))
         runShellCommand(unpack);
@@ -127,10 +160,8 @@ bool genFilePack(const char* name, int type)
         target += QByteArray("_") + utl_OrvexShortVersion();
     target += packing::tarEnding;
     // The command would pack the working directory of the program instead.
-    if (!isOwnDirectory(scratch)) {
-        logX(1, "genFilePack: %s cannot be entered, so nothing is packed.", scratch.constData());
-        return false;
-    }
+    if (!place.isStillThere())
+        return refuseToPack(scratch);
     const QByteArray pack = "cd \"" + scratch + "\";tar zcvf \"" + target + "\" *";
     runShellCommand(pack);
     if (kind.script)

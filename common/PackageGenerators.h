@@ -28,8 +28,9 @@ void awaitFreeScratch();
 /// @param name  "OrvexClient_Linux64", "OrvexClient_MacOS" or "OrvexCusUpd"; the case of the latter two does not
 ///              matter for the layout
 /// @param type  0 setup, 1 update, 2 customised update
-/// @return      false when the process path or the version cannot be had, and when `template/Temp` is no directory of
-///              this user's that can be entered: then nothing is packed and a log line says so
+/// @return      false when the process path or the version cannot be had, and when `template/Temp` is no directory
+///              that can be entered, or was there before as another user's: then nothing is unpacked or packed and a
+///              log line says so
 bool genFilePack(const char* name, int type);
 
 /// Makes `OrvexSetup/OrvexClient_Linux64_<short version>.tar.gz`. False only when the process path cannot be had.

@@ -13,7 +13,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <cstring>
+#include <unistd.h>
 
 using installation::path;
 using installation::texts;
@@ -32,6 +34,31 @@ bool packQuietly(const char* name, int type)
 {
     const installation::QuietOutput quiet;
     return genFilePack(name, type);
+}
+
+/// What a scratch directory can meet with.
+enum Obstacle
+{
+    NoObstacle,
+    AnotherUser, // what is made belongs to somebody else
+    NoEntry,     // template/Temp cannot be entered
+    NoDirectory  // none is made
+};
+
+int refuseEntry(interposed::Access::Real real, const char* name, int mode)
+{
+    if (mode != X_OK || !QByteArray(name).endsWith("/template/Temp"))
+        return real(name, mode);
+    errno = EACCES;
+    return -1;
+}
+
+void putInTheWay(int obstacle)
+{
+    interposed::onAccess = obstacle == NoEntry ? refuseEntry : nullptr;
+    interposed::onGeteuid = nullptr;
+    if (obstacle == AnotherUser)
+        interposed::onGeteuid = [](interposed::Geteuid::Real real) { return real() + 1; };
 }
 
 } // namespace
@@ -74,6 +101,10 @@ private slots:
     void plainFileInPlaceOfTheOutputDirectoryStays();
     void nothingIsPackedWithoutAScratchOfItsOwn_data();
     void nothingIsPackedWithoutAScratchOfItsOwn();
+    void nothingIsPackedFromAnotherPlaceThanWasFilled_data();
+    void nothingIsPackedFromAnotherPlaceThanWasFilled();
+    void scratchMayBelongToAnotherOnceItIsMade_data();
+    void scratchMayBelongToAnotherOnceItIsMade();
     void leftOverStaysWhileACommandOfAnEarlierRunWorks_data();
     void leftOverStaysWhileACommandOfAnEarlierRunWorks();
 
@@ -531,37 +562,98 @@ void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn_data()
 {
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("inTheWay"); // a command that prepares the place
+    QTest::addColumn<int>("obstacle");
 
-    QTest::newRow("plain file, setup") << 0 << "echo in the way > Temp";
-    QTest::newRow("plain file, update") << 1 << "echo in the way > Temp";
-    QTest::newRow("plain file, customised update") << 2 << "echo in the way > Temp";
-    QTest::newRow("link to nowhere") << 0 << "ln -s nowhere/at/all Temp";
-    QTest::newRow("link to another directory") << 0 << "ln -s ../private Temp";
-    QTest::newRow("directory of another user") << 0 << "mkdir Temp";
+    QTest::newRow("plain file, setup") << 0 << "echo in the way > Temp" << int(NoObstacle);
+    QTest::newRow("plain file, update") << 1 << "echo in the way > Temp" << int(NoObstacle);
+    QTest::newRow("plain file, customised update") << 2 << "echo in the way > Temp" << int(NoObstacle);
+    QTest::newRow("link to nowhere") << 0 << "ln -s nowhere/at/all Temp" << int(NoObstacle);
+    QTest::newRow("link to another directory") << 0 << "ln -s ../private Temp" << int(NoObstacle);
+    QTest::newRow("directory of another user") << 0 << "mkdir Temp" << int(AnotherUser);
+    QTest::newRow("directory that cannot be entered") << 0 << "mkdir Temp" << int(NoEntry);
+    QTest::newRow("new directory that cannot be entered") << 0 << "true" << int(NoEntry);
+    QTest::newRow("no directory can be made") << 0 << "true" << int(NoDirectory);
 }
 
 void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
 {
     QFETCH(const int, type);
     QFETCH(const QString, inTheWay);
+    QFETCH(const int, obstacle);
     installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
     installation::writeFile(path(QStringLiteral("private/id_rsa")), "a key");
     installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), inTheWay}, path(QStringLiteral("template")));
-    const CommandRecorder recorder;
-    if (inTheWay.startsWith(QLatin1String("mkdir")))
-        interposed::onGeteuid = [](interposed::Geteuid::Real real) { return real() + 1; };
+    const CommandRecorder recorder(obstacle == NoDirectory ? CommandRecorder::RecordOnly : CommandRecorder::Run);
+    putInTheWay(obstacle);
     const bool isPacked = packQuietly("OrvexClient_Linux64", type);
-    interposed::onGeteuid = nullptr;
+    putInTheWay(NoObstacle);
     QVERIFY(!isPacked);
     const QStringList commands = installation::withoutRoot(recorder.commands());
-    QCOMPARE(commands.filter(QStringLiteral("tar zcvf")), QStringList());
-    QCOMPARE(commands.filter(QStringLiteral("/opt/apps")), QStringList());
+    QCOMPARE(commands.filter(QRegularExpression(QStringLiteral("^mkdir"))), commands);
     for (const char* name : {"OrvexSetup", "OrvexUpdate", "OrvexCusUpd"})
         QCOMPARE(installation::namesIn(path(QLatin1String(name))), QStringList());
+    QCOMPARE(installation::namesIn(path(QStringLiteral("private"))), texts({"id_rsa"}));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              QStringList(QStringLiteral("genFilePack: %1 cannot be entered, so nothing is packed.")
                              .arg(path(QStringLiteral("template/Temp")))));
     QVERIFY(QDir(path(QStringLiteral("private"))).removeRecursively());
+}
+
+void TstClientArchive::nothingIsPackedFromAnotherPlaceThanWasFilled_data()
+{
+    QTest::addColumn<QString>("change"); // a command, run before the customisation is copied
+    QTest::newRow("nothing at all") << "rm -r Temp";
+    QTest::newRow("plain file") << "rm -r Temp; touch Temp";
+    QTest::newRow("another directory") << "mv Temp Away; cp -r Away Temp";
+    QTest::newRow("link to the same directory") << "mv Temp Away; ln -s Away Temp";
+    QTest::newRow("link to another directory") << "mv Temp Away; ln -s ../work Temp";
+}
+
+void TstClientArchive::nothingIsPackedFromAnotherPlaceThanWasFilled()
+{
+    QFETCH(const QString, change);
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    QVERIFY(QDir(path(QStringLiteral("custom"))).removeRecursively());
+    QVERIFY(QDir().mkpath(path(QStringLiteral("work"))));
+    const CommandRecorder recorder(CommandRecorder::Run, [&](const QByteArray& command) {
+        if (command.startsWith("mkdir ") && command.contains("OrvexSetup"))
+            installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), change}, path(QStringLiteral("template")));
+    });
+    QVERIFY(!packQuietly("OrvexClient_Linux64", 0));
+    QCOMPARE(installation::withoutRoot(recorder.commands()).filter(QStringLiteral("tar zcvf")), QStringList());
+    QCOMPARE(installation::namesIn(path(QStringLiteral("OrvexSetup"))), QStringList());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")).size(), 1);
+}
+
+void TstClientArchive::scratchMayBelongToAnotherOnceItIsMade_data()
+{
+    QTest::addColumn<bool>("isByTemplate");
+    QTest::newRow("template with a member for the scratch itself") << true;
+    QTest::newRow("file system with one owner for all") << false;
+}
+
+void TstClientArchive::scratchMayBelongToAnotherOnceItIsMade()
+{
+    QFETCH(const bool, isByTemplate);
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    const QString archive = path(QStringLiteral("template/OrvexClient_Linux64.tar.gz"));
+    if (isByTemplate) {
+        // The superuser's tar gives the scratch to the owner that the member names.
+        installation::unpackTar(archive, work("making"));
+        installation::run(QStringLiteral("tar"),
+                          {QStringLiteral("-czf"), archive, QStringLiteral("--owner=12345"),
+                           QStringLiteral("--group=12345"), QStringLiteral("-C"), work("making"), QStringLiteral(".")});
+    }
+    putInTheWay(isByTemplate ? NoObstacle : AnotherUser);
+    const bool isPacked = packQuietly("OrvexClient_Linux64", 0);
+    putInTheWay(NoObstacle);
+    QVERIFY(isPacked);
+    const QString package = path(QStringLiteral("OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz"));
+    installation::unpackTar(package, work("package"));
+    QCOMPARE(installation::namesIn(work("package")), texts({"OrvexClient"}));
+    QCOMPARE(installation::describeTree(work("package/OrvexClient/custom")),
+             installation::describeTree(path(QStringLiteral("custom"))));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
 }
 
 void TstClientArchive::leftOverStaysWhileACommandOfAnEarlierRunWorks_data()
