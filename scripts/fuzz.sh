@@ -18,7 +18,7 @@ readonly mostFindings=5 # of a target, before it is given up
 scripts/setup-packages.sh clang libclang-rt-dev
 mkdir -p build/fuzz
 { cmake --preset fuzz && cmake --build --preset fuzz; } >build/fuzz/build.log 2>&1 ||
-    { cat build/fuzz/build.log && exit 1; }
+    { tail -n 40 build/fuzz/build.log && exit 1; }
 
 all=()
 for source in tests/fuzz/fuzz_*.cpp; do
