@@ -56,7 +56,7 @@ fuzz()
     : >"$log"
     while left=$((seconds - (SECONDS - begin))) && [ "$left" -gt 0 ] &&
         [ $(($(findingsOf "$target") - before)) -lt "$mostFindings" ]; do
-        run=$(nice -n 19 "build/fuzz/tests/fuzz/fuzz_$target" -max_total_time="$left" -max_len=65536 -timeout=30 \
+        run=$(nice -n 19 "build/fuzz/tests/fuzz/fuzz_$target" -max_total_time="$left" -max_len=65536 -timeout=120 -report_slow_units=60 \
             -rss_limit_mb=4096 -print_final_stats=1 -artifact_prefix="build/fuzz/findings/$target/" "${options[@]}" \
             "$corpus" 2>&1 | tee -a "$log" | sed -nE \
             -e 's/^stat::number_of_executed_units: *([0-9]+)$/executions \1/p' \
