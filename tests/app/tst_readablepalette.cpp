@@ -14,13 +14,13 @@ class TstReadablePalette : public QObject
 private slots:
     void cleanup();
 
+    void applicationStartsReadable();
     void contrastIsThatOfTheStandard_data();
     void contrastIsThatOfTheStandard();
     void selectedTextBecomesReadable_data();
     void selectedTextBecomesReadable();
     void readableSelectionStays();
     void nothingElseOfThePaletteChanges();
-    void applicationStartsReadable();
     void aPaletteOfTheDesktopIsMended();
 };
 
@@ -41,6 +41,13 @@ QPalette paletteWith(const QColor& text, const QColor& selection)
 void TstReadablePalette::cleanup()
 {
     QApplication::setPalette(QApplication::style()->standardPalette());
+}
+
+// The first of all, since cleanup() sets a palette.
+void TstReadablePalette::applicationStartsReadable()
+{
+    QCOMPARE(QApplication::style()->standardPalette().color(QPalette::HighlightedText), QColor(Qt::white));
+    QCOMPARE(QApplication::palette().color(QPalette::HighlightedText), QColor(Qt::black));
 }
 
 // Published values: #767676 is the lightest grey that passes on white, #777777 the first that does not.
@@ -104,13 +111,6 @@ void TstReadablePalette::nothingElseOfThePaletteChanges()
     for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
         readable.setColor(group, QPalette::HighlightedText, palette.color(group, QPalette::HighlightedText));
     QVERIFY(readable == palette);
-}
-
-void TstReadablePalette::applicationStartsReadable()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    QCOMPARE(palette.color(QPalette::HighlightedText), QColor(Qt::white));
-    QCOMPARE(QApplication::palette().color(QPalette::HighlightedText), QColor(Qt::black));
 }
 
 void TstReadablePalette::aPaletteOfTheDesktopIsMended()
