@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QEvent>
+#include <QFontInfo>
 #include <QPainter>
 
 namespace {
@@ -49,7 +50,10 @@ private:
         QColor colour = m_view.palette().color(QPalette::Text);
         colour.setAlphaF(0.75);
         QPainter painter(m_view.viewport());
-        painter.setFont(m_view.parentWidget()->font()); // the view's own may be smaller
+        // The view's own may be smaller. Without a size of its own the font would take that of the view.
+        QFont font = m_view.parentWidget()->font();
+        font.setPointSizeF(QFontInfo(font).pointSizeF());
+        painter.setFont(font);
         painter.setPen(colour);
         painter.drawText(m_view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
                          Qt::AlignCenter | Qt::TextWordWrap, m_text);

@@ -14,6 +14,7 @@ private slots:
     void cleanup();
 
     void emptyViewShowsTheHint();
+    void hintHasTheFontOfTheWidgetAround();
     void hintIsNoRow();
     void hintGoesWithTheFirstRow();
     void hintComesBackWithTheLastRow();
@@ -55,6 +56,16 @@ bool TstEmptyHint::isBlank() const
 void TstEmptyHint::emptyViewShowsTheHint()
 {
     QVERIFY(!isBlank());
+}
+
+void TstEmptyHint::hintHasTheFontOfTheWidgetAround()
+{
+    m_tree->setHeaderHidden(true); // its height follows the font of the view
+    const QImage before = shown(*m_tree);
+    QFont font = m_tree->font();
+    font.setPointSize(6);
+    m_tree->setFont(font);
+    QCOMPARE(shown(*m_tree), before);
 }
 
 void TstEmptyHint::hintIsNoRow()
