@@ -203,15 +203,30 @@ void showPackWindows(const QString& language, const Visit& visit)
     show(visit, QStringLiteral("place-of-updates"), place);
 }
 
-void showAdvanced(const QString& language, const Visit& visit)
+void showEditors(CustomInfo& record, const Visit& visit)
 {
-    CustomInfo record = sampleRecord(language);
     CustomAdvProperty advanced(nullptr);
     advanced.initalDialog(&record);
     showTabs(visit, QStringLiteral("advanced"), advanced);
     QVPNAdvProperty vpn(&advanced);
     vpn.setInital();
     showTabs(visit, QStringLiteral("vpn"), vpn);
+}
+
+void showDetails(CustomInfo& record, const Visit& visit)
+{
+    ShowDetailDlg detail(nullptr);
+    detail.onInitDialog(record);
+    showTabs(visit, QStringLiteral("detail"), detail);
+    QShowVpnAdv vpn(&detail);
+    vpn.setInital();
+    showTabs(visit, QStringLiteral("detail-vpn"), vpn);
+}
+
+void showAdvanced(const QString& language, const Visit& visit)
+{
+    CustomInfo record = sampleRecord(language);
+    showEditors(record, visit);
 
     CustomInfo fresh;
     CustomAdvProperty freshAdvanced(nullptr);
@@ -245,12 +260,7 @@ void showSmallDialogs(const QString& language, const Visit& visit)
 void showViews(const QString& language, const Visit& visit)
 {
     CustomInfo record = sampleRecord(language);
-    ShowDetailDlg detail(nullptr);
-    detail.onInitDialog(record);
-    showTabs(visit, QStringLiteral("detail"), detail);
-    QShowVpnAdv vpn(&detail);
-    vpn.setInital();
-    showTabs(visit, QStringLiteral("detail-vpn"), vpn);
+    showDetails(record, visit);
     for (int brand : {0, 1}) {
         g_ucAreaCode = static_cast<unsigned char>(brand);
         AboutInfoDlg about(nullptr);
@@ -346,18 +356,8 @@ void visitWindowsWithLongTexts(const QString& language, const Visit& visit)
     FinishDlg finish(nullptr);
     finish.initalDialog(&record);
     show(visit, QStringLiteral("finish"), finish);
-    CustomAdvProperty advanced(nullptr);
-    advanced.initalDialog(&record);
-    showTabs(visit, QStringLiteral("advanced"), advanced);
-    QVPNAdvProperty vpn(&advanced);
-    vpn.setInital();
-    showTabs(visit, QStringLiteral("vpn"), vpn);
-    ShowDetailDlg detail(nullptr);
-    detail.onInitDialog(record);
-    showTabs(visit, QStringLiteral("detail"), detail);
-    QShowVpnAdv detailVpn(&detail);
-    detailVpn.setInital();
-    showTabs(visit, QStringLiteral("detail-vpn"), detailVpn);
+    showEditors(record, visit);
+    showDetails(record, visit);
 }
 
 void visitDocumentedWindows(const QString& language, const Visit& visit)
