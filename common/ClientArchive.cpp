@@ -18,6 +18,9 @@
 #include <system_error>
 #include <thread>
 #include <unistd.h>
+#include <vector>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -78,6 +81,39 @@ bool isMissingOrFile(const QByteArray& path)
     return stat(path.constData(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
+bool isThere(const QByteArray& path)
+{
+    struct stat status = {};
+    return lstat(path.constData(), &status) == 0;
+}
+
+/// Removes all that can be removed. A directory of this user's opens itself for it; a link goes, its target stays.
+void removeTree(const fs::path& path)
+{
+    std::error_code error;
+    if (fs::symlink_status(path, error).type() == fs::file_type::directory) {
+        fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, error);
+        std::vector<fs::path> entries;
+        for (fs::directory_iterator entry(path, error); !error && entry != fs::directory_iterator();
+             entry.increment(error))
+            entries.push_back(entry->path());
+        for (const fs::path& entry : entries)
+            removeTree(entry);
+    }
+    fs::remove(path, error);
+}
+
+/// Whether the client is without a customisation, after an earlier one has been removed: the copying would leave its
+/// icons in the package. Nothing is removed behind a link.
+bool isFreeOfCustomisation(const QByteArray& client)
+{
+    const QByteArray left = client + "/" + store::custom;
+    std::error_code error;
+    if (isThere(left) && fs::canonical(client.constData(), error) == client.constData())
+        removeTree(left.constData());
+    return !isThere(left);
+}
+
 bool refuseToPack(const QByteArray& scratch)
 {
     logX(1, "genFilePack: %s cannot be entered, so nothing is packed.", scratch.constData());
@@ -99,11 +135,8 @@ void removeScratchLeftOver()
     if (!found)
         return;
     const QByteArray scratch = process + store::templates + "/" + store::temp;
-    struct stat status = {};
-    if (lstat(scratch.constData(), &status) != 0 || packing::processAtWork(process) != 0)
-        return;
-    std::error_code error; // what cannot be removed stays
-    std::filesystem::remove_all(scratch.constData(), error);
+    if (isThere(scratch) && packing::processAtWork(process) == 0)
+        removeTree(scratch.constData());
 }
 
 void awaitFreeScratch()
@@ -137,6 +170,11 @@ bool genFilePack(const char* name, int type)
     const Scratch place(scratch);
     if (!place.isUsable())
         return refuseToPack(scratch);
+    QByteArray client = scratch + (isBundle ? "/OrvexClient.pkg/Contents" : "/OrvexClient");
+    if (!isFreeOfCustomisation(client)) {
+        logX(1, "genFilePack: %s holds an earlier customisation, so nothing is packed.", client.constData());
+        return false;
+    }
     const QByteArray unpack = "tar -zxvf \"" + source + "\" -C \"" + scratch + "\"";
     if (isMissingOrFile(source))
         runShellCommand(unpack);
@@ -145,7 +183,6 @@ bool genFilePack(const char* name, int type)
 
     // The client exists by now, so the copy becomes a directory `custom` inside it.
     const QByteArray custom = process + store::custom;
-    QByteArray client = scratch + (isBundle ? "/OrvexClient.pkg/Contents" : "/OrvexClient");
     unsigned long error = 0;
     utl_CopyFilesForce(custom.constData(), client.data(), error);
 

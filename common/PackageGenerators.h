@@ -14,8 +14,8 @@ constexpr char cusUpdateScript[] = "/opt/apps/com.manager.orvex.amd/files/makeCu
 } // namespace packing
 
 /// Removes what stands at `template/Temp` while no generator runs, the left-over of a process that was killed in the
-/// midst of one; without a command. A link goes, what it points at stays. Where a command of an earlier process still
-/// works, all is left.
+/// midst of one; without a command. A link goes, what it points at stays, and so does what this user cannot remove.
+/// Where a command of an earlier process still works, all is left.
 void removeScratchLeftOver();
 
 /// Returns once no command of an earlier process works in `template/Temp` or writes a package any more. There is no
@@ -29,8 +29,8 @@ void awaitFreeScratch();
 ///              matter for the layout
 /// @param type  0 setup, 1 update, 2 customised update
 /// @return      false when the process path or the version cannot be had, and when `template/Temp` is no directory
-///              that can be entered, or was there before as another user's: then nothing is unpacked or packed and a
-///              log line says so
+///              that can be entered, was there before as another user's, or holds an earlier customisation that
+///              cannot be removed: then nothing is unpacked or packed and a log line says so
 bool genFilePack(const char* name, int type);
 
 /// Makes `OrvexSetup/OrvexClient_Linux64_<short version>.tar.gz`. False only when the process path cannot be had.

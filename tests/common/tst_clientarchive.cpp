@@ -107,6 +107,9 @@ private slots:
     void scratchMayBelongToAnotherOnceItIsMade();
     void leftOverStaysWhileACommandOfAnEarlierRunWorks_data();
     void leftOverStaysWhileACommandOfAnEarlierRunWorks();
+    void leftOverWithClosedDirectoriesIsRemoved();
+    void earlierCustomisationIsNotPackedAgain();
+    void nothingIsPackedOverAnEarlierCustomisation();
 
     void installationPathMayHoldBlanks();
     void executablePathOf259CharactersStopsTheGenerator_data();
@@ -116,7 +119,8 @@ private slots:
 void TstClientArchive::init()
 {
     installation::clear();
-    QDir(path(QStringLiteral("work"))).removeRecursively();
+    for (const char* name : {"work", "private"})
+        QDir(path(QLatin1String(name))).removeRecursively();
     // The log must not make its directory amid the commands.
     QVERIFY(QDir().mkpath(path(QStringLiteral("Log"))));
     QVERIFY(QDir().mkpath(path(QStringLiteral("template"))));
@@ -128,7 +132,8 @@ void TstClientArchive::init()
 void TstClientArchive::cleanup()
 {
     installation::clear();
-    QDir(path(QStringLiteral("work"))).removeRecursively();
+    for (const char* name : {"work", "private"})
+        QDir(path(QLatin1String(name))).removeRecursively();
 }
 
 void TstClientArchive::commandsAndLogFollowNameAndKind_data()
@@ -596,7 +601,6 @@ void TstClientArchive::nothingIsPackedWithoutAScratchOfItsOwn()
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              QStringList(QStringLiteral("genFilePack: %1 cannot be entered, so nothing is packed.")
                              .arg(path(QStringLiteral("template/Temp")))));
-    QVERIFY(QDir(path(QStringLiteral("private"))).removeRecursively());
 }
 
 void TstClientArchive::nothingIsPackedFromAnotherPlaceThanWasFilled_data()
@@ -697,6 +701,45 @@ void TstClientArchive::leftOverStaysWhileACommandOfAnEarlierRunWorks()
     QVERIFY(!QFile::exists(path(QStringLiteral("template/Temp"))));
 }
 
+void TstClientArchive::leftOverWithClosedDirectoriesIsRemoved()
+{
+    const QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    const installation::Outcome outcome =
+        installation::runCopy(directory.filePath(QStringLiteral("program")), texts({"leftover"}));
+    QVERIFY2(outcome.exitCode == 0, (outcome.output + outcome.errors).constData());
+    QCOMPARE(installation::namesIn(directory.filePath(QStringLiteral("template"))), QStringList());
+}
+
+void TstClientArchive::earlierCustomisationIsNotPackedAgain()
+{
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    installation::writeFile(path(QStringLiteral("template/Temp/OrvexClient/custom/below/Earlier.ico")), "earlier");
+    QVERIFY(
+        QFile::link(QStringLiteral("../../../../work"), path(QStringLiteral("template/Temp/OrvexClient/custom/to"))));
+    installation::writeFile(work("kept"), "kept");
+    QVERIFY(packQuietly("OrvexClient_Linux64", 0));
+    installation::comparePackage(path(QStringLiteral("OrvexSetup/OrvexClient_Linux64_7.2 (E0408).tar.gz")),
+                                 path(QStringLiteral("template/OrvexClient_Linux64.tar.gz")),
+                                 QStringLiteral("OrvexClient"));
+    QVERIFY(QFile::exists(work("kept")));
+}
+
+void TstClientArchive::nothingIsPackedOverAnEarlierCustomisation()
+{
+    installation::makeMixedTemplate(QStringLiteral("OrvexClient_Linux64"), QStringLiteral("OrvexClient"));
+    installation::writeFile(work("custom/Earlier.ico"), "earlier");
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template/Temp"))));
+    QVERIFY(QFile::link(QStringLiteral("../../work"), path(QStringLiteral("template/Temp/OrvexClient"))));
+    const CommandRecorder recorder;
+    QVERIFY(!packQuietly("OrvexClient_Linux64", 0));
+    QCOMPARE(recorder.commands(), QByteArrayList());
+    QVERIFY(QFile::exists(work("custom/Earlier.ico")));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList(QStringLiteral("genFilePack: %1 holds an earlier customisation, so nothing is packed.")
+                             .arg(path(QStringLiteral("template/Temp/OrvexClient")))));
+}
+
 void TstClientArchive::installationPathMayHoldBlanks()
 {
     const QTemporaryDir directory(path(QStringLiteral("blanks-XXXXXX")));
@@ -734,6 +777,22 @@ void TstClientArchive::executablePathOf259CharactersStopsTheGenerator()
     QCOMPARE(installation::callFromPathOfLength(length, QStringLiteral("genFilePack")), report);
 }
 
+/// In a copy: what an ordinary user's left-over becomes. The superuser, whom no mode holds up, turns into one.
+static int removeAsOrdinaryUser()
+{
+    constexpr uid_t nobody = 65534;
+    const char makeLeftOver[] = "cd template/Temp; mkdir -p OrvexClient/custom/shut OrvexClient/bin/sealed; "
+                                "touch OrvexClient/custom/shut/a OrvexClient/bin/tool OrvexClient/bin/sealed/b last; "
+                                "chmod 555 OrvexClient/custom/shut OrvexClient/bin; chmod 0 OrvexClient/bin/sealed";
+    if (!QDir().mkpath(path(QStringLiteral("template/Temp"))) || !QDir::setCurrent(installation::root()) ||
+        system(makeLeftOver) != 0)
+        return 1;
+    if (geteuid() == 0 && (system("chown -R 65534 .") != 0 || setresuid(nobody, nobody, nobody) != 0))
+        return 2;
+    removeScratchLeftOver();
+    return 0;
+}
+
 static int run(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
@@ -741,6 +800,8 @@ static int run(int argc, char** argv)
         utl_SetVersionStrings("V7.2-R0408E", QByteArray());
         return installation::reportCall([] { return genFilePack("OrvexClient_Linux64", 0); });
     }
+    if (argc == 2 && strcmp(argv[1], "leftover") == 0)
+        return removeAsOrdinaryUser();
     TstClientArchive test;
     return QTest::qExec(&test, argc, argv);
 }
