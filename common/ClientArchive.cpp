@@ -128,6 +128,11 @@ void packing::removeScratch(const char* processPath)
     utl_DelDirRecursively(scratch.constData());
 }
 
+void packing::removeIntermediate(const QByteArray& processPath, const char* directory, const QByteArray& setupName)
+{
+    unlink((processPath + directory + "/" + updatePrefix + setupName).constData());
+}
+
 void removeScratchLeftOver()
 {
     bool found = false;

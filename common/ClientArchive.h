@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 /// Kinds of package for genFilePack.
 enum PackKind
 {
@@ -19,5 +21,11 @@ constexpr char tarEnding[] = ".tar.gz";
 
 /// Deletes `template/Temp` below the directory of the executable.
 void removeScratch(const char* processPath);
+
+/// Removes the archive that a killed run has left for the ZIP of an update package; without a command.
+///
+/// @param directory  store::update or store::cusUpdate
+/// @param setupName  name of the archive without its prefix
+void removeIntermediate(const QByteArray& processPath, const char* directory, const QByteArray& setupName);
 
 } // namespace packing

@@ -47,6 +47,7 @@ bool utl_GenLinuxCusUpd(const char* timeString, const char* timeStamp)
         return false;
     if (!GenCommentFile(timeString, timeStamp, s_setupName, s_kindCusUpd, s_systemLinux64))
         logX(1, "utl_GenLinuxCusUpd:GenCommentFile 64 failed.");
+    packing::removeIntermediate(process, store::cusUpdate, s_setupName);
     if (!genCusPack())
         logX(1, "utl_GenLinuxCusUpd:genCusPack  failed.");
     if (!ZipUpdFiles(s_kindCusUpd, s_systemLinux64, true))
@@ -63,9 +64,12 @@ void utl_GenMacosCusUpd(const char* timeString, const char* timeStamp)
         return;
     if (!GenCommentFile(timeString, timeStamp, s_setupName, s_kindCusUpd, s_systemMacos))
         logX(1, "utl_GenMacosCusUpd:GenCommentFile  failed.");
-    if (!genFilePack(packing::cusUpdArchive, PackCusUpd))
+    packing::removeIntermediate(process, store::cusUpdate, s_setupName);
+    const bool isPacked = genFilePack(packing::cusUpdArchive, PackCusUpd);
+    if (!isPacked)
         logX(1, "utl_GenMacosCusUpd:genFilePack  failed.");
-    if (!ZipUpdFiles(s_kindCusUpd, s_systemMacos, false))
+    // Without a client the ZIP would be given a manifest that fits nothing in it.
+    if (!isPacked || !ZipUpdFiles(s_kindCusUpd, s_systemMacos, false))
         logX(1, "utl_GenMacosCusUpd:ZipUpdFiles  failed.");
     removeLeftOvers(process);
 }

@@ -99,15 +99,19 @@ struct UpdateNames
     const char* zipFailed;
 };
 
-/// Writes the manifest, the client archive and the ZIP of one update package, each whatever becomes of the others.
+/// Writes the manifest, the client archive and the ZIP of one update package, each whatever becomes of the others; but
+/// no ZIP when the packing of the client was refused.
 bool generateUpdate(const UpdateNames& names, const QByteArray& process, const char* timeString, const char* timeStamp)
 {
     const QByteArray setupName = QByteArray(names.client) + packing::tarEnding;
     if (!GenCommentFile(timeString, timeStamp, setupName.constData(), s_kindUpdate, names.os))
         logX(1, "%s", names.commentFailed);
-    if (!genFilePack(names.client, PackUpdate))
+    packing::removeIntermediate(process, store::update, setupName);
+    const bool isPacked = genFilePack(names.client, PackUpdate);
+    if (!isPacked)
         logX(1, "%s", names.packFailed);
-    if (!ZipUpdFiles(s_kindUpdate, names.os, true))
+    // Without a client the ZIP would be given a manifest that fits nothing in it.
+    if (!isPacked || !ZipUpdFiles(s_kindUpdate, names.os, true))
         logX(1, "%s", names.zipFailed);
     packing::removeScratch(process.constData());
     utl_DeleteFile((process + store::update + "/" + store::comment).constData());

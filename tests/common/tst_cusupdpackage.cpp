@@ -38,6 +38,9 @@ private slots:
     void onlyTheZipIsLeftBehind();
     void secondPackageLeavesNoStaleMember();
     void leftOverScratchIsRemovedAfterwards();
+    void archiveOfAKilledRunIsNotPutIntoTheZip_data();
+    void archiveOfAKilledRunIsNotPutIntoTheZip();
+    void clientThatIsNotPackedGivesNoZip();
 
     void startedElsewhereThePackageLacksTheCustomisation();
     void missingCustomisationStillGivesTheZip();
@@ -345,6 +348,34 @@ void TstCusUpdPackage::leftOverScratchIsRemovedAfterwards()
     QVERIFY(generateLinux());
     QVERIFY(!QFile::exists(path(QStringLiteral("template/Temp"))));
     compareWithCustomisation(archiveOfZip(linuxZip()), path(QStringLiteral("custom")));
+}
+
+void TstCusUpdPackage::archiveOfAKilledRunIsNotPutIntoTheZip_data()
+{
+    QTest::addColumn<bool>("macos");
+    QTest::newRow("Linux") << false;
+    QTest::newRow("macOS") << true;
+}
+
+void TstCusUpdPackage::archiveOfAKilledRunIsNotPutIntoTheZip()
+{
+    QFETCH(const bool, macos);
+    installation::writeFile(path(QStringLiteral("OrvexCusUpd/Dot1X_OrvexCusUpd.tar.gz")), "of a killed run");
+    const installation::FailingTool tar(QStringLiteral("tar"));
+    generate(macos);
+    QCOMPARE(installation::zipMembers(macos ? macosZip() : linuxZip()), texts({"comment.txt"}));
+}
+
+void TstCusUpdPackage::clientThatIsNotPackedGivesNoZip()
+{
+    installation::writeFile(path(QStringLiteral("OrvexCusUpd/Dot1X_OrvexCusUpd.tar.gz")), "of a killed run");
+    // No scratch directory is made.
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    generateMacos();
+    QVERIFY(!QFile::exists(path(QStringLiteral("OrvexCusUpd/Dot1X_OrvexCusUpd.tar.gz"))));
+    QCOMPARE(installation::withoutRoot(recorder.commands()).filter(QStringLiteral("7za")), QStringList());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")).mid(1),
+             texts({"utl_GenMacosCusUpd:genFilePack  failed.", "utl_GenMacosCusUpd:ZipUpdFiles  failed."}));
 }
 
 void TstCusUpdPackage::startedElsewhereThePackageLacksTheCustomisation()

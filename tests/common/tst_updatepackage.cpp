@@ -59,6 +59,10 @@ private slots:
     void secondUpdateLeavesNoStaleMember();
     void updateOfAnotherVersionIsAZipOfItsOwn();
 
+    void archiveOfAKilledRunIsNotPutIntoTheZip_data();
+    void archiveOfAKilledRunIsNotPutIntoTheZip();
+    void clientThatIsNotPackedGivesNoZip_data();
+    void clientThatIsNotPackedGivesNoZip();
     void missingTemplateStillGivesTheZip();
     void damagedTemplateStillGivesTheZip();
     void missingCustomisationStillGivesTheZip();
@@ -695,6 +699,43 @@ void TstUpdatePackage::updateOfAnotherVersionIsAZipOfItsOwn()
     QVERIFY(generate(utl_GenLinuxUpdate));
     QCOMPARE(installation::namesIn(path(QStringLiteral("OrvexUpdate"))),
              texts({"OrvexUpdate7.2 (E0408)_64.zip", "OrvexUpdate7.3 (H0500)_64.zip"}));
+}
+
+void TstUpdatePackage::archiveOfAKilledRunIsNotPutIntoTheZip_data()
+{
+    packageHoldsManifestAndClient_data();
+}
+
+void TstUpdatePackage::archiveOfAKilledRunIsNotPutIntoTheZip()
+{
+    QFETCH(const Generator, generator);
+    QFETCH(const QString, output);
+    QFETCH(const QString, member);
+    installation::writeFile(path(QLatin1String("OrvexUpdate/") + member), "of a killed run");
+    const installation::FailingTool tar(QStringLiteral("tar"));
+    QVERIFY(generate(generator));
+    QCOMPARE(installation::zipMembers(path(output)), texts({"comment.txt"}));
+}
+
+void TstUpdatePackage::clientThatIsNotPackedGivesNoZip_data()
+{
+    packageHoldsManifestAndClient_data();
+}
+
+void TstUpdatePackage::clientThatIsNotPackedGivesNoZip()
+{
+    QFETCH(const Generator, generator);
+    QFETCH(const QString, member);
+    installation::writeFile(path(QLatin1String("OrvexUpdate/") + member), "of a killed run");
+    // No scratch directory is made.
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    QVERIFY(generate(generator));
+    QVERIFY(!QFile::exists(path(QLatin1String("OrvexUpdate/") + member)));
+    QCOMPARE(installation::withoutRoot(recorder.commands()).filter(QStringLiteral("7za")), QStringList());
+    const QStringList errors = installation::logMessages(QStringLiteral("[ERR]"));
+    QCOMPARE(errors.filter(QStringLiteral("cannot be entered, so nothing is packed.")).size(), 1);
+    QCOMPARE(errors.filter(QRegularExpression(QStringLiteral(":genFilePack .*failed"))).size(), 1);
+    QCOMPARE(errors.filter(QRegularExpression(QStringLiteral(":ZipUpdFiles .*failed"))).size(), 1);
 }
 
 void TstUpdatePackage::missingTemplateStillGivesTheZip()

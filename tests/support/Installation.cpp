@@ -362,4 +362,17 @@ QuietOutput::~QuietOutput()
     close(m_saved);
 }
 
+FailingTool::FailingTool(const QString& name) : m_path(qgetenv("PATH"))
+{
+    const QString tool = m_directory.filePath(name);
+    writeFile(tool, "#!/bin/sh\nexit 1\n");
+    QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner);
+    qputenv("PATH", QFile::encodeName(m_directory.path()) + ':' + m_path);
+}
+
+FailingTool::~FailingTool()
+{
+    qputenv("PATH", m_path);
+}
+
 } // namespace installation

@@ -4,6 +4,7 @@
 #include <QByteArrayList>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <initializer_list>
@@ -108,6 +109,20 @@ public:
 
 private:
     int m_saved;
+};
+
+/// While it lives, a command of that name ends with an error and does nothing.
+class FailingTool
+{
+public:
+    explicit FailingTool(const QString& name);
+    ~FailingTool();
+    FailingTool(const FailingTool&) = delete;
+    FailingTool& operator=(const FailingTool&) = delete;
+
+private:
+    QTemporaryDir m_directory;
+    QByteArray m_path;
 };
 
 } // namespace installation
