@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,48 +45,99 @@ QByteArray commentText(const char* timeString, const char* timeStamp, const char
     return text;
 }
 
-// The end-of-central-directory record of a ZIP (APPNOTE 4.3.16).
+// Records of a ZIP (APPNOTE 4.3.7, 4.3.12, 4.3.16).
+constexpr char s_memberSignature[] = "PK\3\4";
+constexpr char s_headerSignature[] = "PK\1\2";
 constexpr char s_endSignature[] = "PK\5\6";
+constexpr int s_headerSize = 46;
 constexpr int s_endSize = 22;
 constexpr int s_longestComment = 65535;
+constexpr quint64 s_isElsewhere = 0xFFFFFFFF; // the value stands in a record of 64 bits
 
-/// Whether the ZIP ends in such a record, which names a central directory before it.
+class ZipFile
+{
+public:
+    explicit ZipFile(const QByteArray& path) : m_file(fopen(path.constData(), "rbe")) {}
+    ~ZipFile()
+    {
+        if (m_file)
+            fclose(m_file);
+    }
+    ZipFile(const ZipFile&) = delete;
+    ZipFile& operator=(const ZipFile&) = delete;
+
+    bool isOpen() const { return m_file != nullptr; }
+
+    /// As many bytes as there are, at most `size`.
+    QByteArray read(quint64 offset, int size) const
+    {
+        QByteArray bytes(size, '\0');
+        const bool isThere =
+            offset <= quint64(std::numeric_limits<off_t>::max()) && fseeko(m_file, off_t(offset), SEEK_SET) == 0;
+        bytes.truncate(isThere ? int(fread(bytes.data(), 1, size_t(size), m_file)) : 0);
+        return bytes;
+    }
+
+private:
+    FILE* const m_file;
+};
+
+/// Whether the central directory begins at that place, and its first member where it says.
+///
+/// @param offset  of the directory as the record has it: what stands in front of the ZIP is not counted in it
+bool isDirectory(const ZipFile& zip, quint64 place, quint64 offset)
+{
+    const QByteArray header = zip.read(place, s_headerSize);
+    if (header.size() < s_headerSize || !header.startsWith(s_headerSignature))
+        return false;
+    const quint64 member = qFromLittleEndian<quint32>(header.constData() + 42);
+    return member == s_isElsewhere || zip.read(place - offset + member, 4) == s_memberSignature;
+}
+
+/// Whether the ZIP ends in a record that names a central directory before it.
 ///
 /// @param tail    the last bytes of the file, up to the longest possible record
 /// @param before  bytes of the file before them
-bool endsInDirectory(const QByteArray& tail, quint64 before)
+bool endsInDirectory(const ZipFile& zip, const QByteArray& tail, quint64 before)
 {
     for (int at = tail.lastIndexOf(s_endSignature); at >= 0;
          at = at > 0 ? tail.lastIndexOf(s_endSignature, at - 1) : -1) {
         if (at + s_endSize > tail.size())
             continue;
         const char* const record = tail.constData() + at;
+        const quint64 members = qFromLittleEndian<quint16>(record + 10);
         const quint64 size = qFromLittleEndian<quint32>(record + 12);
         const quint64 offset = qFromLittleEndian<quint32>(record + 16);
         const int comment = qFromLittleEndian<quint16>(record + 20);
-        // These values stand in a record of 64 bits instead.
-        const bool isElsewhere = size == 0xFFFFFFFF || offset == 0xFFFFFFFF;
-        if (at + s_endSize + comment == tail.size() && (isElsewhere || offset + size <= before + quint64(at)))
+        if (at + s_endSize + comment != tail.size())
+            continue;
+        if (size == s_isElsewhere || offset == s_isElsewhere)
+            return true;
+        const quint64 end = before + quint64(at);
+        if (offset + size <= end &&
+            (members == 0 || isDirectory(zip, offset, offset) || isDirectory(zip, end - size, offset)))
             return true;
     }
     return false;
 }
 
-/// Removes a ZIP that was cut short: the archiver cannot update it and would leave it as it is. Without a command.
+/// Removes a ZIP that is damaged: the archiver cannot update it and would leave it as it is. Without a command.
 void removeDamagedZip(const QByteArray& path)
 {
     struct stat status = {};
     if (stat(path.constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return;
-    FILE* file = fopen(path.constData(), "rb");
-    if (!file)
-        return;
-    const off_t tailSize = std::min<off_t>(status.st_size, s_endSize + s_longestComment);
-    QByteArray tail(int(tailSize), '\0');
-    const bool isRead = fseeko(file, status.st_size - tailSize, SEEK_SET) == 0 &&
-                        fread(tail.data(), 1, size_t(tailSize), file) == size_t(tailSize);
-    fclose(file);
-    if (isRead && !endsInDirectory(tail, quint64(status.st_size - tailSize)))
+    bool isDamaged = false;
+    {
+        const ZipFile zip(path);
+        if (!zip.isOpen())
+            return;
+        const off_t tailSize = std::min<off_t>(status.st_size, s_endSize + s_longestComment);
+        const quint64 before = quint64(status.st_size - tailSize);
+        const QByteArray tail = zip.read(before, int(tailSize));
+        isDamaged = tail.size() == tailSize && !endsInDirectory(zip, tail, before);
+    }
+    if (isDamaged)
         unlink(path.constData());
 }
 

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 #include <cstring>
@@ -41,6 +42,8 @@ private slots:
     void earlierZipIsNotDeletedButUpdatedInPlace();
     void damagedZipIsMadeAnew_data();
     void damagedZipIsMadeAnew();
+    void zipWithABrokenFrontIsMadeAnew_data();
+    void zipWithABrokenFrontIsMadeAnew();
     void wholeZipStays_data();
     void wholeZipStays();
     void whatIsNoFileInPlaceOfTheZipStays();
@@ -480,26 +483,92 @@ void TstUpdatePackage::damagedZipIsMadeAnew()
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
 }
 
+void TstUpdatePackage::zipWithABrokenFrontIsMadeAnew_data()
+{
+    QTest::addColumn<QByteArray>("from"); // the first of these signatures
+    QTest::addColumn<int>("length");      // bytes set to 0
+    QTest::newRow("first member") << QByteArray("PK\3\4") << 4;
+    QTest::newRow("first half") << QByteArray("PK\3\4") << 600;
+    QTest::newRow("first header of the directory") << QByteArray("PK\1\2") << 4;
+    QTest::newRow("place of the first member") << QByteArray("PK\1\2") << 46;
+}
+
+void TstUpdatePackage::zipWithABrokenFrontIsMadeAnew()
+{
+    QFETCH(const QByteArray, from);
+    QFETCH(const int, length);
+    QByteArray broken = makeEarlierZip();
+    QVERIFY(broken.indexOf(from) >= 0);
+    broken.replace(broken.indexOf(from), length, QByteArray(length, '\0'));
+    installation::writeFile(linuxZip(), broken);
+    QVERIFY(!zipQuietly());
+    QStringList members = installation::zipMembers(linuxZip());
+    members.sort();
+    QCOMPARE(members, texts({"Dot1X_OrvexClient_Linux64.tar.gz", "comment.txt"}));
+}
+
 void TstUpdatePackage::wholeZipStays_data()
 {
+    QTest::addColumn<QByteArray>("inFront");
+    QTest::addColumn<bool>("isCounted"); // whether the offsets count what stands in front
+    QTest::addColumn<bool>("isZip64");
     QTest::addColumn<QByteArray>("comment");
 
-    QTest::newRow("without a comment") << QByteArray();
-    QTest::newRow("with a comment") << QByteArray("made by hand");
-    QTest::newRow("with the longest comment") << QByteArray(65535, 'c');
-    QTest::newRow("with the signature in the comment") << QByteArray("PK\5\6 and PK\5\6");
+    QTest::newRow("without a comment") << QByteArray() << true << false << QByteArray();
+    QTest::newRow("with a comment") << QByteArray() << true << false << QByteArray("made by hand");
+    QTest::newRow("with the longest comment") << QByteArray() << true << false << QByteArray(65535, 'c');
+    QTest::newRow("with the signature in the comment")
+        << QByteArray() << true << false << QByteArray("PK\5\6 and PK\5\6");
+    QTest::newRow("behind a program") << QByteArray(3000, 'p') << true << false << QByteArray();
+    QTest::newRow("behind a program that is not counted") << QByteArray(3000, 'p') << false << false << QByteArray();
+    QTest::newRow("ZIP64") << QByteArray() << true << true << QByteArray();
+    QTest::newRow("ZIP64 with a comment") << QByteArray() << true << true << QByteArray("made by hand");
 }
 
 void TstUpdatePackage::wholeZipStays()
 {
+    QFETCH(const QByteArray, inFront);
+    QFETCH(const bool, isCounted);
+    QFETCH(const bool, isZip64);
     QFETCH(const QByteArray, comment);
     QByteArray whole = makeEarlierZip();
-    whole[whole.size() - 2] = char(comment.size() & 0xFF);
-    whole[whole.size() - 1] = char(comment.size() >> 8);
-    installation::writeFile(linuxZip(), whole + comment);
+    const auto number = [](quint64 value, int bytes) {
+        QByteArray text;
+        for (int byte = 0; byte < bytes; ++byte)
+            text += char(value >> (8 * byte) & 0xFF);
+        return text;
+    };
+    const int end = whole.size() - 22;
+    const quint64 directorySize = qFromLittleEndian<quint32>(whole.constData() + end + 12);
+    const quint64 directory = qFromLittleEndian<quint32>(whole.constData() + end + 16);
+    if (isZip64) {
+        // The record of 64 bits and its locator (APPNOTE 4.3.14, 4.3.15).
+        const QByteArray large = QByteArray("PK\6\6") + number(44, 8) + number(45, 2) + number(45, 2) + number(0, 8) +
+                                 number(2, 8) + number(2, 8) + number(directorySize, 8) + number(directory, 8);
+        const QByteArray locator = QByteArray("PK\6\7") + number(0, 4) + number(quint64(end), 8) + number(1, 4);
+        whole.replace(end + 12, 8, QByteArray(8, '\xFF'));
+        whole.insert(end, large + locator);
+    }
+    if (isCounted && !inFront.isEmpty()) {
+        whole.replace(end + 16, 4, number(directory + quint64(inFront.size()), 4));
+        for (int header = whole.indexOf("PK\1\2"); header >= 0; header = whole.indexOf("PK\1\2", header + 1))
+            whole.replace(
+                header + 42, 4,
+                number(qFromLittleEndian<quint32>(whole.constData() + header + 42) + quint64(inFront.size()), 4));
+    }
+    whole.replace(whole.size() - 2, 2, number(quint64(comment.size()), 2));
+    whole = inFront + whole + comment;
+    installation::writeFile(linuxZip(), whole);
+    // The archiver can read it, and update it but for one with a stub, which is no reason to take that away.
+    const QString copy = path(QStringLiteral("work/copy.zip"));
+    installation::writeFile(copy, whole);
+    const bool hasStub = isCounted && !inFront.isEmpty();
+    installation::run(QStringLiteral(ORVEX_ARCHIVER),
+                      {QLatin1String(hasStub ? "t" : "a"), copy, QStringLiteral("comment.txt")},
+                      path(QStringLiteral("OrvexUpdate")));
     const CommandRecorder recorder(CommandRecorder::RecordOnly);
     QVERIFY(!zipQuietly());
-    QVERIFY(installation::readFile(linuxZip()) == whole + comment);
+    QVERIFY(installation::readFile(linuxZip()) == whole);
 }
 
 void TstUpdatePackage::whatIsNoFileInPlaceOfTheZipStays()
