@@ -11,7 +11,7 @@ scripts/setup-packages.sh valgrind
 [ $# -gt 0 ] || set -- base64 basedqtxmlparser clientsections commitsteps custominfo custominfoverify customxmlparser des fieldcipher keygen \
     lint md5 plaindocument storedhistory verification version vpnsections
 mkdir -p build/memory/reports
-{ cmake --preset release && cmake --build --preset release --target $(printf 'tst_%s ' "$@"); } >build/memory/build.log 2>&1 ||
+{ cmake --preset release && cmake --build --preset release --target "${@/#/tst_}"; } >build/memory/build.log 2>&1 ||
     { tail -n 40 build/memory/build.log && exit 1; }
 
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TZ=Asia/Shanghai

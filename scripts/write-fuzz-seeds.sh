@@ -20,7 +20,7 @@ mkdir -p "$raw"/{base64,cipher,document,language,package,plain,verification,vif}
 
 # A client of a few files, and pictures of a few bytes.
 store=$work/store
-mkdir -p -m 700 "$work/run"
+mkdir -m 700 "$work/run"
 mkdir -p "$store"/{Resources,template} "$work/client/OrvexClient/bin" "$work/icons"
 manager=$(find "$built" -name OrvexManager -type f -perm -u+x | head -n 1)
 cp "$manager" "$(dirname "$manager")/7za" "$store"
