@@ -3,14 +3,18 @@
 # palette, with fonts of 9 to 14 pt. Leaves the pictures and a contact sheet, index.html, in DIR (build/gallery), prints
 # what is clipped, elided, overlapping or unreadable, and ends with 1 when there is anything.
 #
-# --documents writes the pictures of the documents, docs/pictures, anew.
+# --check takes no pictures. --documents writes the pictures of the documents, docs/pictures, anew.
 #
-# usage: scripts/gallery.sh [DIR | --documents]
+# usage: scripts/gallery.sh [DIR | --check | --documents]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-cmake --preset release >/dev/null
-cmake --build --preset release --target orvex_screenshots >/dev/null
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+{ cmake --preset release && cmake --build --preset release --target orvex_screenshots; } >"$log" 2>&1 || {
+    cat "$log" >&2
+    exit 2
+}
 program=$PWD/build/release/tests/screenshots/orvex_screenshots
 
 # SCALE SCREEN ARGUMENT...: on a screen of that many pixels of its own, with nothing but the complaints to be seen.
@@ -27,12 +31,16 @@ if [ "${1:-}" = --documents ]; then
     exit
 fi
 
-pictures=$(realpath -m "${1:-build/gallery}")
-rm -rf "$pictures"/{100,150,200,index.html}
-mkdir -p "$pictures"
+what=(--check)
+if [ "${1:-}" != --check ]; then
+    pictures=$(realpath -m "${1:-build/gallery}")
+    rm -rf "$pictures"/{100,150,200,index.html}
+    mkdir -p "$pictures"
+    what=(--gallery "$pictures")
+fi
 status=0
-play 1 1280x1024 --gallery "$pictures" || status=1
-play 1.5 1920x1200 --gallery "$pictures" || status=1
-play 2 2560x1600 --gallery "$pictures" || status=1
-echo "$pictures/index.html"
+play 1 1280x1024 "${what[@]}" || status=1
+play 1.5 1920x1200 "${what[@]}" || status=1
+play 2 2560x1600 "${what[@]}" || status=1
+[ "${1:-}" = --check ] || echo "$pictures/index.html"
 exit "$status"

@@ -67,6 +67,7 @@ void appendToContactSheet(const QString& directory, const QString& scale, const 
     file.write(html.toUtf8());
 }
 
+/// Without a directory no pictures are taken.
 void makeGallery(const QString& directory, const QVector<Look>& looks)
 {
     const QString scale = QString::number(qRound(qApp->devicePixelRatio() * 100));
@@ -78,10 +79,12 @@ void makeGallery(const QString& directory, const QVector<Look>& looks)
                 pages.append(page);
             for (const QString& complaint : complaintsAbout(window))
                 s_complaints.append(QStringLiteral("%1 % %2 %3: %4").arg(scale, look.name(), page, complaint));
-            savePicture(window, QStringLiteral("%1/%2/%3/%4.png").arg(directory, scale, look.name(), page));
+            if (!directory.isEmpty())
+                savePicture(window, QStringLiteral("%1/%2/%3/%4.png").arg(directory, scale, look.name(), page));
         });
     }
-    appendToContactSheet(directory, scale, looks, pages);
+    if (!directory.isEmpty())
+        appendToContactSheet(directory, scale, looks, pages);
 }
 
 /// The pictures of the documents, in the light palette and the font of an undecorated desktop.
@@ -107,23 +110,31 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(
         QStringLiteral("orvex_screenshots-%1").arg(QCoreApplication::applicationPid()));
     CMyApplication application(argc, argv);
-    const QString what = argc == 3 ? QString::fromLocal8Bit(argv[1]) : QString();
-    const QString directory = argc == 3 ? QString::fromLocal8Bit(argv[2]) : QString();
     if (application.m_bAlreadyRunning) {
         fprintf(stderr, "another process of the same build is running\n");
         return 2;
     }
-    QDir().mkpath(directory);
-    if (what == QLatin1String("--gallery")) {
-        makeGallery(directory, everyLook());
-    } else if (what == QLatin1String("--default")) {
-        makeGallery(directory, {{QStringLiteral("en")}, {QStringLiteral("zh")}});
-    } else if (what == QLatin1String("--documents")) {
-        makeDocumentPictures(directory);
-    } else {
-        fprintf(stderr, "usage: orvex_screenshots --gallery|--default|--documents DIRECTORY\n");
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    const QString what = arguments.value(0);
+    const QString directory = arguments.value(1);
+    const bool takesDirectory =
+        QStringList{QStringLiteral("--gallery"), QStringLiteral("--default"), QStringLiteral("--documents")}.contains(
+            what);
+    const bool isUnderstood =
+        takesDirectory ? arguments.size() == 2 : arguments == QStringList{QStringLiteral("--check")};
+    if (!isUnderstood) {
+        fprintf(stderr, "usage: orvex_screenshots --check | --gallery DIRECTORY | --default DIRECTORY |"
+                        " --documents DIRECTORY\n");
         return 2;
     }
+    if (takesDirectory)
+        QDir().mkpath(directory);
+    if (what == QLatin1String("--default"))
+        makeGallery(directory, {{QStringLiteral("en")}, {QStringLiteral("zh")}});
+    else if (what == QLatin1String("--documents"))
+        makeDocumentPictures(directory);
+    else
+        makeGallery(directory, everyLook());
     for (const QString& complaint : qAsConst(s_complaints))
         printf("%s\n", complaint.toUtf8().constData());
     return s_complaints.isEmpty() ? 0 : 1;
