@@ -109,6 +109,8 @@ bool utl_GenCustomInfoVerify(unsigned long* out, char* xmlPath)
         return fail(out, 303);
     const size_t length = fread(s_uszCustomInfoBuf, 1, size, document);
     fclose(document);
+    if (length != size)
+        return fail(out, 303);
 
     unsigned char digest[s_digestLength];
     makeDigest(digest, s_uszCustomInfoBuf, length, block, key, keyLength);

@@ -163,7 +163,9 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working)
     formatCustomInfo(parser, record);
     copyIcons(record.gui, working);
     parser.SaveFile(QString::fromLocal8Bit(path));
-    return path;
+    struct stat status = {};
+    // A name that is none has no verification.
+    return !parser.isSaved() && lstat(path.constData(), &status) == 0 ? QByteArray() : path;
 }
 
 void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working)

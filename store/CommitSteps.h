@@ -32,7 +32,7 @@ void stamp(CommonInfo& common, long long now, unsigned char brand);
 /// removed, so that it has no verification; nothing else here reports a failure.
 ///
 /// @param working  with a trailing slash
-/// @return         path of the document
+/// @return         path of the document; empty, which has no verification either, when it could not even be removed
 QByteArray writeDocument(CustomInfo& record, const QByteArray& working);
 
 /// Copies the chosen icons under their fixed names and makes them readable for all.

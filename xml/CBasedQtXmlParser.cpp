@@ -184,13 +184,13 @@ bool CBasedQtXmlParser::SaveXmlFile(const QString& path)
     stream.setCodec("UTF-8");
     stream << m_qstrXML;
     stream.flush();
-    const bool isWhole = stream.status() == QTextStream::Ok && file.flush();
-    file.close();
-    if (isWhole)
+    const bool isFlushed = stream.status() == QTextStream::Ok && file.flush();
+    file.close(); // some file systems refuse what was written only now
+    if (isFlushed && file.error() == QFileDevice::NoError)
         return true;
     // What is cut short must not pass for a document. A device stays where it is.
-    if (QFileInfo(path).isFile())
-        file.remove();
+    if (QFileInfo(path).isFile() && !file.remove())
+        logX(1, "SaveXmlFile: can not remove file!");
     logX(1, "SaveXmlFile: can not write file!");
     return false;
 }

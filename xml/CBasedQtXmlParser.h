@@ -23,7 +23,7 @@ public:
     /// Parses the content of a file, as LoadXmlFile does.
     bool LoadXmlBytes(const QByteArray& bytes);
     /// Writes the document as UTF-8 with an indentation of 4. When the document cannot be serialised the file stays
-    /// truncated; a file that could not be written whole is removed.
+    /// truncated; a file that could not be written whole is removed. False when it is not whole.
     bool SaveXmlFile(const QString& path);
     /// Serialises the document into the text of the last serialisation, with indentation 4, or without any line feed
     /// of its own when `compact` is set, less the first line feed that is there.

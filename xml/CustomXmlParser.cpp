@@ -20,7 +20,7 @@ void CustomXmlParser::FormatFoundXML()
 
 int CustomXmlParser::SaveFile(const QString& path)
 {
-    SaveXmlFile(path);
+    m_isSaved = SaveXmlFile(path);
     return 1;
 }
 

@@ -51,6 +51,8 @@ public:
 
     /// Always 1, also when the file cannot be written.
     int SaveFile(const QString& path);
+    /// Whether the last SaveFile wrote the whole document.
+    bool isSaved() const { return m_isSaved; }
     /// 0 for an empty path or a file that cannot be loaded; a path equal to the one last given, without regard to
     /// case, is not loaded again.
     int LoadFile(const QString& path);
@@ -72,5 +74,6 @@ private:
     void forEachItem(const QDomElement& list, const char* name, const std::function<void()>& readItem);
 
     bool m_documentLoaded = false; // by loadDocument
+    bool m_isSaved = false;
     QString m_strFilePath;         // the path last given to LoadFile
 };

@@ -163,6 +163,7 @@ private slots:
     void generatingRefusesADocumentThatDoesNotOpen_data();
     void generatingRefusesADocumentThatDoesNotOpen();
     void generatingRefusesAnUnreadableDocument();
+    void generatingRefusesADocumentThatIsCutMeanwhile();
     void generatingNeverWaitsForAPipe();
     void refusedDocumentKeepsTheOldFile_data();
     void refusedDocumentKeepsTheOldFile();
@@ -389,6 +390,22 @@ void TstCustomInfoVerify::generatingRefusesAnUnreadableDocument()
     const Generated answer = generate(documentPath());
     QCOMPARE(answer.done, false);
     QCOMPARE(answer.number, 303UL);
+}
+
+void TstCustomInfoVerify::generatingRefusesADocumentThatIsCutMeanwhile()
+{
+    installation::writeFile(documentPath(), document);
+    interposed::onOpen = [](interposed::Open::Real real, const char* path, int flags, mode_t mode) {
+        if (documentPath().toLocal8Bit() == path && truncate(path, 10) != 0)
+            return -1;
+        return real(path, flags, mode);
+    };
+    const Generated answer = generate(documentPath());
+    interposed::onOpen = nullptr;
+    QCOMPARE(QFileInfo(documentPath()).size(), 10);
+    QCOMPARE(answer.done, false);
+    QCOMPARE(answer.number, 303UL);
+    QVERIFY(!QFile::exists(generatedPath()));
 }
 
 void TstCustomInfoVerify::generatingNeverWaitsForAPipe()

@@ -2,7 +2,9 @@
 #include "store/CommitSteps.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
+#include "support/FullDisk.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
 #include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
@@ -10,6 +12,7 @@
 #include <QDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <sys/stat.h>
 
 using installation::path;
@@ -52,6 +55,7 @@ private slots:
     void aNeighbourOfTheInstallationKeepsItsMode();
     void theVerificationFitsTheDocument();
     void withoutADocumentThereIsNoVerification();
+    void aCutDocumentThatStaysHasNoVerification();
     void theCopyHoldsAllButHiddenNames();
     void theDirectoryOfTheCopyIsNamedBySigned32Bits_data();
     void theDirectoryOfTheCopyIsNamedBySigned32Bits();
@@ -368,6 +372,26 @@ void TstCommitSteps::withoutADocumentThereIsNoVerification()
     QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
     QVERIFY(!store::writeVerification(root() + "/custom/OrvexCustom.xml"));
     QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), QStringList());
+}
+
+void TstCommitSteps::aCutDocumentThatStaysHasNoVerification()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    CustomInfo record;
+    interposed::onUnlink = [](interposed::Unlink::Real, const char*) {
+        errno = EACCES;
+        return -1;
+    };
+    QByteArray document;
+    {
+        const FullDisk disk(4096);
+        document = store::writeDocument(record, directories().working);
+    }
+    const bool isVerified = store::writeVerification(document);
+    interposed::onUnlink = nullptr;
+    QCOMPARE(QFileInfo(path(QStringLiteral("custom/OrvexCustom.xml"))).size(), 4096);
+    QVERIFY(!isVerified);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), texts({"OrvexCustom.xml"}));
 }
 
 void TstCommitSteps::theCopyHoldsAllButHiddenNames()

@@ -13,6 +13,7 @@ std::atomic<bool> isFrozenTimeTicking{false};
 namespace interposed {
 
 Access::Hook onAccess = nullptr;
+Close::Hook onClose = nullptr;
 Fcntl::Hook onFcntl = nullptr;
 Geteuid::Hook onGeteuid = nullptr;
 Open::Hook onOpen = nullptr;
@@ -21,6 +22,7 @@ Readdir::Hook onReaddir = nullptr;
 Readlink::Hook onReadlink = nullptr;
 Setrlimit::Hook onSetrlimit = nullptr;
 System::Hook onSystem = nullptr;
+Unlink::Hook onUnlink = nullptr;
 Usleep::Hook onUsleep = nullptr;
 
 namespace {
@@ -85,6 +87,7 @@ using namespace interposed;
 // By other names here, since the C library's headers may define some of them inline, or declare them otherwise.
 extern "C" {
 int interposedAccess(const char* path, int mode) __asm__("access");
+int interposedClose(int descriptor) __asm__("close");
 int interposedFcntl(int descriptor, int command, ...) __asm__("fcntl");
 uid_t interposedGeteuid() __asm__("geteuid");
 int interposedOpen(const char* path, int flags, ...) __asm__("open");
@@ -96,6 +99,7 @@ __attribute__((no_sanitize_address, no_sanitize_undefined)) int
 interposedSetrlimit(int resource, const rlimit* limit) __asm__("setrlimit");
 int interposedSystem(const char* command) __asm__("system");
 time_t interposedTime(time_t* out) __asm__("time");
+int interposedUnlink(const char* path) __asm__("unlink");
 int interposedUsleep(useconds_t microseconds) __asm__("usleep");
 }
 
@@ -103,6 +107,12 @@ int interposedAccess(const char* path, int mode)
 {
     static const auto real = next<Access::Real>("access");
     return call(onAccess, real, path, mode);
+}
+
+int interposedClose(int descriptor)
+{
+    static const auto real = next<Close::Real>("close");
+    return call(onClose, real, descriptor);
 }
 
 int interposedFcntl(int descriptor, int command, ...)
@@ -170,6 +180,12 @@ time_t interposedTime(time_t* out)
     if (out)
         *out = seconds;
     return seconds;
+}
+
+int interposedUnlink(const char* path)
+{
+    static const auto real = next<Unlink::Real>("unlink");
+    return call(onUnlink, real, path);
 }
 
 int interposedUsleep(useconds_t microseconds)

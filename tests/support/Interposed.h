@@ -22,6 +22,7 @@ template <class Result, class... Arguments> struct Function<Result(Arguments...)
 };
 
 using Access = Function<int(const char* path, int mode)>;
+using Close = Function<int(int descriptor)>;
 using Fcntl = Function<int(int descriptor, int command, void* argument)>;
 using Geteuid = Function<uid_t()>;
 using Open = Function<int(const char* path, int flags, mode_t mode)>;
@@ -30,10 +31,12 @@ using Readdir = Function<dirent*(DIR* directory)>;
 using Readlink = Function<ssize_t(const char* path, char* buffer, size_t size)>;
 using Setrlimit = Function<int(int resource, const rlimit* limit)>;
 using System = Function<int(const char* command)>;
+using Unlink = Function<int(const char* path)>;
 using Usleep = Function<int(useconds_t microseconds)>;
 
 // Plain pointers, null at first, because some calls come before the constructors of this executable have run.
 extern Access::Hook onAccess;
+extern Close::Hook onClose;
 extern Fcntl::Hook onFcntl;
 extern Geteuid::Hook onGeteuid;
 extern Open::Hook onOpen;
@@ -42,6 +45,7 @@ extern Readdir::Hook onReaddir;
 extern Readlink::Hook onReadlink;
 extern Setrlimit::Hook onSetrlimit;
 extern System::Hook onSystem;
+extern Unlink::Hook onUnlink;
 extern Usleep::Hook onUsleep;
 
 /// The instance lock of the program, one for the machine.

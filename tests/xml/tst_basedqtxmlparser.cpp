@@ -1,5 +1,6 @@
 #include "support/FullDisk.h"
 #include "support/Installation.h"
+#include "support/Interposed.h"
 #include "support/TestEntry.h"
 #include "xml/CBasedQtXmlParser.h"
 #include "xml/XmlTestSupport.h"
@@ -7,6 +8,7 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <cerrno>
 #include <string>
 
 namespace {
@@ -95,6 +97,7 @@ private slots:
     void savingADocumentWithNothingInItLeavesTheFileTruncated();
     void fileThatCannotBeWrittenWholeIsRemoved_data();
     void fileThatCannotBeWrittenWholeIsRemoved();
+    void fileThatFailsWhenItIsClosedIsRemoved();
     void deviceThatTakesNothingStays();
 
     void addedTextStandsAsItIs_data();
@@ -495,6 +498,27 @@ void TstBasedQtXmlParser::fileThatCannotBeWrittenWholeIsRemoved()
     if (room >= 1000)
         QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
                  isSaved ? QStringList() : QStringList(QStringLiteral("SaveXmlFile: can not write file!")));
+}
+
+void TstBasedQtXmlParser::fileThatFailsWhenItIsClosedIsRemoved()
+{
+    Parser parser;
+    QVERIFY(parser.LoadXml(QStringLiteral("<r/>")));
+    // As a file system that keeps accounts elsewhere does.
+    interposed::onClose = [](interposed::Close::Real real, int descriptor) {
+        const QString file = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+        const int result = real(descriptor);
+        if (file != documentPath())
+            return result;
+        errno = EDQUOT;
+        return -1;
+    };
+    const bool isSaved = parser.SaveXmlFile(documentPath());
+    interposed::onClose = nullptr;
+    QVERIFY(!isSaved);
+    QVERIFY(!QFile::exists(documentPath()));
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList(QStringLiteral("SaveXmlFile: can not write file!")));
 }
 
 void TstBasedQtXmlParser::deviceThatTakesNothingStays()
