@@ -51,13 +51,23 @@ bool isAbandonedSocket(const QString& path)
     return !socket.waitForConnected(s_socketWait) && socket.error() == QLocalSocket::ConnectionRefusedError;
 }
 
-/// The descriptor of the lock file, made when it is missing, or -1. With O_CREAT the kernel may refuse the file of
-/// another user that is there (fs.protected_regular). A link is not followed.
+/// The descriptor of the lock file, made when it is missing and emptied when it is not, or -1. With O_CREAT the kernel
+/// may refuse the file of another user that is there (fs.protected_regular), and it may come to be there between two
+/// looks. A link is not followed, and what has a second name elsewhere keeps its content.
 int openLockFile()
 {
-    constexpr int flags = O_RDWR | O_TRUNC | O_NOFOLLOW;
-    const int descriptor = open(s_lockPath, flags);
-    return descriptor < 0 && errno == ENOENT ? open(s_lockPath, flags | O_CREAT, 0666) : descriptor;
+    constexpr int flags = O_RDWR | O_NOFOLLOW;
+    int descriptor = open(s_lockPath, flags);
+    if (descriptor < 0 && errno == ENOENT) {
+        descriptor = open(s_lockPath, flags | O_CREAT, 0666);
+        if (descriptor < 0 && (errno == EACCES || errno == EEXIST))
+            descriptor = open(s_lockPath, flags);
+    }
+    struct stat status = {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+        status.st_size != 0)
+        static_cast<void>(ftruncate(descriptor, 0) == 0);
+    return descriptor;
 }
 
 } // namespace
@@ -118,7 +128,8 @@ void CMyApplication::becomeFirstInstance(const QString& serverName)
     connect(m_pLocalServer, &QLocalServer::newConnection, this, &CMyApplication::newLocalSocketConnection);
     const auto addressInUse = [this] { return m_pLocalServer->serverError() == QAbstractSocket::AddressInUseError; };
     if (!m_pLocalServer->listen(serverName)) {
-        if (addressInUse() && QFile::exists(m_pLocalServer->serverName())) {
+        if (addressInUse() && QFile::exists(m_pLocalServer->serverName()) &&
+            isAbandonedSocket(m_pLocalServer->serverName())) {
             QFile::remove(m_pLocalServer->serverName());
             m_pLocalServer->listen(serverName);
         }

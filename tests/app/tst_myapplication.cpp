@@ -31,7 +31,9 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <string>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 // The instance lock is one for the machine. This process holds it, as the first instance; it starts itself again as a
@@ -54,6 +56,7 @@ struct Watch
     int openError;           // not 0: the lock file cannot be opened
     int lockError;           // not 0: no lock is given
     bool isProtected;        // with O_CREAT a lock file that is there cannot be opened, as one of another user
+    bool isMadeMeanwhile;    // the lock file is not there yet at the first look
     bool isDirectoryMissing; // the directory of the lock file does not seem to exist
     const char* movedLock;   // not null: the lock file lies there
 };
@@ -70,6 +73,10 @@ int watchedOpen(interposed::Open::Real real, const char* path, int flags, mode_t
     umask(s_watch.openUmask);
     if (s_watch.openError) {
         errno = s_watch.openError;
+        return -1;
+    }
+    if (s_watch.isMadeMeanwhile && s_watch.opens == 1) {
+        errno = ENOENT;
         return -1;
     }
     const char* const place = s_watch.movedLock ? s_watch.movedLock : path;
@@ -249,6 +256,7 @@ int runStart(int argc, char** argv)
     s_watch.openError = wish("openError").toInt();
     s_watch.lockError = wish("lockError").toInt();
     s_watch.isProtected = !wish("protected").isEmpty();
+    s_watch.isMadeMeanwhile = !wish("madeMeanwhile").isEmpty();
     s_watch.isDirectoryMissing = !wish("missingDirectory").isEmpty();
     watch();
     if (!wish("umask").isEmpty())
@@ -565,11 +573,14 @@ private slots:
     void lockFileOfAnotherUserIsTaken();
     void lockFileIsNeverALink_data();
     void lockFileIsNeverALink();
+    void fileOfTwoNamesIsLockedAndKeepsItsContent();
     void missingDirectoryOfTheLockIsMade();
     void lockLivesAsLongAsTheProcess();
     void lockIsFreeAfterACrash();
     void translationsLieInTheWorkingDirectory_data();
     void translationsLieInTheWorkingDirectory();
+    void translationsThatAreNoFileDoNotHoldUpTheStart_data();
+    void translationsThatAreNoFileDoNotHoldUpTheStart();
 
     // Its listener.
     void listenerGoesWithTheApplication();
@@ -699,7 +710,7 @@ void TstMyApplication::lockIsAWriteLockOverTheWholeFile()
 
 void TstMyApplication::lockFileIsWritableForEveryUser()
 {
-    QCOMPARE(s_start.openFlags & (O_ACCMODE | O_TRUNC | O_EXCL | O_APPEND), O_RDWR | O_TRUNC);
+    QCOMPARE(s_start.openFlags & (O_ACCMODE | O_EXCL | O_APPEND), O_RDWR);
     QCOMPARE(s_start.openMode, s_start.openFlags & O_CREAT ? 0666U : 0U);
     QCOMPARE(s_start.openUmask, 0U);
 
@@ -750,17 +761,20 @@ void TstMyApplication::lockFileIsOpenedOnceInTheProcess()
 void TstMyApplication::lockFileOfAnotherUserIsTaken_data()
 {
     QTest::addColumn<bool>("isThere");
-    QTest::newRow("left by the other user") << true;
-    QTest::newRow("not yet made") << false;
+    QTest::addColumn<QString>("wish");
+    QTest::newRow("left by the other user") << true << "protected=1";
+    QTest::newRow("not yet made") << false << "protected=1";
+    QTest::newRow("made by the other user meanwhile") << true << "protected=1 madeMeanwhile=1";
 }
 
 void TstMyApplication::lockFileOfAnotherUserIsTaken()
 {
     QFETCH(const bool, isThere);
+    QFETCH(const QString, wish);
     const World world;
     if (isThere)
         installation::writeFile(world.lock(), "earlier");
-    const auto first = world.start({QStringLiteral("protected=1"), QStringLiteral("stay=1")});
+    const auto first = world.start(wish.split(QLatin1Char(' ')) + texts({"stay=1"}));
     QCOMPARE(first->next()[QStringLiteral("alreadyRunning")].toBool(true), false);
     QCOMPARE(QFileInfo(world.lock()).size(), qint64(0));
     QVERIFY(QFile::exists(world.lock()));
@@ -774,19 +788,23 @@ void TstMyApplication::lockFileOfAnotherUserIsTaken()
 void TstMyApplication::lockFileIsNeverALink_data()
 {
     QTest::addColumn<bool>("hasTarget");
-    QTest::newRow("to a file") << true;
-    QTest::newRow("to nowhere") << false;
+    QTest::addColumn<QStringList>("wishes");
+    QTest::newRow("to a file") << true << QStringList();
+    QTest::newRow("to nowhere") << false << QStringList();
+    QTest::newRow("to a file, made meanwhile") << true << texts({"madeMeanwhile=1"});
+    QTest::newRow("to nowhere, made meanwhile") << false << texts({"madeMeanwhile=1"});
 }
 
 void TstMyApplication::lockFileIsNeverALink()
 {
     QFETCH(const bool, hasTarget);
+    QFETCH(const QStringList, wishes);
     const World world;
     const QString target = world.place("letter");
     if (hasTarget)
         installation::writeFile(target, "kept");
     QVERIFY(QFile::link(target, world.lock()));
-    const auto child = world.start();
+    const auto child = world.start(wishes);
     QVERIFY(child->next().contains(QStringLiteral("title")));
     QCOMPARE(child->next()[QStringLiteral("alreadyRunning")].toBool(), true);
     QCOMPARE(child->exitCode(), 0);
@@ -794,6 +812,20 @@ void TstMyApplication::lockFileIsNeverALink()
     QCOMPARE(installation::readFile(target), hasTarget ? QByteArray("kept") : QByteArray());
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
              texts({"Open file failed, error : Too many levels of symbolic links"}));
+}
+
+void TstMyApplication::fileOfTwoNamesIsLockedAndKeepsItsContent()
+{
+    const World world;
+    const QString letter = world.place("letter");
+    installation::writeFile(letter, "kept");
+    QCOMPARE(link(QFile::encodeName(letter).constData(), QFile::encodeName(world.lock()).constData()), 0);
+    const auto first = world.start({QStringLiteral("stay=1")});
+    QCOMPARE(first->next()[QStringLiteral("alreadyRunning")].toBool(true), false);
+    const auto second = world.start();
+    QVERIFY(second->next().contains(QStringLiteral("title")));
+    QCOMPARE(second->next()[QStringLiteral("alreadyRunning")].toBool(), true);
+    QCOMPARE(installation::readFile(letter), QByteArray("kept"));
 }
 
 void TstMyApplication::missingDirectoryOfTheLockIsMade()
@@ -844,6 +876,25 @@ void TstMyApplication::lockIsFreeAfterACrash()
     QVERIFY(QFile::exists(world.lock()));
     const auto second = world.start();
     QCOMPARE(second->next()[QStringLiteral("alreadyRunning")].toBool(true), false);
+}
+
+void TstMyApplication::translationsThatAreNoFileDoNotHoldUpTheStart_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("pipe") << "mkfifo qt_zh_CN.qm";
+    QTest::newRow("link to a pipe") << "mkfifo pipe; ln -s pipe qt_zh_CN.qm";
+    QTest::newRow("directory") << "mkdir qt_zh_CN.qm";
+}
+
+void TstMyApplication::translationsThatAreNoFileDoNotHoldUpTheStart()
+{
+    QFETCH(const QString, command);
+    const World world;
+    installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), command}, world.place(""));
+    const auto child = world.start();
+    const QJsonObject facts = child->next();
+    QCOMPARE(facts[QStringLiteral("alreadyRunning")].toBool(true), false);
+    QCOMPARE(facts[QStringLiteral("hasTranslation")].toBool(true), false);
 }
 
 void TstMyApplication::translationsLieInTheWorkingDirectory_data()
@@ -964,6 +1015,20 @@ void TstMyApplication::foreignListenerWithoutTheLockKeepsTheName()
     QCOMPARE(foreign->next()[QStringLiteral("wasReached")].toBool(), true);
 }
 
+namespace {
+
+void makeAbandonedSocket(const QString& place)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(place).constData(), sizeof address.sun_path);
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+    QCOMPARE(bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    close(descriptor);
+}
+
+} // namespace
+
 void TstMyApplication::whatIsNoSocketInItsPlaceStays_data()
 {
     QTest::addColumn<QString>("command"); // prepares the place
@@ -972,12 +1037,14 @@ void TstMyApplication::whatIsNoSocketInItsPlaceStays_data()
     QTest::newRow("pipe") << "mkfifo tst_myapplication";
     QTest::newRow("link to nowhere") << "ln -s nowhere tst_myapplication";
     QTest::newRow("link to a file") << "echo kept > letter; ln -s letter tst_myapplication";
+    QTest::newRow("link to an abandoned socket") << "ln -s abandoned tst_myapplication";
 }
 
 void TstMyApplication::whatIsNoSocketInItsPlaceStays()
 {
     QFETCH(const QString, command);
     const World world;
+    makeAbandonedSocket(world.place("abandoned"));
     installation::run(QStringLiteral("sh"), {QStringLiteral("-c"), command, path(QStringLiteral("tst_myapplication"))},
                       world.place(""));
     struct stat before = {};
