@@ -54,8 +54,8 @@ void readCommonInfo(const QByteArray& document, CommonInfo& common)
     parser.FormatXMLInit();
     const QString path = QString::fromLocal8Bit(document);
     // A name that the local encoding cannot give back finds its file by its bytes alone.
-    if (path.toLocal8Bit() != document)
-        parser.loadDocument(bytes);
+    if (path.toLocal8Bit() != document && !parser.loadDocument(bytes, document.constData()))
+        return;
     parser.GetXMLCommonInfo(path, common);
 }
 

@@ -150,13 +150,16 @@ bool CBasedQtXmlParser::LoadXmlFile(const QString& path)
     return true;
 }
 
-bool CBasedQtXmlParser::LoadXmlBytes(const QByteArray& bytes)
+bool CBasedQtXmlParser::LoadXmlBytes(const QByteArray& bytes, const char* path)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     if (!loadDevice(buffer)) {
-        logX(1, "CBasedQtXmlParser::LoadXmlBytes: Load XML bytes.");
+        if (path)
+            logX(1, "CBasedQtXmlParser::LoadXmlFile:Load XML File[%s].", path);
+        else
+            logX(1, "CBasedQtXmlParser::LoadXmlBytes: Load XML bytes.");
         return false;
     }
     return true;

@@ -20,8 +20,9 @@ public:
     bool LoadXml(const QString& text);
     /// Parses a file, with namespace processing; sets the root and the current element.
     bool LoadXmlFile(const QString& path);
-    /// Parses the content of a file, as LoadXmlFile does.
-    bool LoadXmlBytes(const QByteArray& bytes);
+    /// Parses the content of a file, as LoadXmlFile does. With the path of that file, in the local 8-bit encoding, the
+    /// log line of a failure is that of LoadXmlFile.
+    bool LoadXmlBytes(const QByteArray& bytes, const char* path = nullptr);
     /// Writes the document as UTF-8 with an indentation of 4. When the document cannot be serialised the file stays
     /// truncated; a file that could not be written whole is removed. False when it is not whole.
     bool SaveXmlFile(const QString& path);

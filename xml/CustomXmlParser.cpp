@@ -35,10 +35,11 @@ int CustomXmlParser::LoadFile(const QString& path)
     return LoadXmlFile(path) ? 1 : 0;
 }
 
-bool CustomXmlParser::loadDocument(const QByteArray& bytes)
+bool CustomXmlParser::loadDocument(const QByteArray& bytes, const char* path)
 {
     Clear();
-    m_documentLoaded = LoadXmlBytes(bytes) && !m_qoRootElement.firstChildElement(QStringLiteral("content")).isNull();
+    m_documentLoaded =
+        LoadXmlBytes(bytes, path) && !m_qoRootElement.firstChildElement(QStringLiteral("content")).isNull();
     return m_documentLoaded;
 }
 

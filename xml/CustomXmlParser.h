@@ -61,9 +61,12 @@ public:
     /// Parses a whole document from memory. From then on the Get operations read this document, without loading it
     /// anew, and take from their path nothing but the directory that the icons are said to lie in.
     ///
+    /// @param path  the file that the bytes were read from, in the local 8-bit encoding, for the log line of one that
+    /// is
+    ///              no XML; null when there is none
     /// @return  false when the bytes are no XML within the bounds of the parser, or have no element `content` in
     ///          the root, whose name does not matter; the Get operations then read files again
-    bool loadDocument(const QByteArray& bytes);
+    bool loadDocument(const QByteArray& bytes, const char* path = nullptr);
 
 private:
     void formatSection(const char* name, const std::function<void()>& addChildren, bool compact = false);
@@ -75,5 +78,5 @@ private:
 
     bool m_documentLoaded = false; // by loadDocument
     bool m_isSaved = false;
-    QString m_strFilePath;         // the path last given to LoadFile
+    QString m_strFilePath; // the path last given to LoadFile
 };

@@ -41,6 +41,8 @@ private slots:
     void verifiedCustomisationsBecomeRows();
     void namesOutsideTheLocalEncodingAreRead_data();
     void namesOutsideTheLocalEncodingAreRead();
+    void oddDocumentsHaveTheirLineWhateverTheName_data();
+    void oddDocumentsHaveTheirLineWhateverTheName();
     void theScanStopsAtTheFirstDirectoryBeyondTheLimit();
     void exactlyTheLimitIsNoReasonToStop();
 };
@@ -219,16 +221,20 @@ void TstStoredHistory::verifiedCustomisationsBecomeRows()
 void TstStoredHistory::namesOutsideTheLocalEncodingAreRead_data()
 {
     QTest::addColumn<QByteArray>("name");
-    QTest::newRow("GBK") << QByteArray("\xb1\xb1\xbe\xa9");
-    QTest::newRow("one byte") << QByteArray("\xff");
-    QTest::newRow("cut character") << QByteArray("1700000001\xe5\x8c");
-    QTest::newRow("surrogate") << QByteArray("\xed\xa0\x80");
+    QTest::addColumn<QByteArray>("remark");
+    QTest::newRow("GBK") << QByteArray("\xb1\xb1\xbe\xa9") << QByteArray("北京");
+    QTest::newRow("one byte") << QByteArray("\xff") << QByteArray("北京");
+    QTest::newRow("cut character") << QByteArray("1700000001\xe5\x8c") << QByteArray("北京");
+    QTest::newRow("surrogate") << QByteArray("\xed\xa0\x80") << QByteArray("北京");
+    // Such a document has to be parsed.
+    QTest::newRow("GBK, remark with markup") << QByteArray("\xb1\xb1\xbe\xa9") << QByteArray("北京 & <上海>");
 }
 
 void TstStoredHistory::namesOutsideTheLocalEncodingAreRead()
 {
     QFETCH(const QByteArray, name);
-    keep(1700000001, "2023-11-15 06:13:21", "北京");
+    QFETCH(const QByteArray, remark);
+    keep(1700000001, "2023-11-15 06:13:21", remark.constData());
     const QByteArray history = QFile::encodeName(path(QStringLiteral("UpdateCustom/")));
     QCOMPARE(rename((history + "1700000001").constData(), (history + name).constData()), 0);
     QVector<CUSINFOPOLICY> rows;
@@ -238,10 +244,43 @@ void TstStoredHistory::namesOutsideTheLocalEncodingAreRead()
     QCOMPARE(rows.size(), 1);
     QCOMPARE(rows.first().cusTimeStamp, quint64(1700000001));
     QCOMPARE(rows.first().cusTimeString, QStringLiteral("2023-11-15 06:13:21"));
-    QCOMPARE(rows.first().cusAddInfo, QString::fromUtf8("北京"));
+    QCOMPARE(rows.first().cusAddInfo, QString::fromUtf8(remark));
     QCOMPARE(rows.first().procomVal, 17U);
     QCOMPARE(rows.first().funcomVal, 5U);
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
+}
+
+void TstStoredHistory::oddDocumentsHaveTheirLineWhateverTheName_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<bool>("isXml");
+    for (const QByteArray& name : {QByteArray("1700000001"), QByteArray("\xb1\xb1\xbe\xa9")}) {
+        const QByteArray row = name.startsWith('1') ? "stamp, " : "GBK, ";
+        QTest::newRow((row + "no XML").constData()) << name << QByteArray("no XML") << false;
+        QTest::newRow((row + "empty").constData()) << name << QByteArray() << false;
+        QTest::newRow((row + "nothing in it").constData()) << name << QByteArray("<OrvexCustom/>") << true;
+    }
+}
+
+void TstStoredHistory::oddDocumentsHaveTheirLineWhateverTheName()
+{
+    QFETCH(const QByteArray, name);
+    QFETCH(const QByteArray, document);
+    QFETCH(const bool, isXml);
+    storeDocument(installation::root(), document, QStringLiteral("1700000009"));
+    const QByteArray history = QFile::encodeName(path(QStringLiteral("UpdateCustom/")));
+    QCOMPARE(rename((history + "1700000009").constData(), (history + name).constData()), 0);
+    installation::clearLog();
+    QVector<CUSINFOPOLICY> rows;
+    QVERIFY(store::scanHistory(rows, 300));
+    const int removed = system(("rm -r \"" + history + "\"").constData());
+    QCOMPARE(removed, 0);
+    QCOMPARE(rows.size(), 1);
+    const QByteArray line =
+        "[ERR]CBasedQtXmlParser::LoadXmlFile:Load XML File[" + history + name + "/OrvexCustom.xml].\n";
+    QCOMPARE(installation::log().count("[ERR]"), isXml ? 0 : 1);
+    QCOMPARE(installation::log().contains(line), !isXml);
 }
 
 void TstStoredHistory::theScanStopsAtTheFirstDirectoryBeyondTheLimit()
