@@ -15,6 +15,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -50,11 +51,16 @@ bool isReadWithoutQuotes(const QByteArray& path)
     return isReadInQuotes(path) || holdsAny(path, " \t\r'&|;<>()*?[]{}");
 }
 
-/// Where temporary files lie under names that the shell takes as they are.
-QString plainTemporaryPlace()
+/// Where the copy of an icon lies under a name that the shell takes as it is: beside its target, where the next commit
+/// removes what a killed one has left, or else among the temporary files.
+QString templateOfCopies(const QByteArray& target)
 {
+    const QString name = QStringLiteral("/orvex-icon.XXXXXX");
+    const QString beside = QFileInfo(QString::fromLocal8Bit(target)).path();
+    if (!isReadInQuotes(target) && QFileInfo(beside).isWritable())
+        return beside + name;
     const QString place = QDir::tempPath();
-    return isReadInQuotes(place.toLocal8Bit()) ? QStringLiteral("/tmp") : place;
+    return (isReadInQuotes(place.toLocal8Bit()) ? QStringLiteral("/tmp") : place) + name;
 }
 
 /// A pipe would block a command that reads it for ever, and a device may have no end.
@@ -76,9 +82,10 @@ void copyIcon(const QString& source, const QByteArray& target)
         return;
     }
     // The command would run what the name holds, so it gets a copy under another name.
-    const QTemporaryDir directory(plainTemporaryPlace() + QLatin1String("/orvex-icon-XXXXXX"));
+    const QTemporaryDir directory(templateOfCopies(target));
     const QString copy = directory.filePath(QStringLiteral("icon"));
-    QFile::copy(source, copy);
+    if (!QFile::copy(source, copy) && QFile::exists(source))
+        logX(1, "copyIcons: %s could not be copied.", path.constData());
     utl_CopyFile(copy.toLocal8Bit().constData(), target.constData());
 }
 

@@ -37,8 +37,9 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working);
 
 /// Copies the chosen icons under their fixed names and makes them readable for all.
 /// Contract: a source that has gone missing is not noticed; the document names the icon all the same.
-/// No path is ever read by the shell: an icon whose path would be goes through a copy under another name, and where the
-/// path of the target would be, the mode is changed without a command.
+/// The path of an icon runs nothing: one that the shell would read goes through a copy under another name, and a log
+/// line tells when that fails. The mode is changed without a command where the shell would read, or split, the path of
+/// the target. Contract: the copying itself names the target as it is, whatever the installation is called.
 ///
 /// @param working  with a trailing slash
 void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working);

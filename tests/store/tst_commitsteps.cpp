@@ -49,7 +49,10 @@ private slots:
     void theNameOfAnIconRunsNothing_data();
     void theNameOfAnIconRunsNothing();
     void aMissingIconOfAnOddNameIsNotNoticed();
-    void anOddTemporaryPlaceRunsNothing();
+    void anOddIconThatCannotBeCopiedIsLogged();
+    void anOddTemporaryPlaceIsNotReadByTheShell();
+    void theModeOfAnIconIsChangedWithoutTheShell_data();
+    void theModeOfAnIconIsChangedWithoutTheShell();
     void iconsArePlainlyReadableWhateverTheInstallationIsCalled_data();
     void iconsArePlainlyReadableWhateverTheInstallationIsCalled();
     void aNeighbourOfTheInstallationKeepsItsMode();
@@ -265,15 +268,16 @@ void TstCommitSteps::theNameOfAnIconRunsNothing()
     GUIOptionsInfo gui;
     gui.linuxDeskIconPath = source;
     const QStringList before = installation::namesIn(installation::root());
-    const QStringList temporary = QDir(QDir::tempPath()).entryList({QStringLiteral("orvex-icon-*")}, QDir::Dirs);
     const CommandRecorder recorder;
     store::copyIcons(gui, directories().working);
     QCOMPARE(installation::readFile(path(QStringLiteral("custom/DeskIconLinux.png"))), QByteArray("icon"));
     QCOMPARE(installation::namesIn(installation::root()), before);
-    QCOMPARE(QDir(QDir::tempPath()).entryList({QStringLiteral("orvex-icon-*")}, QDir::Dirs), temporary);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), texts({"DeskIconLinux.png"}));
     const QStringList commands = withoutRoot(recorder.commands());
     QCOMPARE(commands.size(), 2);
-    QVERIFY2(QRegularExpression(QStringLiteral(R"(^cp -f "[-/\w]+" "\{root\}custom/DeskIconLinux.png"$)"))
+    // Beside its target, under a name with a dot, the copy goes at the latest with the next customisation.
+    QVERIFY2(QRegularExpression(
+                 QStringLiteral(R"(^cp -f "\{root\}custom/orvex-icon\.\w+/icon" "\{root\}custom/DeskIconLinux.png"$)"))
                  .match(commands.first())
                  .hasMatch(),
              qPrintable(commands.first()));
@@ -292,24 +296,64 @@ void TstCommitSteps::aMissingIconOfAnOddNameIsNotNoticed()
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
 }
 
-void TstCommitSteps::anOddTemporaryPlaceRunsNothing()
+void TstCommitSteps::anOddIconThatCannotBeCopiedIsLogged()
 {
     QVERIFY(QDir().mkpath(path(QStringLiteral("custom"))));
+    const QString icon = path(QStringLiteral("template/$icon.ico"));
+    installation::writeFile(icon, QByteArray(100000, 'i'));
+    GUIOptionsInfo gui;
+    gui.mainIconPath = icon;
+    {
+        const FullDisk disk(4096);
+        store::copyIcons(gui, directories().working);
+    }
+    QCOMPARE(installation::namesIn(path(QStringLiteral("custom"))), QStringList());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
+             QStringList{QStringLiteral("copyIcons: %1 could not be copied.").arg(icon)});
+}
+
+void TstCommitSteps::anOddTemporaryPlaceIsNotReadByTheShell()
+{
     const QString place = path(QStringLiteral("template/$(touch run-by-place)"));
-    QVERIFY(QDir().mkpath(place));
-    QVERIFY(QDir::setCurrent(installation::root()));
+    const QString working = place + QLatin1String("/custom/");
+    QVERIFY(QDir().mkpath(working));
     installation::writeFile(path(QStringLiteral("template/$icon.ico")), "icon");
     GUIOptionsInfo gui;
     gui.mainIconPath = path(QStringLiteral("template/$icon.ico"));
     const QByteArray usual = qgetenv("TMPDIR");
     qputenv("TMPDIR", place.toLocal8Bit());
-    store::copyIcons(gui, directories().working);
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    store::copyIcons(gui, working.toLocal8Bit());
     if (usual.isNull())
         qunsetenv("TMPDIR");
     else
         qputenv("TMPDIR", usual);
-    QVERIFY(!QFile::exists(path(QStringLiteral("run-by-place"))));
-    QCOMPARE(installation::readFile(path(QStringLiteral("custom/MainIcon.ico"))), QByteArray("icon"));
+    QVERIFY2(recorder.commands().value(0).startsWith("cp -f \"/tmp/orvex-icon."), recorder.commands().value(0));
+}
+
+void TstCommitSteps::theModeOfAnIconIsChangedWithoutTheShell_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char* name : {"$(touch run-by-place)", "`touch run-by-place`", "a\"b", "a\\b", "a\nb", "$HOME"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TstCommitSteps::theModeOfAnIconIsChangedWithoutTheShell()
+{
+    QFETCH(const QString, name);
+    const QString working = path(QLatin1String("template/") + name + QLatin1String("/custom/"));
+    const QString target = working + QLatin1String("MainIcon.ico");
+    installation::writeFile(target, "icon");
+    QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner));
+    GUIOptionsInfo gui;
+    gui.mainIconPath = QStringLiteral("/tmp/icon.ico");
+    const CommandRecorder recorder(CommandRecorder::RecordOnly);
+    store::copyIcons(gui, working.toLocal8Bit());
+    // Contract: the copying names the target as it is.
+    QCOMPARE(recorder.commands(), QByteArrayList{"cp -f \"/tmp/icon.ico\" \"" + target.toLocal8Bit() + '"'});
+    struct stat status = {};
+    QCOMPARE(stat(target.toLocal8Bit().constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 07777), 0644);
 }
 
 void TstCommitSteps::iconsArePlainlyReadableWhateverTheInstallationIsCalled_data()
