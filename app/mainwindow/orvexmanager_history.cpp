@@ -65,7 +65,8 @@ void OrvexManager::addHistoryCommands()
     const auto onKey = [this, tree](int key, auto play) {
         connect(new QShortcut(key, tree, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, play);
     };
-    // Contract: the arrow keys move the selection alone; the blank, like a click, makes the row that of the buttons.
+    // Contract: the arrow keys move the selection alone; the blank, like a click, makes the row that of the buttons. A
+    // search by typed letters ends at it.
     onKey(Qt::Key_Space, clickCurrentRow);
     onKey(Qt::SHIFT + Qt::Key_F10, [tree] {
         const QRect row = tree->visualItemRect(tree->currentItem());
@@ -84,8 +85,8 @@ void OrvexManager::addHistoryCommands()
         clickCurrentRow();
         ui.toolButton_detail->click();
     });
-    addCommand({QKeySequence::Delete}, [this, tree, clickCurrentRow] {
-        // There is no question, so the row must be seen to be selected.
+    // There is no question, so no single key deletes, and the row must be seen to be selected.
+    addCommand({}, [this, tree, clickCurrentRow] {
         if (tree->selectedItems().isEmpty())
             return;
         clickCurrentRow();

@@ -49,8 +49,9 @@ private slots:
     void returnShowsTheDetailsOfTheRow_data();
     void returnShowsTheDetailsOfTheRow();
     void blankChoosesTheRowLikeAClick();
-    void deleteKeyDeletesTheSelectedRow();
-    void deleteKeyLeavesARowThatIsNotSelected();
+    void theMenuDeletesTheSelectedRow();
+    void theMenuLeavesARowThatIsNotSelected();
+    void noSingleKeyDeletesWithoutAQuestion();
     void keysOfAnEmptyHistoryDoNothing();
     void aCustomisationIsMadeReusedSeenAndDeletedByKeysAlone();
     void menuOfTheHistoryHoldsItsCommands_data();
@@ -315,6 +316,16 @@ struct History : QObject
     QStringList times;
 };
 
+/// The entry of the menu that is called as the button is.
+QAction* deleteCommand(const History& history)
+{
+    for (QAction* command : history.tree->actions()) {
+        if (command->text() == langText("DeleteCustomBtn"))
+            return command;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 void TstKeyboard::arrowsTurnThePages()
@@ -433,26 +444,37 @@ void TstKeyboard::blankChoosesTheRowLikeAClick()
     QCOMPARE(titleOfDetails(*history.window), history.titleOf(0));
 }
 
-void TstKeyboard::deleteKeyDeletesTheSelectedRow()
+void TstKeyboard::theMenuDeletesTheSelectedRow()
 {
     History history;
     QVERIFY(history.isActive);
-    QTest::keyClick(history.tree, Qt::Key_Delete);
+    deleteCommand(history)->trigger();
     const QString deleted = history.times.takeAt(1);
     QCOMPARE(shownTimes(*history.window), history.times);
     QVERIFY(!deleted.isEmpty());
     // Nothing is selected now.
-    QTest::keyClick(history.tree, Qt::Key_Delete);
+    deleteCommand(history)->trigger();
     QCOMPARE(shownTimes(*history.window), history.times);
 }
 
-void TstKeyboard::deleteKeyLeavesARowThatIsNotSelected()
+void TstKeyboard::theMenuLeavesARowThatIsNotSelected()
 {
     const History history;
     QVERIFY(history.isActive);
     history.tree->clearSelection();
     ModalScript script;
-    QTest::keyClick(history.tree, Qt::Key_Delete);
+    deleteCommand(history)->trigger();
+    QCOMPARE(script.complaints(), QStringList());
+    QCOMPARE(shownTimes(*history.window), history.times);
+}
+
+void TstKeyboard::noSingleKeyDeletesWithoutAQuestion()
+{
+    const History history;
+    QVERIFY(history.isActive);
+    ModalScript script;
+    for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Backspace})
+        QTest::keyClick(history.tree, key);
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(shownTimes(*history.window), history.times);
 }
