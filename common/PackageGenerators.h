@@ -49,8 +49,8 @@ bool utl_GenMacosSetup();
 bool GenCommentFile(const char* timeString, const char* timeStamp, const char* setupName, int type, int os);
 
 /// Puts the manifest and the client archive into the ZIP of the package and deletes the client archive. An earlier ZIP
-/// is updated in place, but one without a readable end-of-central-directory record, central directory or first member is
-/// removed first.
+/// is updated in place, but one without a readable end-of-central-directory record, central directory or first member
+/// is removed first.
 ///
 /// @param withVersion  whether the name of the ZIP carries the short version and the suffix of the system
 /// @return             false, always

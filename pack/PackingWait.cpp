@@ -9,7 +9,8 @@ PackingWait::PackingWait(unsigned long mask, unsigned long timeStamp, QWidget* p
     setWindowFlags(windowFlags() & ~(Qt::WindowContextHelpButtonHint | Qt::WindowCloseButtonHint));
     setWindowTitle(langText("manager_title"));
     ui.label_packingHint->setText(langText("GenSetupOrUpdPktHint"));
-    // With a large font the hint takes more lines than the form has room for; the steps scroll, and three of them will do.
+    // With a large font the hint takes more lines than the form has room for; the steps scroll, and three of them will
+    // do.
     ui.textEdit->setMinimumHeight(3 * fontMetrics().lineSpacing());
     resize(width(), qMax(height(), ui.verticalLayout->minimumHeightForWidth(width())));
 
