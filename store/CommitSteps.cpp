@@ -171,8 +171,9 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working)
     copyIcons(record.gui, working);
     parser.SaveFile(QString::fromLocal8Bit(path));
     struct stat status = {};
+    const bool isCutShort = !parser.isSaved() && stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
     // A name that is none has no verification.
-    return !parser.isSaved() && lstat(path.constData(), &status) == 0 ? QByteArray() : path;
+    return isCutShort ? QByteArray() : path;
 }
 
 void copyIcons(const GUIOptionsInfo& gui, const QByteArray& working)
