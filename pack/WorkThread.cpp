@@ -29,7 +29,9 @@ void WorkThread::tell(const char* key)
 void WorkThread::run()
 {
     const std::lock_guard<std::mutex> work(s_work);
-    awaitFreeScratch();
+    // Without a package there is nothing to wait for.
+    if (m_ulGenMask & (PackageSetup | PackageUpdate | PackageCusUpd))
+        awaitFreeScratch();
     removeScratchLeftOver();
     bool result = false;
     if (m_ulGenMask & PackageSetup) {

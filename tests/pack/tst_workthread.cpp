@@ -68,6 +68,7 @@ private slots:
     void aThreadWaitsForAnEarlierOneBeforeItsFirstStep();
     void aThreadWaitsForTheCommandsOfAKilledRun_data();
     void aThreadWaitsForTheCommandsOfAKilledRun();
+    void withoutAPackageAThreadWaitsForNobody();
 };
 
 namespace {
@@ -487,6 +488,25 @@ void TstWorkThread::aThreadWaitsForTheCommandsOfAKilledRun()
     QCOMPARE(
         installation::logLines().filter(QStringLiteral("awaitFreeScratch")),
         QStringList(QStringLiteral("[WRN]awaitFreeScratch: process %1 still works for an earlier run.").arg(process)));
+}
+
+void TstWorkThread::withoutAPackageAThreadWaitsForNobody()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template/Temp"))));
+    QProcess earlier;
+    earlier.setWorkingDirectory(path(QStringLiteral("template/Temp")));
+    earlier.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("echo there; exec sleep 60")});
+    QVERIFY(earlier.waitForReadyRead(30000));
+    WorkThread thread(0, 1);
+    QList<bool> ends;
+    connect(
+        &thread, &WorkThread::finishPacket, this, [&](bool result) { ends.append(result); }, Qt::DirectConnection);
+    thread.start();
+    const bool hasEnded = thread.wait(30000);
+    earlier.terminate();
+    QVERIFY(earlier.waitForFinished(30000));
+    QVERIFY(hasEnded);
+    QCOMPARE(ends, QList<bool>{false});
 }
 
 static int run(int argc, char** argv)
