@@ -20,11 +20,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -101,6 +103,33 @@ void makeReadable(const QByteArray& path)
         chmod(path.constData(), (status.st_mode & 07777) | S_IRUSR | S_IRGRP | S_IROTH);
 }
 
+/// A directory under a name that Qt can tell as well: the local encoding may not be able to give back its own.
+class NamedForQt
+{
+public:
+    explicit NamedForQt(const QByteArray& directory) : m_name(QString::fromLocal8Bit(directory))
+    {
+        if (m_name.toLocal8Bit() == directory)
+            return;
+        m_descriptor = open(directory.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        m_name = QStringLiteral("/proc/self/fd/%1/").arg(m_descriptor);
+    }
+    ~NamedForQt()
+    {
+        if (m_descriptor >= 0)
+            close(m_descriptor);
+    }
+    NamedForQt(const NamedForQt&) = delete;
+    NamedForQt& operator=(const NamedForQt&) = delete;
+
+    /// With a trailing slash.
+    QString name() const { return m_name; }
+
+private:
+    int m_descriptor = -1;
+    QString m_name;
+};
+
 bool haveEqualBytes(const fs::path& first, const fs::path& second)
 {
     using Bytes = std::istreambuf_iterator<char>;
@@ -169,7 +198,7 @@ QByteArray writeDocument(CustomInfo& record, const QByteArray& working)
     CustomXmlParser parser;
     formatCustomInfo(parser, record);
     copyIcons(record.gui, working);
-    parser.SaveFile(QString::fromLocal8Bit(path));
+    parser.SaveFile(NamedForQt(working).name() + QLatin1String(document));
     struct stat status = {};
     const bool isCutShort = !parser.isSaved() && stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
     // A name that is none has no verification.

@@ -1,5 +1,6 @@
 #include "app/mainwindow/orvexmanager.h"
 #include "app/widgets/WarningBox.h"
+#include "common/ProcessPath.h"
 #include "pack/CustomCompleteDlg.h"
 #include "pack/FinishDlg.h"
 #include "pack/PackingWait.h"
@@ -18,7 +19,7 @@ void OrvexManager::showFinishDlg()
     if (finish.exec() == QDialog::Rejected || !takeComponents(box))
         return;
 
-    const store::CommitDirectories directories = store::prepareDirectories(m_strAppDir.toLocal8Bit());
+    const store::CommitDirectories directories = store::prepareDirectories(processDirectory(false));
     CommonInfo& common = m_customInfo.common;
     store::stamp(common, time(nullptr), g_ucAreaCode);
     if (!store::writeVerification(store::writeDocument(m_customInfo, directories.working))) {

@@ -7,6 +7,7 @@
 #include "pack/WorkThread.h"
 #include "support/CommandRecorder.h"
 #include "support/DistinctRecord.h"
+#include "support/Interposed.h"
 #include "support/StoredCustomisation.h"
 #include "support/TestEntry.h"
 #include "xml/CustomInfoLoad.h"
@@ -19,6 +20,11 @@
 #include <QListWidget>
 #include <QRegularExpression>
 #include <QTreeWidget>
+
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using windowplay::click;
 
@@ -37,6 +43,7 @@ private slots:
     void withoutPackagesDocumentHistoryAndReportFollow();
     void theCommandsComeInOrderLetterForLetter();
     void aBareStoreGetsTheHistoryBeforeTheWorkingDirectory();
+    void aPlaceOutsideTheLocalEncodingGetsTheCustomisation();
     void theWorkingDirectoryMayBeALink();
     void directoriesAndCopyAreToldOnTheDebugOutput();
     void theWindowsBelongToTheMainWindow();
@@ -121,6 +128,55 @@ void TstOrvexManagerCommit::aBareStoreGetsTheHistoryBeforeTheWorkingDirectory()
         "cp  -Rf \"" + root + "custom/\"* \"" + root + "UpdateCustom/1700000000/\"",
     };
     QCOMPARE(recorder.commands(), expected);
+}
+
+namespace {
+
+/// A directory below that of the test whose name is no UTF-8, with a trailing slash.
+QByteArray oddPlace()
+{
+    return installation::root().toLocal8Bit() + "\xb1\xb1\xbe\xa9/";
+}
+
+/// The executable lies there.
+ssize_t readOddPlace(interposed::Readlink::Real real, const char* link, char* buffer, size_t size)
+{
+    if (!QByteArray(link).endsWith("/exe"))
+        return real(link, buffer, size);
+    const QByteArray place = oddPlace() + "program";
+    const size_t length = qMin(size, size_t(place.size()));
+    memcpy(buffer, place.constData(), length);
+    return ssize_t(length);
+}
+
+} // namespace
+
+void TstOrvexManagerCommit::aPlaceOutsideTheLocalEncodingGetsTheCustomisation()
+{
+    OrvexManager window(nullptr);
+    window.show();
+    const QByteArray place = oddPlace();
+    QCOMPARE(mkdir(place.constData(), 0755), 0);
+    QCOMPARE(mkdir((place + "Log").constData(), 0755), 0);
+    const QStringList before = installation::namesIn(installation::root());
+    const CommandRecorder recorder;
+    interposed::onReadlink = readOddPlace;
+    const QStringList complaints = commit(window);
+    interposed::onReadlink = nullptr;
+    const QStringList after = installation::namesIn(installation::root());
+    QByteArrayList missing;
+    for (const char* file : {"custom/OrvexCustom.xml", "custom/OrvexCustomXml.vrf",
+                             "UpdateCustom/1700000000/OrvexCustom.xml", "UpdateCustom/1700000000/OrvexCustomXml.vrf"}) {
+        if (access((place + file).constData(), F_OK) != 0)
+            missing.append(file);
+    }
+    const int removed = system(("rm -r \"" + place + '"').constData());
+    QCOMPARE(removed, 0);
+    QCOMPARE(complaints, QStringList());
+    QCOMPARE(missing, QByteArrayList());
+    QCOMPARE(after, before);
+    QVERIFY(
+        recorder.commands().contains("cp  -Rf \"" + place + "custom/\"* \"" + place + "UpdateCustom/1700000000/\""));
 }
 
 void TstOrvexManagerCommit::theWorkingDirectoryMayBeALink()

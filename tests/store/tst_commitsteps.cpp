@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using installation::path;
 using installation::texts;
@@ -53,6 +54,7 @@ private slots:
     void anOddTemporaryPlaceIsNotReadByTheShell();
     void theModeOfAnIconIsChangedWithoutTheShell_data();
     void theModeOfAnIconIsChangedWithoutTheShell();
+    void aPlaceOutsideTheLocalEncodingGetsItsDocument();
     void iconsArePlainlyReadableWhateverTheInstallationIsCalled_data();
     void iconsArePlainlyReadableWhateverTheInstallationIsCalled();
     void aNeighbourOfTheInstallationKeepsItsMode();
@@ -354,6 +356,23 @@ void TstCommitSteps::theModeOfAnIconIsChangedWithoutTheShell()
     struct stat status = {};
     QCOMPARE(stat(target.toLocal8Bit().constData(), &status), 0);
     QCOMPARE(int(status.st_mode & 07777), 0644);
+}
+
+void TstCommitSteps::aPlaceOutsideTheLocalEncodingGetsItsDocument()
+{
+    QVERIFY(QDir().mkpath(path(QStringLiteral("template"))));
+    const QByteArray place = root() + "/template/\xb1\xb1\xbe\xa9";
+    QCOMPARE(mkdir(place.constData(), 0755), 0);
+    QCOMPARE(mkdir((place + "/custom").constData(), 0755), 0);
+    CustomInfo record;
+    const QByteArray document = store::writeDocument(record, place + "/custom/");
+    const int found = access((place + "/custom/OrvexCustom.xml").constData(), F_OK);
+    const int removed = system(("rm -r \"" + place + '"').constData());
+    QCOMPARE(removed, 0);
+    QCOMPARE(document, place + "/custom/OrvexCustom.xml");
+    QCOMPARE(found, 0);
+    QCOMPARE(installation::namesIn(path(QStringLiteral("template"))), QStringList());
+    QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")), QStringList());
 }
 
 void TstCommitSteps::iconsArePlainlyReadableWhateverTheInstallationIsCalled_data()
