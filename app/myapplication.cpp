@@ -64,8 +64,7 @@ int openLockFile()
             descriptor = open(s_lockPath, flags);
     }
     struct stat status = {};
-    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 &&
-        status.st_size != 0)
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1)
         static_cast<void>(ftruncate(descriptor, 0) == 0);
     return descriptor;
 }

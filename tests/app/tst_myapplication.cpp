@@ -35,6 +35,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utime.h>
 
 // The instance lock is one for the machine. This process holds it, as the first instance; it starts itself again as a
 // child for every other start. A child takes its lock either where this process has it, or, in a `World` of its own, at
@@ -732,6 +733,14 @@ void TstMyApplication::lockFileIsEmptiedByEveryStart()
     const auto first = world.start({QStringLiteral("stay=1")});
     QCOMPARE(first->next()[QStringLiteral("alreadyRunning")].toBool(true), false);
     QCOMPARE(QFileInfo(world.lock()).size(), qint64(0));
+    const utimbuf longAgo = {1000000000, 1000000000};
+    QCOMPARE(utime(QFile::encodeName(world.lock()).constData(), &longAgo), 0);
+    const auto another = world.start();
+    QVERIFY(another->next().contains(QStringLiteral("title")));
+    QCOMPARE(another->next()[QStringLiteral("alreadyRunning")].toBool(), true);
+    QCOMPARE(another->exitCode(), 0);
+    // Empty already, it is emptied again: what clears away old temporary files goes by the time.
+    QVERIFY(QFileInfo(world.lock()).lastModified().toSecsSinceEpoch() > longAgo.modtime);
 
     installation::writeFile(world.lock(), "between");
     const auto second = world.start();
