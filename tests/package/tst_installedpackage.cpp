@@ -53,6 +53,7 @@ private slots:
     void aPurgeLeavesNoTrace();
     void anInstallationByHandIsTakenOverWithItsSettings();
     void theArchiveRunsInADirectoryOfItsUser();
+    void theArchiveBelowADirectoryOfAGroupIsItsUsersAlone();
     void theArchiveSaysWhereItMayNotWrite();
 
 private:
@@ -501,6 +502,25 @@ void TstInstalledPackage::theArchiveRunsInADirectoryOfItsUser()
     QCOMPARE(told.filter(QStringLiteral("  history: ")).size(), 1);
     SUCCEEDS(m_machine->as(user, QStringLiteral("bash /tmp/kit/check-packages.sh \"$HOME/my 管理\"")));
     SUCCEEDS(m_machine->as(user, QStringLiteral("cd /; ~/my*/orvex-inspect verify")));
+}
+
+void TstInstalledPackage::theArchiveBelowADirectoryOfAGroupIsItsUsersAlone()
+{
+    // What is made in such a directory has its bit and its group; modes of documents stay those of the user all the
+    // same.
+    const QString user = QStringLiteral("outsider");
+    SUCCEEDS(m_machine->as(
+        user, QStringLiteral("mkdir team; chmod 2775 team; cd team; umask 0022; "
+                             "tar -xzf /tmp/kit/archive.tar.gz --strip-components=1 --no-same-permissions; "
+                             "chmod g+s . ; cp /tmp/kit/template/* template/")));
+    play(user, QStringLiteral("road"), QStringLiteral("umask 0022; team/orvex-manager"));
+    QCOMPARE(m_machine->as(user, QStringLiteral("stat -c %a team team/custom/OrvexCustom.xml")).output,
+             QStringLiteral("2775\n644\n"));
+    SUCCEEDS(m_machine->as(user, QStringLiteral("chmod u-w team/Log")));
+    const Outcome outcome = m_machine->as(user, QStringLiteral("team/orvex-manager"));
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.errors.contains(QLatin1String("unpack the archive into a directory of your own")),
+             qPrintable(outcome.errors));
 }
 
 void TstInstalledPackage::theArchiveSaysWhereItMayNotWrite()
