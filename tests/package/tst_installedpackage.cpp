@@ -47,6 +47,9 @@ private slots:
     void whatAKilledManagerLeftIsNotPackedByAnother();
     void theInspectorFindsTheStoreFromEverywhere();
     void theHandbooksWayToANewMachineKeepsAll();
+    void noMemberWritesInThePlaceWhileItIsConfigured();
+    void theConfigurationFollowsNoLinkOfAMember();
+    void whatTheAdministratorOverridesHoldsAfterConfiguring();
     void anUpgradeChangesNothingOfTheStore();
     void aRemovalKeepsTheStoreAndTheNextInstallationFindsIt();
     void aPurgeLeavesWhatOthersPutThere();
@@ -64,6 +67,9 @@ private:
     QString state();
     QString trace();
     void install(const QString& package);
+    /// Runs the script by which dpkg configures the package.
+    Outcome configure(const QString& before = QString());
+    QString modeOfPlace();
 
     std::unique_ptr<ScratchMachine> m_machine;
     product::Packages m_packages;
@@ -116,6 +122,16 @@ void TstInstalledPackage::install(const QString& package)
     const Outcome outcome = m_machine->asRoot(QLatin1String("DEBIAN_FRONTEND=noninteractive dpkg -i ") + target +
                                               QLatin1String(" </dev/null"));
     QVERIFY2(outcome.status == 0, qPrintable(outcome.output + outcome.errors));
+}
+
+Outcome TstInstalledPackage::configure(const QString& before)
+{
+    return m_machine->asRoot(before + QStringLiteral(" /var/lib/dpkg/info/orvex-manager.postinst configure 1.0.0"));
+}
+
+QString TstInstalledPackage::modeOfPlace()
+{
+    return m_machine->asRoot(QStringLiteral("stat -c '%a %U:%G' %1").arg(place)).output.trimmed();
 }
 
 void TstInstalledPackage::initTestCase()
@@ -382,6 +398,60 @@ void TstInstalledPackage::theHandbooksWayToANewMachineKeepsAll()
     whatTheManagerWroteIsTheGroupsAlone();
 }
 
+void TstInstalledPackage::noMemberWritesInThePlaceWhileItIsConfigured()
+{
+    // Before each directory is given to the group, a member tries to put a name beside and below.
+    SUCCEEDS(m_machine->asRoot(
+        QStringLiteral(
+            "mkdir /tmp/kit/race; cat >/tmp/kit/race/dpkg-statoverride <<'EOF'\n#!/bin/sh\n"
+            "cd %1\n"
+            "for name in planted template/planted; do\n"
+            "    [ $name = planted ] || [ \"$2\" = %1/settings ] || continue\n"
+            "    setpriv --reuid=first --regid=first --init-groups ln -s /etc $name && echo $name >>/run/raced\n"
+            "    echo $name >>/run/tried\ndone\n"
+            "exec /usr/bin/dpkg-statoverride \"$@\"\nEOF\nchmod +x /tmp/kit/race/*")
+            .arg(place)));
+    const QString before = state();
+    SUCCEEDS(configure(QStringLiteral("PATH=/tmp/kit/race:$PATH")));
+    const Outcome tried = m_machine->asRoot(QStringLiteral("grep -c '^planted' /run/tried; cat /run/raced; "
+                                                           "rm -f %1/planted %1/template/planted")
+                                                .arg(place));
+    // Eight directories, settings once more, and the place itself. The template directory stays the members' own.
+    QVERIFY2(tried.output.startsWith(QLatin1String("10\n")), qPrintable(tried.output));
+    QVERIFY2(!tried.output.contains(QLatin1String("\nplanted")), qPrintable(tried.output));
+    QVERIFY2(tried.output.contains(QLatin1String("\ntemplate/planted")), "the member could not have raced");
+    QCOMPARE(state(), before);
+    QCOMPARE(modeOfPlace(), QStringLiteral("3770 root:orvex-manager"));
+}
+
+void TstInstalledPackage::theConfigurationFollowsNoLinkOfAMember()
+{
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("mkdir -m 0755 /srv/victim; cd %1; mv settings /run; "
+                                              "rm config.ini; printf '[config]\\n' >config.ini")
+                                   .arg(place)));
+    SUCCEEDS(m_machine->as(QStringLiteral("first"), QStringLiteral("ln -s /srv/victim %1/settings").arg(place)));
+    const Outcome outcome = configure();
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.errors.contains(QStringLiteral("%1/settings is a link that root has not made").arg(place)),
+             qPrintable(outcome.errors));
+    QCOMPARE(m_machine->asRoot(QStringLiteral("stat -c '%a %U:%G' /srv/victim; ls -A /srv/victim")).output,
+             QStringLiteral("755 root:root\n"));
+    SUCCEEDS(m_machine->asRoot(
+        QStringLiteral("rmdir /srv/victim; cd %1; rm settings config.ini; mv /run/settings .").arg(place)));
+    SUCCEEDS(configure());
+}
+
+void TstInstalledPackage::whatTheAdministratorOverridesHoldsAfterConfiguring()
+{
+    SUCCEEDS(
+        m_machine->asRoot(QStringLiteral("dpkg-statoverride --update --add root orvex-manager 3771 %1").arg(place)));
+    SUCCEEDS(configure());
+    QCOMPARE(modeOfPlace(), QStringLiteral("3771 root:orvex-manager"));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg-statoverride --remove %1").arg(place)));
+    SUCCEEDS(configure());
+    QCOMPARE(modeOfPlace(), QStringLiteral("3770 root:orvex-manager"));
+}
+
 void TstInstalledPackage::anUpgradeChangesNothingOfTheStore()
 {
     const QString before = state();
@@ -417,6 +487,8 @@ void TstInstalledPackage::aRemovalKeepsTheStoreAndTheNextInstallationFindsIt()
     const QString list = m_machine->as(QStringLiteral("first"), QStringLiteral("orvex-inspect list")).output;
     const QString before = state();
     SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg -r orvex-manager")));
+    // Nobody prepares the next installation.
+    QCOMPARE(modeOfPlace(), QStringLiteral("3750 root:orvex-manager"));
     for (const char* gone :
          {"/usr/bin/orvex-manager", "/usr/bin/orvex-inspect", "/opt/apps/com.manager.orvex.amd/files/OrvexManager",
           "/usr/share/applications/com.manager.orvex.amd.desktop"})
@@ -425,6 +497,7 @@ void TstInstalledPackage::aRemovalKeepsTheStoreAndTheNextInstallationFindsIt()
     QVERIFY(m_machine->as(QStringLiteral("outsider"), QStringLiteral("cat %1/custom/*").arg(place)).status != 0);
 
     install(m_packages.debian);
+    QCOMPARE(modeOfPlace(), QStringLiteral("3770 root:orvex-manager"));
     QCOMPARE(state(), before);
     QCOMPARE(rows(QStringLiteral("second")), history);
     QCOMPARE(m_machine->as(QStringLiteral("first"), QStringLiteral("orvex-inspect list")).output, list);

@@ -130,8 +130,8 @@ void TstProductFiles::theChangelogsHaveTheSameReleases()
 void TstProductFiles::theScriptsAreThoseOfAPlainShell_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* name :
-         {"orvex-manager", "debian/orvex-inspect", "debian/orvex-manager", "debian/postinst", "debian/postrm"})
+    for (const char* name : {"orvex-manager", "debian/orvex-inspect", "debian/orvex-manager", "debian/postinst",
+                             "debian/postrm", "debian/prerm"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
