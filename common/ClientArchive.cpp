@@ -177,7 +177,7 @@ bool genFilePack(const char* name, int type)
         return refuseToPack(scratch);
     QByteArray client = scratch + (isBundle ? "/OrvexClient.pkg/Contents" : "/OrvexClient");
     if (!isFreeOfCustomisation(client)) {
-        logX(1, "genFilePack: %s holds an earlier customisation, so nothing is packed.", client.constData());
+        logX(1, "genFilePack: earlier customisation stays in %s, so nothing is packed.", client.constData());
         return false;
     }
     const QByteArray unpack = "tar -zxvf \"" + source + "\" -C \"" + scratch + "\"";

@@ -66,6 +66,8 @@ const Known knownLines[] = {
 
     {"SaveXmlFile: can not open file", s_document, "not-saved", "The document could not be written into custom/."},
     {"SaveXmlFile: can not write file", s_document, "not-saved", "The document could not be written whole into custom/ and was removed."},
+    {"SaveXmlFile: can not remove file", s_document, "not-saved", "The document that could not be written whole could not be removed from custom/ either."},
+    {"copyIcons: ", s_document, "icon", "A chosen icon was not copied into custom/."},
     {"utl_GenLinuxSetup:utl_GetCurProcessPath", s_setup, "no-path", "The directory of the program is not known or its path is too long."},
     {"utl_GenMacosSetup:utl_GetCurProcessPath", s_setup, "no-path", "The directory of the program is not known or its path is too long."},
     {"utl_GenLinuxSetup:genFilePack", s_setup, "client-archive", "The client archive was not made."},
@@ -76,6 +78,7 @@ const Known knownLines[] = {
     {"utl_GenMacosCusUpd:genFilePack", s_cusUpdate, "client-archive", "The client archive was not made."},
     {"genFilePack: get version failed", nullptr, "no-version", "The version of the client is not known."},
     {"genFilePack: /", nullptr, "scratch", "The scratch directory template/Temp could not be entered, so nothing was packed."},
+    {"genFilePack: earlier customisation stays", nullptr, "scratch", "The scratch directory template/Temp holds an earlier customisation that cannot be removed, so nothing was packed."},
     {"ZipUpdFiles:get version failed", nullptr, "no-version", "The version of the client is not known."},
     {"ZipUpdFiles: get current path failed", nullptr, "no-path", "The directory of the program is not known or its path is too long."},
     {"GenCommentFile: the text is too long", nullptr, "manifest-cut", "The manifest comment.txt is too long and was cut."},

@@ -736,7 +736,7 @@ void TstClientArchive::nothingIsPackedOverAnEarlierCustomisation()
     QCOMPARE(recorder.commands(), QByteArrayList());
     QVERIFY(QFile::exists(work("custom/Earlier.ico")));
     QCOMPARE(installation::logMessages(QStringLiteral("[ERR]")),
-             QStringList(QStringLiteral("genFilePack: %1 holds an earlier customisation, so nothing is packed.")
+             QStringList(QStringLiteral("genFilePack: earlier customisation stays in %1, so nothing is packed.")
                              .arg(path(QStringLiteral("template/Temp/OrvexClient")))));
 }
 

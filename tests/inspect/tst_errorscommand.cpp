@@ -333,6 +333,8 @@ void TstErrorsCommand::eachKnownLineHasItsStep_data()
         QTest::newRow(line) << QByteArray(line) << QString::fromLatin1(code);
     };
     row("[ERR]SaveXmlFile: can not open file!", "document not-saved");
+    row("[ERR]SaveXmlFile: can not remove file!", "document not-saved");
+    row("[ERR]copyIcons: /p/$icon.png could not be copied.", "document icon");
     row("[ERR]utl_GenLinuxSetup:utl_GetCurProcessPath failed.", "setup no-path");
     row("[ERR]utl_GenLinuxSetup:genFilePack 64 failed.", "setup client-archive");
     row("[ERR]utl_GenLinuxUpdate:genFilePack 64 failed.", "update client-archive");
