@@ -28,6 +28,24 @@ static const QString traceScript = QStringLiteral(
     "! -path '/var/lib/dpkg/*' ! -path '/usr/share/icons/hicolor/icon-theme.cache' "
     "! -path '/etc/*-' ! -path '/tmp/kit/*' -printf '%p\\n' | sort -T /run; cat /etc/group /etc/passwd; }");
 
+/// The commands of one of the handbook's recipes, a script for each block of them.
+static QStringList recipe(const QString& title)
+{
+    const QString handbook = product::textOf(QStringLiteral(ORVEX_SOURCE_DIR "/docs/administrator.md"));
+    const QString text = handbook.section(QLatin1String("### ") + title, 1).section(QLatin1String("\n##"), 0, 0);
+    QStringList blocks;
+    bool wasCommand = false;
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        const bool isCommand = line.startsWith(QLatin1String("       "));
+        if (isCommand && !wasCommand)
+            blocks.append(QStringLiteral("set -e; cd %1\n").arg(place));
+        if (isCommand)
+            blocks.last() += line.trimmed() + QLatin1Char('\n');
+        wasCommand = isCommand;
+    }
+    return blocks;
+}
+
 class TstInstalledPackage : public QObject
 {
     Q_OBJECT
@@ -359,20 +377,8 @@ void TstInstalledPackage::theInspectorFindsTheStoreFromEverywhere()
 
 void TstInstalledPackage::theHandbooksWayToANewMachineKeepsAll()
 {
-    // The commands of the handbook: on the old machine, for an archive, for the package, to compare.
-    const QString handbook = product::textOf(QStringLiteral(ORVEX_SOURCE_DIR "/docs/administrator.md"));
-    const QString recipe = handbook.section(QLatin1String("### Moving to a new machine"), 1)
-                               .section(QLatin1String("### Backing up"), 0, 0);
-    QStringList blocks;
-    bool wasCommand = false;
-    for (const QString& line : recipe.split(QLatin1Char('\n'))) {
-        const bool isCommand = line.startsWith(QLatin1String("       "));
-        if (isCommand && !wasCommand)
-            blocks.append(QStringLiteral("set -e; cd %1\n").arg(place));
-        if (isCommand)
-            blocks.last() += line.trimmed() + QLatin1Char('\n');
-        wasCommand = isCommand;
-    }
+    // On the old machine, for an archive, for the package, to compare.
+    const QStringList blocks = recipe(QStringLiteral("Moving to a new machine"));
     QCOMPARE(blocks.size(), 4);
 
     SUCCEEDS(m_machine->asRoot(QStringLiteral("echo LangCode=1033 >>%1/config.ini").arg(place)));
@@ -386,6 +392,12 @@ void TstInstalledPackage::theHandbooksWayToANewMachineKeepsAll()
                                               "mv /run/orvex-data.tar.gz /run/history.txt %1")
                                    .arg(place)));
     SUCCEEDS(m_machine->asRoot(blocks.at(2)));
+    // Members can write the templates too, whose directory takes no bit into the packages.
+    QCOMPARE(m_machine
+                 ->asRoot(QStringLiteral("cd %1; find template ! -group orvex-manager -o ! -perm -0060 -o -perm /2000")
+                              .arg(place))
+                 .output,
+             QString());
     SUCCEEDS(m_machine->as(QStringLiteral("second"), blocks.at(3)));
     SUCCEEDS(
         m_machine->asRoot(QStringLiteral("cd %1; rm orvex-data.tar.gz history.txt; test -L config.ini").arg(place)));
