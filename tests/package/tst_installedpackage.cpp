@@ -64,6 +64,7 @@ private slots:
     void eachMemberChangesTheLanguage();
     void whatAKilledManagerLeftIsNotPackedByAnother();
     void theInspectorFindsTheStoreFromEverywhere();
+    void theHandbooksNewTemplateTakesThePlaceOfAnothersForAll();
     void theHandbooksWayToANewMachineKeepsAll();
     void noMemberWritesInThePlaceWhileItIsConfigured();
     void theConfigurationFollowsNoLinkOfAMember();
@@ -373,6 +374,21 @@ void TstInstalledPackage::theInspectorFindsTheStoreFromEverywhere()
     }
     const Outcome doctor = m_machine->as(QStringLiteral("second"), QStringLiteral("orvex-inspect doctor"));
     QVERIFY2(doctor.status == 0, qPrintable(doctor.output));
+}
+
+void TstInstalledPackage::theHandbooksNewTemplateTakesThePlaceOfAnothersForAll()
+{
+    const QStringList blocks = recipe(QStringLiteral("Rolling out a new client version to all customisations"));
+    const QString script = blocks.filter(QStringLiteral("/media/usb/")).join(QString());
+    QVERIFY(!script.isEmpty());
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("mkdir -p /media/usb; cp /tmp/kit/template/* /media/usb; "
+                                              "echo older >%1/template/OrvexClient_Linux64.tar.gz")
+                                   .arg(place)));
+    SUCCEEDS(m_machine->as(QStringLiteral("second"), QLatin1String("umask 0077; ") + script));
+    SUCCEEDS(m_machine->as(
+        QStringLiteral("first"),
+        QStringLiteral("cmp %1/template/OrvexClient_Linux64.tar.gz /media/usb/OrvexClient_Linux64.tar.gz").arg(place)));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("rm -r /media/usb")));
 }
 
 void TstInstalledPackage::theHandbooksWayToANewMachineKeepsAll()
