@@ -312,6 +312,7 @@ void TstQVPNAdvProperty::aWheelInPassingChangesNoList()
 void TstQVPNAdvProperty::aListThatGotTheFocusFromALeftPageIsNoLessGuarded()
 {
     inspect(tellingRecord(), [](QVPNAdvProperty& dialog) {
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QTabBar* tabs = child<QTabWidget>(dialog, "tabWidget")->tabBar();
         type(dialog, "lineEdit_TunnelName", QStringLiteral("t"));
         QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(2).center());
