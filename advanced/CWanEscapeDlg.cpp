@@ -83,9 +83,10 @@ void CWanEscapeDlg::onOk()
         box.refuse("CUS_Wancotrol_Escape_PyxIpErr", ui.lineEdit_pyxIp);
         return;
     }
-    // Contract: a malformed DNS address moves the focus to the backup field.
+    // Contract: a malformed DNS address moves the focus to the backup field. The refusal is announced where it belongs.
     if (!isDottedAddress(typedDns)) {
-        box.refuse("CUS_Wancotrol_Escape_DnsIpErr", ui.lineEdit_pyxIp_bak);
+        box.refuse("CUS_Wancotrol_Escape_DnsIpErr", ui.lineEdit_dnsIp);
+        ui.lineEdit_pyxIp_bak->setFocus();
         return;
     }
     // Contract: the backup address may be empty, and it alone may be "127.0.0.1".

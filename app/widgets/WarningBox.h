@@ -22,5 +22,6 @@ public:
     bool refuseAt(QWidget* focus, const char* textKey);
 };
 
-/// Tells screen readers why the field was refused: the reason describes it until the user edits it.
+/// Tells screen readers why the field was refused: the reason describes it until the user edits it, presses a button of
+/// its dialog's button box, or another field of the window is refused.
 void announceRefusal(QWidget* field, const char* textKey);

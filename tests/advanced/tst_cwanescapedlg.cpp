@@ -226,17 +226,21 @@ void TstCWanEscapeDlg::firstFailedCheckIsShownAndNothingIsStored()
 void TstCWanEscapeDlg::malformedDnsAddressMovesTheFocusToTheBackupField()
 {
     QStringList told;
+    QStringList reasons;
     ModalScript script;
     script.expect<CWanEscapeDlg>([&](CWanEscapeDlg& dialog) {
         typeServers(dialog, QStringLiteral("192.168.1.10"), QStringLiteral("80"), QStringLiteral("dns"), QString());
         child<QLineEdit>(dialog, "lineEdit_dnsIp")->setFocus();
         told = clickRefusedOk(script, dialog);
+        for (const char* name : {"lineEdit_dnsIp", "lineEdit_pyxIp_bak"})
+            reasons.append(child<QLineEdit>(dialog, name)->accessibleDescription());
         press(dialog, QDialogButtonBox::Cancel);
     });
     CWanEscapeDlg dialog;
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
     QCOMPARE(script.complaints(), QStringList());
     QCOMPARE(told, refusal("SCE_SceneTipsTitle", "CUS_Wancotrol_Escape_DnsIpErr", "lineEdit_pyxIp_bak"));
+    QCOMPARE(reasons, QStringList({QStringLiteral("CUS_Wancotrol_Escape_DnsIpErr"), QString()}));
 }
 
 void TstCWanEscapeDlg::portValidatorRunsFrom0To65535()

@@ -7,6 +7,7 @@
 #include "support/WindowPlay.h"
 
 #include <QAccessible>
+#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -69,6 +70,9 @@ private slots:
     void refuseWithoutAFieldLeavesTheFocus();
     void refuseAtMovesTheFocusBeforeTheBox();
     void refusalIsAnnouncedUntilTheNextEdit();
+    void aRefusedFieldKeepsOneWatcher();
+    void nextRefusalTakesBackTheOneBefore();
+    void nextOkTakesBackTheRefusalBeforeItChecks();
 };
 
 void TstWarningBox::initTestCase()
@@ -285,6 +289,48 @@ void TstWarningBox::refusalIsAnnouncedUntilTheNextEdit()
     QCOMPARE(fields.first.accessibleDescription(), langText("SelProtocolPls"));
     QTest::keyClick(&fields.first, Qt::Key_A);
     QCOMPARE(fields.first.accessibleDescription(), QString());
+}
+
+void TstWarningBox::aRefusedFieldKeepsOneWatcher()
+{
+    TwoFields fields;
+    announceRefusal(&fields.first, "OneInstance");
+    const int once = fields.first.children().size();
+    announceRefusal(&fields.first, "SelProtocolPls");
+    QTest::keyClick(&fields.first, Qt::Key_A);
+    announceRefusal(&fields.first, "OneInstance");
+    QCOMPARE(fields.first.children().size(), once);
+    QCOMPARE(fields.first.accessibleDescription(), langText("OneInstance"));
+    QTest::keyClick(&fields.first, Qt::Key_A);
+    QCOMPARE(fields.first.accessibleDescription(), QString());
+}
+
+void TstWarningBox::nextRefusalTakesBackTheOneBefore()
+{
+    TwoFields fields;
+    announceRefusal(&fields.first, "OneInstance");
+    announceRefusal(&fields.second, "SelProtocolPls");
+    QCOMPARE(fields.first.accessibleDescription(), QString());
+    QCOMPARE(fields.second.accessibleDescription(), langText("SelProtocolPls"));
+}
+
+// A field may be mended by what no key wrote, or by another field.
+void TstWarningBox::nextOkTakesBackTheRefusalBeforeItChecks()
+{
+    TwoFields fields;
+    QDialogButtonBox buttons(QDialogButtonBox::Ok, &fields.window);
+    QStringList reasons;
+    QObject::connect(&buttons, &QDialogButtonBox::accepted, &fields.window, [&] {
+        reasons = QStringList({fields.first.accessibleDescription(), fields.second.accessibleDescription()});
+        announceRefusal(&fields.second, "SelProtocolPls");
+    });
+    announceRefusal(&fields.first, "OneInstance");
+    buttons.button(QDialogButtonBox::Ok)->click();
+    QCOMPARE(reasons, QStringList({QString(), QString()}));
+    QCOMPARE(fields.second.accessibleDescription(), langText("SelProtocolPls"));
+    reasons.clear();
+    buttons.button(QDialogButtonBox::Ok)->click();
+    QCOMPARE(reasons, QStringList({QString(), QString()}));
 }
 
 TEST_ENTRY(warningbox, runTest<TstWarningBox>)
