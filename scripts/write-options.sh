@@ -12,7 +12,7 @@ inspect=build/release/OrvexManager/orvex-inspect
     "$inspect" --lang en fields --markdown
 } >"$documents/options.md"
 {
-    printf '# 定制选项\n\n由 `scripts/write-options.sh` 生成；程序可读取 `orvex-inspect fields --json`。\n\n'
+    printf '# 定制选项\n\n由`scripts/write-options.sh`生成；程序可读取`orvex-inspect fields --json`。\n\n'
     "$inspect" --lang zh fields --markdown
 } >"$documents/options.zh.md"
 
