@@ -153,6 +153,8 @@ void TstDoctorCommand::faultIsFound_data()
     row("a file in the place of a directory", "permissions error", "rm -rf OrvexCusUpd; touch OrvexCusUpd");
     row("text missing", "languages warning", "sed -i '/key=\"manager_title\"/d' Resources/Language_zh.xml");
     row("text missing in both", "languages warning", "sed -i '/key=\"manager_title\"/d' Resources/Language_*.xml");
+    row("hint of the empty history missing", "", "sed -i '/key=\"CusListEmpty\"/d' Resources/Language_zh.xml");
+    row("hint of the empty history missing in both", "", "sed -i '/key=\"CusListEmpty\"/d' Resources/Language_*.xml");
     row("text empty", "languages warning",
         "sed -i 's/\\(key=\"manager_title\">\\)[^<]*/\\1/' Resources/Language_en.xml");
     row("Chinese damaged", "languages warning", "truncate -s -9 Resources/Language_zh.xml");
