@@ -74,6 +74,8 @@ private slots:
     void aPurgeLeavesWhatOthersPutThere();
     void aPurgeLeavesNoTrace();
     void anInstallationByHandIsTakenOverWithItsSettings();
+    void settingsInThePlaceOfTheLinkHoldAndTheOthersAreKept();
+    void aPurgeAfterABrokenConfigurationLeavesNoTrace();
     void theArchiveRunsInADirectoryOfItsUser();
     void theArchiveBelowADirectoryOfAGroupIsItsUsersAlone();
     void theArchiveSaysWhereItMayNotWrite();
@@ -591,6 +593,44 @@ void TstInstalledPackage::anInstallationByHandIsTakenOverWithItsSettings()
         QStringLiteral("cd %1; cat config.ini; stat -c '%a %U:%G' settings/config.ini UpdateCustom").arg(place));
     QCOMPARE(outcome.output, QStringLiteral("[config]\nArea=wy\n660 root:orvex-manager\n2770 root:orvex-manager\n"));
     SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg -P orvex-manager")));
+}
+
+void TstInstalledPackage::settingsInThePlaceOfTheLinkHoldAndTheOthersAreKept()
+{
+    install(m_packages.debian);
+    const QString settings = QStringLiteral("cd %1 && head -n 2 config.ini settings/config.ini.dpkg-old; "
+                                            "stat -c '%a %U:%G %F' config.ini settings/config.ini")
+                                 .arg(place);
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; printf '[config]\\nArea=tqm\\n' >settings/config.ini; "
+                                              "rm config.ini; printf '[config]\\nArea=wy\\n' >config.ini")
+                                   .arg(place)));
+    const QString told = QStringLiteral("==> config.ini <==\n[config]\nArea=wy\n\n"
+                                        "==> settings/config.ini.dpkg-old <==\n[config]\nArea=tqm\n"
+                                        "777 root:orvex-manager symbolic link\n660 root:orvex-manager regular file\n");
+    SUCCEEDS(configure());
+    QCOMPARE(m_machine->asRoot(settings).output, told);
+    // Broken off before the link was made again, and once more when all is well.
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; cp --remove-destination settings/config.ini config.ini.dpkg-new; "
+                                              "mv -T config.ini.dpkg-new config.ini")
+                                   .arg(place)));
+    SUCCEEDS(configure());
+    SUCCEEDS(configure());
+    QCOMPARE(m_machine->asRoot(settings).output, told);
+}
+
+void TstInstalledPackage::aPurgeAfterABrokenConfigurationLeavesNoTrace()
+{
+    // Full, as it were, when the settings are to be written.
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; rm config.ini settings/*; mkdir -p /tmp/kit/full; "
+                                              "printf '#!/bin/sh\\nexit 1\\n' >/tmp/kit/full/cat; "
+                                              "chmod +x /tmp/kit/full/cat; touch config.ini.lock")
+                                   .arg(place)));
+    const Outcome outcome = configure(QStringLiteral("PATH=/tmp/kit/full:$PATH"));
+    QCOMPARE(outcome.status, 1);
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("test -e %1/config.ini.dpkg-new").arg(place)));
+    QCOMPARE(modeOfPlace(), QStringLiteral("3750 root:orvex-manager"));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg -P orvex-manager")));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("test ! -e /opt/apps && ! getent group orvex-manager")));
 }
 
 void TstInstalledPackage::theArchiveRunsInADirectoryOfItsUser()
