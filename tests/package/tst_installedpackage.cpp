@@ -76,6 +76,7 @@ private slots:
     void anInstallationByHandIsTakenOverWithItsSettings();
     void settingsInThePlaceOfTheLinkHoldAndTheOthersAreKept();
     void aPurgeAfterABrokenConfigurationLeavesNoTrace();
+    void aPurgeKeepsAGroupThatThePackageFound();
     void theArchiveRunsInADirectoryOfItsUser();
     void theArchiveBelowADirectoryOfAGroupIsItsUsersAlone();
     void theArchiveSaysWhereItMayNotWrite();
@@ -631,6 +632,17 @@ void TstInstalledPackage::aPurgeAfterABrokenConfigurationLeavesNoTrace()
     QCOMPARE(modeOfPlace(), QStringLiteral("3750 root:orvex-manager"));
     SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg -P orvex-manager")));
     SUCCEEDS(m_machine->asRoot(QStringLiteral("test ! -e /opt/apps && ! getent group orvex-manager")));
+}
+
+void TstInstalledPackage::aPurgeKeepsAGroupThatThePackageFound()
+{
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("groupadd orvex-manager; usermod -aG orvex-manager first")));
+    const QString found = m_machine->asRoot(QStringLiteral("getent group orvex-manager")).output;
+    QVERIFY(found.endsWith(QLatin1String(":first\n")));
+    install(m_packages.debian);
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("dpkg -P orvex-manager; test ! -e /opt/apps")));
+    QCOMPARE(m_machine->asRoot(QStringLiteral("getent group orvex-manager")).output, found);
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("groupdel orvex-manager")));
 }
 
 void TstInstalledPackage::theArchiveRunsInADirectoryOfItsUser()
