@@ -9,6 +9,13 @@ set(ORVEX_CONTACT "Orvex Customisation Manager <orvex-manager@example.com>" CACH
 set(ORVEX_PLACE /opt/apps/com.manager.orvex.amd/files)
 set(ORVEX_GROUP orvex-manager)
 set(ORVEX_ID com.manager.orvex.amd)
+# The scripts of the client's packaging, which lie in the place when the client brings them.
+set(ORVEX_SCRIPTS "makeDeb.sh makeUpgradeDeb.sh makeCusPack.sh")
+# Where Qt and its plugins look for plugins: in directories of these names, beside the program too.
+set(ORVEX_PLUGIN_KINDS "accessible accessiblebridge bearer egldeviceintegrations generic iconengines imageformats \
+kf5 networkaccess pictureformats platforminputcontexts platforms platformthemes printsupport sqldrivers styles \
+virtualkeyboard wayland-decoration-client wayland-graphics-integration-client wayland-graphics-integration-server \
+wayland-inputdevice-integration wayland-shell-integration xcbglintegrations")
 
 # The date of the release stands in the changelog; the version, which stands there too, is that of the project.
 file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md releases REGEX "^## \\[[0-9.]+\\] - [0-9-]+$")
@@ -108,8 +115,13 @@ orvex_install_system(/usr/share/doc/orvex-manager ${made}/debian/changelog.gz)
 orvex_install_system(/usr/share/doc/orvex-manager ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
 orvex_install_system(/usr/share/doc/orvex-manager ${PROJECT_SOURCE_DIR}/CHANGELOG.zh.md)
 orvex_install_system(/usr/lib/tmpfiles.d ${made}/debian/tmpfiles.conf orvex-manager.conf)
-# Members may write into the place, and a file of this name there would choose the plugins of everyone.
+# Members may write into the place: a file of this name there would choose the plugins of everyone, and one in these
+# directories would be loaded by everyone.
 orvex_install_system(${ORVEX_PLACE} ${made}/debian/qt.conf)
+string(REPLACE " " ";" kinds ${ORVEX_PLUGIN_KINDS})
+foreach(kind IN LISTS kinds)
+    install(DIRECTORY DESTINATION ${ORVEX_PLACE}/${kind} COMPONENT system EXCLUDE_FROM_ALL)
+endforeach()
 orvex_install_link(/usr/bin/7za ${ORVEX_PLACE}/7za)
 orvex_install_link(/usr/share/qt5/translations/qtbase_zh_CN.qm ${ORVEX_PLACE}/qt_zh_CN.qm)
 

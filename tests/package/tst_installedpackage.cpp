@@ -60,6 +60,11 @@ private slots:
     void theDesktopShowsTheRefusalToo();
     void aMemberOfAnEarlierLoginIsToldToLogInAgain();
     void membersCannotReplaceThePrograms();
+    void noMemberPutsAPluginWhereQtLooksForOne();
+    void noMemberPutsAScriptThatTheManagerRuns();
+    void theManagerRefusesWhatAMemberMightHaveItRun_data();
+    void theManagerRefusesWhatAMemberMightHaveItRun();
+    void rootDoesNotStartTheManager();
     void aSecondMemberDeletesAndFinishesWhatTheFirstMade();
     void eachMemberChangesTheLanguage();
     void whatAKilledManagerLeftIsNotPackedByAnother();
@@ -316,6 +321,109 @@ void TstInstalledPackage::membersCannotReplaceThePrograms()
     QCOMPARE(m_machine->asRoot(QStringLiteral("cd %1 && ls -lA").arg(place)).output, before);
 }
 
+void TstInstalledPackage::noMemberPutsAPluginWhereQtLooksForOne()
+{
+    // Qt tells where it looks, whether there is such a directory or not.
+    const Outcome looked = m_machine->as(QStringLiteral("second"), QStringLiteral("orvex-manager"),
+                                         {QStringLiteral("DISPLAY=:7"), QStringLiteral("XDG_RUNTIME_DIR=/run/second"),
+                                          QStringLiteral("LC_ALL=C.UTF-8"), QStringLiteral("QT_DEBUG_PLUGINS=1"),
+                                          QStringLiteral("QT_PLUGIN_PATH=/tmp/kit/player"),
+                                          QStringLiteral("QT_QPA_GENERIC_PLUGINS=orvexplayer:leave")});
+    QCOMPARE(looked.status, 0);
+    QRegularExpressionMatchIterator kinds =
+        QRegularExpression(QStringLiteral("directory path \"%1/([^\"]+)\"").arg(place)).globalMatch(looked.errors);
+    QStringList names;
+    while (kinds.hasNext())
+        names.append(kinds.next().captured(1));
+    for (const char* kind : {"generic", "imageformats", "platforms", "styles"})
+        QVERIFY2(names.contains(QLatin1String(kind)), kind);
+    for (const QString& name : qAsConst(names)) {
+        QCOMPARE(m_machine->asRoot(QStringLiteral("stat -c '%a %U:%G %F' %1/%2; ls -A %1/%2").arg(place, name)).output,
+                 QStringLiteral("755 root:root directory\n"));
+        const QString script =
+            QStringLiteral("cd %1; cp /tmp/kit/player/generic/*.so %2/ || mv -T %2 taken || rm -r %2").arg(place, name);
+        QVERIFY2(m_machine->as(QStringLiteral("first"), script).status != 0, qPrintable(name));
+    }
+}
+
+void TstInstalledPackage::noMemberPutsAScriptThatTheManagerRuns()
+{
+    // Tried while another's manager is open, past its checks, too: so the names themselves are taken.
+    for (const char* name : {"makeDeb.sh", "makeUpgradeDeb.sh", "makeCusPack.sh"}) {
+        const QString script =
+            QStringLiteral("cd %1; printf '#!/bin/sh\\ntouch /tmp/ran\\n' >~/mine; chmod +x ~/mine; "
+                           "cp --remove-destination ~/mine %2 || cp ~/mine %2 || mv -f -T ~/mine %2 || "
+                           "ln -sf ~/mine %2 || ln -f ~/mine %2")
+                .arg(place, QLatin1String(name));
+        QVERIFY2(m_machine->as(QStringLiteral("first"), script).status != 0, name);
+        // To the manager and the inspector none is there.
+        QVERIFY(m_machine->asRoot(QStringLiteral("test -e %1/%2").arg(place, QLatin1String(name))).status != 0);
+    }
+    // What the client's own build puts there takes the place of the link, and runs.
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; printf '#!/bin/sh\\n' >/run/own; install /run/own makeDeb.sh; "
+                                              "test ! -L makeDeb.sh")
+                                   .arg(place)));
+    play(QStringLiteral("second"), QStringLiteral("leave"));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; rm makeDeb.sh").arg(place)));
+    SUCCEEDS(configure());
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("test -L %1/makeDeb.sh").arg(place)));
+}
+
+void TstInstalledPackage::theManagerRefusesWhatAMemberMightHaveItRun_data()
+{
+    QTest::addColumn<QString>("freed"); // as root, as it may stand before the package held these names
+    QTest::addColumn<QString>("planted");
+    QTest::addColumn<QString>("told");
+    const auto row = [](const char* name, const char* freed, const char* planted, const char* told) {
+        QTest::newRow(name) << QString::fromLatin1(freed) << QString::fromLatin1(planted) << QString::fromLatin1(told);
+    };
+    row("script", "rm makeDeb.sh", "cp /bin/true makeDeb.sh", "makeDeb.sh");
+    row("script of root's that members write",
+        "rm makeCusPack.sh; install -m 0775 -g orvex-manager /bin/true makeCusPack.sh", "true", "makeCusPack.sh");
+    row("link of root's to a member's script", "ln -sfT /home/first/script makeDeb.sh", "cp /bin/true ~/script",
+        "makeDeb.sh");
+    row("plugins", "rmdir generic", "mkdir generic; cp /tmp/kit/player/generic/*.so generic", "generic");
+    row("link to plugins", "rmdir styles", "ln -s /tmp/kit/player/generic styles", "styles");
+    row("library beside the program", "true", "cp /tmp/kit/player/generic/*.so .", "liborvexplayer.so");
+    row("library of any kind of plugins", "true", "mkdir -p org/kde; cp /bin/true org/kde/one.so.5",
+        "org/kde/one.so.5");
+    row("link", "true", "ln -s /home/first elsewhere", "elsewhere");
+    row("directory that shows nothing", "true", "mkdir -m 0711 closed", "closed");
+}
+
+void TstInstalledPackage::theManagerRefusesWhatAMemberMightHaveItRun()
+{
+    QFETCH(QString, freed);
+    QFETCH(QString, planted);
+    QFETCH(QString, told);
+    const QString names = QStringLiteral("cd %1; ls -lA | grep -v '^total'").arg(place);
+    const QString before = m_machine->asRoot(names).output;
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; %2").arg(place, freed)));
+    SUCCEEDS(m_machine->as(QStringLiteral("first"), QStringLiteral("cd %1; umask 0022; %2").arg(place, planted)));
+    const Outcome refused = m_machine->as(QStringLiteral("second"), QStringLiteral("orvex-manager"));
+    const Outcome chinese =
+        m_machine->as(QStringLiteral("second"), QStringLiteral("orvex-manager"), {QStringLiteral("LANG=zh_CN.UTF-8")});
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("cd %1; rm -rf %2 org; dpkg -i /tmp/kit/package.deb").arg(place, told)));
+    QCOMPARE(m_machine->asRoot(names).output.count(QLatin1Char('\n')), before.count(QLatin1Char('\n')));
+    QCOMPARE(refused.status, 1);
+    QVERIFY2(refused.errors.contains(
+                 QStringLiteral("orvex-manager: %1/%2 can be written by others than root").arg(place, told)),
+             qPrintable(refused.errors));
+    QVERIFY(chinese.errors.contains(QStringLiteral("可由 root 以外的用户写入")));
+    play(QStringLiteral("second"), QStringLiteral("leave"));
+}
+
+void TstInstalledPackage::rootDoesNotStartTheManager()
+{
+    const Outcome english = m_machine->asRoot(QStringLiteral("orvex-manager"));
+    QCOMPARE(english.status, 1);
+    QVERIFY2(english.errors.contains(QLatin1String("orvex-manager: root does not use the manager")),
+             qPrintable(english.errors));
+    const Outcome chinese = m_machine->asRoot(QStringLiteral("LC_ALL= LANG=zh_CN.UTF-8 orvex-manager"));
+    QVERIFY(chinese.errors.contains(QStringLiteral("root 不能使用本程序")));
+    SUCCEEDS(m_machine->asRoot(QStringLiteral("orvex-manager --version")));
+}
+
 void TstInstalledPackage::aSecondMemberDeletesAndFinishesWhatTheFirstMade()
 {
     const QStringList afterwards = play(QStringLiteral("second"), QStringLiteral("delete"));
@@ -539,7 +647,7 @@ void TstInstalledPackage::aPurgeLeavesWhatOthersPutThere()
 {
     // One file beside those of the package in each kind of place, and the client's templates.
     SUCCEEDS(m_machine->asRoot(
-        QStringLiteral("cd %1 && touch makeDeb.sh custom/note Log/own.log OrvexSetup/mine.tar.gz "
+        QStringLiteral("cd %1 && rm makeDeb.sh && touch makeDeb.sh custom/note Log/own.log OrvexSetup/mine.tar.gz "
                        "settings/other.ini && touch UpdateCustom/$(ls UpdateCustom | head -n 1)/note && "
                        "mkdir UpdateCustom/own && touch UpdateCustom/own/OrvexCustom.xml")
             .arg(place)));
