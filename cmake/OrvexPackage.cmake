@@ -58,7 +58,19 @@ install(PROGRAMS ${made}/debian/orvex-inspect ${made}/debian/orvex-manager DESTI
         COMPONENT system EXCLUDE_FROM_ALL)
 install(FILES ${made}/orvex-inspect.1 ${made}/orvex-manager.1 DESTINATION man/man1 COMPONENT place)
 install(FILES ${packaging}/orvex-inspect.bash-completion DESTINATION completion RENAME orvex-inspect COMPONENT place)
-install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/CHANGELOG.zh.md DESTINATION . COMPONENT place)
+
+# The documents, which link each other as they lie in the sources. The manual page has its name there, and is filled in.
+function(orvex_install_documents directory)
+    foreach(document IN ITEMS README CHANGELOG)
+        install(FILES ${PROJECT_SOURCE_DIR}/${document}.md ${PROJECT_SOURCE_DIR}/${document}.zh.md
+                DESTINATION ${directory} ${ARGN})
+    endforeach()
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${directory} ${ARGN}
+            FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png PATTERN *.json)
+    install(FILES ${made}/orvex-inspect.1 DESTINATION ${directory}/docs RENAME orvex-inspect.1.in ${ARGN})
+endfunction()
+orvex_install_documents(. COMPONENT place)
+orvex_install_documents(/usr/share/doc/orvex-manager COMPONENT system EXCLUDE_FROM_ALL)
 
 # Compressed and rendered; made for the packages alone.
 find_program(ORVEX_RSVG rsvg-convert DOC "Renders the icons of the desktop from their drawings")
@@ -112,8 +124,6 @@ orvex_install_system(/usr/share/orvex-manager ${packaging}/config.ini)
 orvex_install_system(/usr/share/lintian/overrides ${packaging}/debian/lintian-overrides orvex-manager)
 orvex_install_system(/usr/share/doc/orvex-manager ${packaging}/debian/copyright)
 orvex_install_system(/usr/share/doc/orvex-manager ${made}/debian/changelog.gz)
-orvex_install_system(/usr/share/doc/orvex-manager ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
-orvex_install_system(/usr/share/doc/orvex-manager ${PROJECT_SOURCE_DIR}/CHANGELOG.zh.md)
 orvex_install_system(/usr/lib/tmpfiles.d ${made}/debian/tmpfiles.conf orvex-manager.conf)
 # Members may write into the place: a file of this name there would choose the plugins of everyone, and one in these
 # directories would be loaded by everyone.

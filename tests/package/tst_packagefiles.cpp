@@ -23,6 +23,7 @@ private slots:
     void theCommandsAreTheProgramsOfTheirPlace();
     void neitherPackageHoldsClientTemplates();
     void theArchiveIsAnInstallationOfItsOwn();
+    void theDocumentsOfBothPackagesLeadNowhereElse();
 
 private:
     product::Packages m_packages;
@@ -134,6 +135,40 @@ void TstPackageFiles::theArchiveIsAnInstallationOfItsOwn()
     QVERIFY(fields.output.contains(root));
     const Outcome told = product::run(root + QLatin1String("orvex-manager"), {QStringLiteral("--version")});
     QCOMPARE(told.output, QStringLiteral("orvex-manager %1\n").arg(product::version()));
+}
+
+void TstPackageFiles::theDocumentsOfBothPackagesLeadNowhereElse()
+{
+    const QDir archive(m_work.filePath(QStringLiteral("archive")));
+    QVERIFY(QDir().mkpath(archive.path()));
+    QCOMPARE(product::run(QStringLiteral("tar"), {QStringLiteral("-xzf"), m_packages.archive, QStringLiteral("-C"),
+                                                  archive.path(), QStringLiteral("--strip-components=1")})
+                 .status,
+             0);
+    for (const QString& root : {archive.path(), unpacked(QStringLiteral("usr/share/doc/orvex-manager"))}) {
+        for (const char* name :
+             {"README", "CHANGELOG", "docs/administrator", "docs/options", "docs/release-notes-1.0"}) {
+            for (const char* tail : {".md", ".zh.md"})
+                QVERIFY2(QFile::exists(root + QLatin1Char('/') + QLatin1String(name) + QLatin1String(tail)), name);
+        }
+        int links = 0;
+        QDirIterator documents(root, {QStringLiteral("*.md")}, QDir::Files, QDirIterator::Subdirectories);
+        while (documents.hasNext()) {
+            const QFileInfo document(documents.next());
+            QRegularExpressionMatchIterator targets =
+                QRegularExpression(QStringLiteral("\\]\\((?![a-z]+:|#)([^)#]+)(#[^)]*)?\\)"))
+                    .globalMatch(product::textOf(document.filePath()));
+            for (; targets.hasNext(); ++links) {
+                const QFileInfo target(document.dir(), targets.next().captured(1));
+                QVERIFY2(target.exists(), qPrintable(document.fileName() + QLatin1String(": ") + target.filePath()));
+                QVERIFY2(target.canonicalFilePath().startsWith(QFileInfo(root).canonicalFilePath() + QLatin1Char('/')),
+                         qPrintable(target.filePath()));
+            }
+        }
+        QVERIFY(links > 50);
+    }
+    const QString page = product::textOf(archive.filePath(QStringLiteral("docs/orvex-inspect.1.in")));
+    QVERIFY(page.contains(QLatin1String("orvex-inspect ") + product::version()));
 }
 
 TEST_ENTRY(packagefiles, runGuilessTest<TstPackageFiles>)
