@@ -118,7 +118,9 @@ void OrvexManager::refreshCusHis()
                {s_timeColumnWidth, 160});
     tree->setFont(fontForTimes(font()));
     tree->setSortingEnabled(false);
-    setEmptyHint(*tree, langText("CusListEmpty"));
+    // The language files of earlier installations lack this text, and then nothing is shown.
+    const QString hint = langText("CusListEmpty");
+    setEmptyHint(*tree, hint == QLatin1String("NULL") ? QString() : hint);
 }
 
 bool OrvexManager::GetCurAllCustoms()

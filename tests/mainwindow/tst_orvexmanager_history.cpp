@@ -1,3 +1,4 @@
+#include "app/language/CLanguageParser.h"
 #include "app/language/LangText.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "support/DistinctRecord.h"
@@ -32,6 +33,7 @@ private slots:
     void thePageStandsAsDescribed();
     void emptyHistorySaysWhatWillStandThere();
     void hintOfTheEmptyHistoryFollowsTheLanguage();
+    void withoutItsTextTheEmptyHistoryStaysEmpty();
     void aLargeFontGivesWayUntilATimeFits();
     void tooltipsTellWhatTheColumnsCutOff();
     void markupInARemarkIsShownLetterForLetter_data();
@@ -87,6 +89,24 @@ void TstOrvexManagerHistory::hintOfTheEmptyHistoryFollowsTheLanguage()
     window.changZhLanguage();
     QCOMPARE(historyTree(window)->accessibleDescription(), langText("CusListEmpty"));
     QVERIFY(historyTree(window)->accessibleDescription() != english);
+}
+
+void TstOrvexManagerHistory::withoutItsTextTheEmptyHistoryStaysEmpty()
+{
+    CLanguageParser older;
+    CLanguageParser* const table = languageTable();
+    setLanguageTable(&older);
+    OrvexManager window(nullptr);
+    setLanguageTable(table);
+    QCOMPARE(historyTree(window)->accessibleDescription(), QString());
+    child<QListWidget>(window, "listWidget")->setCurrentRow(1);
+    window.show();
+    QWidget* const viewport = historyTree(window)->viewport();
+    QVERIFY(viewport->isVisible());
+    const QImage shown = viewport->grab().toImage();
+    QImage bare(shown.size(), shown.format());
+    bare.fill(shown.pixelColor(0, 0));
+    QCOMPARE(shown, bare);
 }
 
 void TstOrvexManagerHistory::aLargeFontGivesWayUntilATimeFits()
