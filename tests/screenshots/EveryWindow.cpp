@@ -38,8 +38,9 @@ namespace {
 void show(const Visit& visit, const QString& page, QWidget& window)
 {
     window.show();
-    for (int i = 0; i < 3; ++i)
-        QApplication::processEvents();
+    // The display answers a new size with one more, which may be laid out once more.
+    for (int i = 0; i < 2; ++i)
+        QGuiApplication::sync();
     visit(page, window);
 }
 
