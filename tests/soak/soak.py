@@ -55,8 +55,8 @@ there on handles are closed at once. The small dialogs write no line; opening th
 
 - The report after Finish says "succeeded" after a failed tool as well: no exit status is looked at. `orvex-inspect
   verify` tells whether the packages are whole.
-- The steps of a package are no chain: after a packing that was refused or failed the ZIP is made all the same, of what
-  there is.
+- The steps of a package are no chain: after a packing that failed the ZIP is made all the same, of what there is. Only
+  one that was refused, because the scratch directory is not the program's own, leaves the ZIP out.
 - A row of the history is found by its local time. Of two customisations of the same local time, an hour that comes
   twice, the first one listed is chosen and deleted.
 - The name of a directory is the stamp cut to 32 bits with a sign: stamps 2^32 seconds apart share a directory, and
