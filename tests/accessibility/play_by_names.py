@@ -107,7 +107,31 @@ def is_checked(accessible):
     return accessible.getState().contains(pyatspi.STATE_CHECKED)
 
 
+def await_registration():
+    """Waits until a program has registered. The library is asked only then: without a main loop it keeps the list of
+    programs as it was when first asked for."""
+    from gi.repository import Gio, GLib
+
+    def answer(bus, service, path, interface, method):
+        return bus.call_sync(service, path, interface, method, None, None, Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+
+    session = Gio.bus_get_sync(Gio.BusType.SESSION, None)
+    address = answer(session, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress")
+    client = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+    bus = Gio.DBusConnection.new_for_address_sync(address, client, None, None)
+
+    def programs():
+        try:
+            return answer(bus, "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root",
+                          "org.a11y.atspi.Accessible", "GetChildren") or None
+        except GLib.Error:
+            return None
+
+    waited_for("program registered for accessibility", programs)
+
+
 def play(installation):
+    await_registration()
     import pyatspi
 
     pyatspi.Atspi.set_timeout(ANSWER_LIMIT, 0)
