@@ -37,8 +37,12 @@ bool isWide(uint character)
                        [=](const Range& range) { return character >= range.first && character <= range.last; });
 }
 
+constexpr uint s_endOfAscii = 0x80;
+
 bool isObeyed(uint character)
 {
+    if (character < s_endOfAscii)
+        return character < ' ' || character == 0x7F;
     const QChar::Category category = QChar::category(character);
     return category == QChar::Other_Control || category == QChar::Other_Format || category == QChar::Other_Surrogate ||
            category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
@@ -46,6 +50,8 @@ bool isObeyed(uint character)
 
 int columnsOfCharacter(uint character)
 {
+    if (character < s_endOfAscii)
+        return 1;
     const QChar::Category category = QChar::category(character);
     if (category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing)
         return 0;
@@ -127,6 +133,9 @@ QVector<int> widthsOf(const QStringList& headings, const QVector<QStringList>& r
 
 QString output::printable(const QString& text)
 {
+    const auto isPlain = [](QChar unit) { return unit >= QLatin1Char(' ') && unit < QChar(0x7F); };
+    if (std::all_of(text.begin(), text.end(), isPlain))
+        return text;
     QString shown;
     for (int at = 0; at < text.size(); ++at) {
         const QChar unit = text.at(at);

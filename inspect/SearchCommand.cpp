@@ -134,20 +134,22 @@ ExitStatus runSearch(const Invocation& call)
             return Invocation::wrong(translated("%1UpdateCustom: cannot be read; check its permissions").arg(store));
     }
 
-    QJsonArray all;
-    QVector<QStringList> rows;
-    for (const Hit& hit : search.hits()) {
-        all.append(QJsonObject{{QStringLiteral("store"), hit.store},
-                               {QStringLiteral("entry"), hit.entry},
-                               {QStringLiteral("path"), hit.value.path},
-                               {QStringLiteral("label"), hit.value.label},
-                               {QStringLiteral("value"), hit.value.value}});
-        rows.append({hit.entry, hit.value.path, hit.value.label, hit.value.shown});
-    }
-    if (call.isJson())
+    const auto& hits = search.hits();
+    if (call.isJson()) {
+        QJsonArray all;
+        for (const Hit& hit : hits)
+            all.append(QJsonObject{{QStringLiteral("store"), hit.store},
+                                   {QStringLiteral("entry"), hit.entry},
+                                   {QStringLiteral("path"), hit.value.path},
+                                   {QStringLiteral("label"), hit.value.label},
+                                   {QStringLiteral("value"), hit.value.value}});
         output::write(all);
-    else if (!rows.isEmpty())
+    } else if (!hits.isEmpty()) {
+        QVector<QStringList> rows;
+        for (const Hit& hit : hits)
+            rows.append({hit.entry, hit.value.path, hit.value.label, hit.value.shown});
         output::write(
             output::table({translated("Entry"), translated("Field"), translated("Label"), translated("Value")}, rows));
-    return rows.isEmpty() ? Finding : Fine;
+    }
+    return hits.isEmpty() ? Finding : Fine;
 }
