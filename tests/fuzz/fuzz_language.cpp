@@ -8,9 +8,12 @@
 namespace {
 
 /// The texts of a language file by another parser; false for what is no plain file of that kind, where the two may
-/// differ: not well-formed, with a document type, or with something else than elements and texts.
+/// differ: not well-formed, of another encoding than UTF-8, with a document type, or with something else than elements
+/// and texts.
 bool textsOf(const QByteArray& file, QMap<QString, QString>& texts)
 {
+    if (QString::fromUtf8(file).toUtf8() != file)
+        return false;
     QXmlStreamReader reader(file);
     int depth = 0;
     bool isBegun = false;
@@ -41,7 +44,12 @@ bool textsOf(const QByteArray& file, QMap<QString, QString>& texts)
             if (depth-- == 2 && isBegun && !key.isEmpty() && !text.isEmpty())
                 texts.insert(key, text);
             break;
-        case QXmlStreamReader::StartDocument:
+        case QXmlStreamReader::StartDocument: {
+            const QStringRef encoding = reader.documentEncoding();
+            if (!encoding.isEmpty() && encoding.compare(QLatin1String("utf-8"), Qt::CaseInsensitive) != 0)
+                return false;
+            break;
+        }
         case QXmlStreamReader::EndDocument:
             break;
         default:
