@@ -127,6 +127,14 @@ void refusedCheaply(const QByteArray& bytes, const char* name = "package.tar.gz"
     QCOMPARE(content.document.state, FileBytes::Missing);
 }
 
+/// What gzip makes of a packed file.
+QByteArray unpacked(const QByteArray& bytes)
+{
+    const QString file = installation::path(QStringLiteral("changed.gz"));
+    installation::writeFile(file, bytes);
+    return installation::run(QStringLiteral("gzip"), {QStringLiteral("-dc"), file});
+}
+
 } // namespace
 
 class TstPackageReader : public QObject
@@ -296,7 +304,8 @@ void TstPackageReader::changedByteIsFound_data()
     packageIsRead_data();
 }
 
-// Every byte counts but those of the gzip header and of the times and systems that a ZIP tells of its members.
+// Every byte counts but those of the gzip header and of the times and systems that a ZIP tells of its members. Of two
+// places that are the same a packed file may copy either, so a change may also make no difference.
 void TstPackageReader::changedByteIsFound()
 {
     QFETCH(int, kind);
@@ -308,10 +317,12 @@ void TstPackageReader::changedByteIsFound()
         QByteArray changed = bytes;
         changed[place] = char(changed.at(place) ^ 0x41);
         const PackageContent content = readBytes(changed);
-        ++tried;
-        refused += content.damage.isEmpty() ? 0 : 1;
         if (content.damage.isEmpty())
             QCOMPARE(content.document.bytes, good.document.bytes);
+        if (content.damage.isEmpty() && kind == Setup && unpacked(changed) == unpacked(bytes))
+            continue;
+        ++tried;
+        refused += content.damage.isEmpty() ? 0 : 1;
     }
     QVERIFY(tried > 200);
     QVERIFY2(refused >= tried - (kind == Setup ? 0 : 12), qPrintable(QString::number(tried - refused)));
