@@ -1,8 +1,8 @@
 #include "xml/PlainDocument.h"
 
+#include "xml/PlainCharacters.h"
 #include "xml/PlainReader.h"
 
-#include <array>
 #include <cstring>
 #include <limits>
 
@@ -11,64 +11,6 @@ namespace {
 constexpr int s_indent = 4;
 constexpr int s_deepest = 6;
 constexpr int s_mostDigits = 10;
-
-enum Kind : unsigned char
-{
-    Other, // nothing that is taken
-    Plain,
-    Space,
-    EndOfText,
-    BeginOfTwo, // characters of two and three bytes
-    BeginOfThree
-};
-
-// What is left out: control characters, what begins an entity, what could end a section of characters, and characters
-// beyond the first plane or without agreed meaning.
-constexpr std::array<Kind, 256> makeKinds()
-{
-    std::array<Kind, 256> kinds{};
-    for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
-        if (byte == ' ')
-            kinds[byte] = Space;
-        else if (byte == '<')
-            kinds[byte] = EndOfText;
-        else if (byte > ' ' && byte < 0x7F && byte != '&' && byte != '>')
-            kinds[byte] = Plain;
-        else if (byte >= 0xC2 && byte <= 0xDF)
-            kinds[byte] = BeginOfTwo;
-        else if (byte >= 0xE1 && byte <= 0xEF && byte != 0xED)
-            kinds[byte] = BeginOfThree;
-    }
-    return kinds;
-}
-constexpr std::array<Kind, 256> s_kinds = makeKinds();
-
-Kind kindOf(char byte)
-{
-    return s_kinds[static_cast<unsigned char>(byte)];
-}
-
-bool follows(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-/// Of the last block of three bytes only the halfwidth and fullwidth forms up to U+FF7F: behind them lie characters
-/// that a reader replaces, and before them the byte order mark.
-bool isTaken(const char* three)
-{
-    const auto first = static_cast<unsigned char>(three[0]);
-    const auto second = static_cast<unsigned char>(three[1]);
-    return first != 0xEF || second == 0xBC || second == 0xBD;
-}
-
-/// Whether a character of more than one byte lies in a block that has spaces: U+0085, U+1680, U+2000 and U+3000 do.
-bool mayBeSpace(const char* character)
-{
-    const auto first = static_cast<unsigned char>(character[0]);
-    return first == 0xC2 || first == 0xE1 || first == 0xE2 ||
-           (first == 0xE3 && static_cast<unsigned char>(character[1]) == 0x80);
-}
 
 } // namespace
 
@@ -169,35 +111,12 @@ PlainReader::Text PlainReader::element(const char* name)
 
 bool PlainReader::skipText()
 {
-    const char* const begin = m_next;
     bool isBlank = true;
-    for (;;) {
-        switch (kindOf(*m_next)) {
-        case Space:
-            ++m_next;
-            break;
-        case Plain:
-            isBlank = false;
-            ++m_next;
-            break;
-        case BeginOfTwo:
-            if (!follows(m_next[1]))
-                return false;
-            isBlank = isBlank && mayBeSpace(m_next);
-            m_next += 2;
-            break;
-        case BeginOfThree:
-            if (!follows(m_next[1]) || !follows(m_next[2]) || !isTaken(m_next))
-                return false;
-            isBlank = isBlank && mayBeSpace(m_next);
-            m_next += 3;
-            break;
-        case EndOfText:
-            return !isBlank || m_next == begin; // the parser drops a text of nothing but spaces
-        case Other:
-            return false;
-        }
-    }
+    const char* const end = plainCharactersEnd(m_next, isBlank);
+    if (*end != '<' || (isBlank && end != m_next))
+        return false;
+    m_next = end;
+    return true;
 }
 
 quint32 PlainReader::number(const Text& text)
