@@ -2,7 +2,6 @@
 
 #include "common/Log.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
@@ -137,40 +136,33 @@ bool CBasedQtXmlParser::LoadXml(const QString& text)
 
 bool CBasedQtXmlParser::LoadXmlFile(const QString& path)
 {
-    QFile file(path);
-    // A pipe in the place of the file must not block the program.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
-        logX(1, "CBasedQtXmlParser::LoadXmlFile:Open XML File[%s].", path.toLocal8Bit().constData());
-        return false;
-    }
-    if (!loadDevice(file)) {
-        logX(1, "CBasedQtXmlParser::LoadXmlFile:Load XML File[%s].", path.toLocal8Bit().constData());
-        return false;
-    }
-    return true;
+    QByteArray bytes;
+    return readFile(path, bytes) && LoadXmlBytes(bytes, path.toLocal8Bit().constData());
 }
 
 bool CBasedQtXmlParser::LoadXmlBytes(const QByteArray& bytes, const char* path)
 {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    if (!loadDevice(buffer)) {
+    if (!withinBounds(bytes) || !m_qoXmlDoc.setContent(bytes, true)) {
         if (path)
             logX(1, "CBasedQtXmlParser::LoadXmlFile:Load XML File[%s].", path);
         else
             logX(1, "CBasedQtXmlParser::LoadXmlBytes: Load XML bytes.");
         return false;
     }
+    m_qoRootElement = m_qoXmlDoc.documentElement();
+    m_qoCurElement = m_qoRootElement;
     return true;
 }
 
-bool CBasedQtXmlParser::loadDevice(QIODevice& device)
+bool CBasedQtXmlParser::readFile(const QString& path, QByteArray& bytes)
 {
-    if (!withinBounds(device.readAll()) || !device.seek(0) || !m_qoXmlDoc.setContent(&device, true))
+    QFile file(path);
+    // A pipe in the place of the file must not block the program.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        logX(1, "CBasedQtXmlParser::LoadXmlFile:Open XML File[%s].", path.toLocal8Bit().constData());
         return false;
-    m_qoRootElement = m_qoXmlDoc.documentElement();
-    m_qoCurElement = m_qoRootElement;
+    }
+    bytes = file.readAll();
     return true;
 }
 

@@ -6,8 +6,6 @@
 
 #include <string>
 
-class QIODevice;
-
 /// A QDomDocument with a current element and typed add and read operations by element name on its children. A null
 /// name or a null current element makes every add, remove and read by name do nothing but clear its output where it
 /// does that. Not thread safe. Failures are told by false and a log line.
@@ -82,12 +80,15 @@ public:
     void SetAttributeValue(QDomElement& element, const char* name, const char* value);
 
 protected:
+    /// The content of a file, as LoadXmlFile takes it; of one that cannot be opened the log tells what LoadXmlFile
+    /// does.
+    static bool readFile(const QString& path, QByteArray& bytes);
+
     QDomDocument m_qoXmlDoc;
     QDomElement m_qoRootElement;
     QDomElement m_qoCurElement; // the operations by name work on its children
     QString m_qstrXML;          // text of the last serialisation
 
 private:
-    bool loadDevice(QIODevice& device);
     QString childText(const char* name) const;
 };

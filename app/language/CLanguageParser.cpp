@@ -17,9 +17,26 @@ CLanguageParser::~CLanguageParser() = default;
 int CLanguageParser::LoadLanguage(QString path)
 {
     logX(4, "LoadLanguage file path: %s", path.toLocal8Bit().constData());
-    if (!LoadXmlFile(path))
+    QByteArray file;
+    if (!readFile(path, file))
         return 1;
+    LanguageTexts texts;
+    if (!readPlainTexts(file, texts)) {
+        if (!LoadXmlBytes(file, path.toLocal8Bit().constData()))
+            return 1;
+        texts = textsOfTree();
+    }
     const std::lock_guard<std::mutex> lock(s_texts);
+    for (const auto& [key, text] : qAsConst(texts)) {
+        if (!key.isEmpty() && !text.isEmpty())
+            m_mapTexts.insert(key, text);
+    }
+    return 1;
+}
+
+LanguageTexts CLanguageParser::textsOfTree()
+{
+    LanguageTexts texts;
     // Contract: behind the first `control` every element counts, whatever its name.
     QDomNode node = m_qoRootElement.firstChildElement(QStringLiteral("control"));
     for (; !node.isNull(); node = node.nextSibling()) {
@@ -28,11 +45,9 @@ int CLanguageParser::LoadLanguage(QString path)
             continue;
         QString key;
         GetAttributeValue(&element, "key", key);
-        const QString text = element.text();
-        if (!key.isEmpty() && !text.isEmpty())
-            m_mapTexts.insert(key, text);
+        texts.append({key, element.text()});
     }
-    return 1;
+    return texts;
 }
 
 QString CLanguageParser::GetKey(const char* key) const

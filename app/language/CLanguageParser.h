@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/language/PlainTexts.h"
 #include "xml/CBasedQtXmlParser.h"
 
 #include <QMap>
@@ -19,5 +20,8 @@ public:
     QString GetKey(const char* key) const;
 
 private:
+    /// Keys and texts of the document that was loaded, some of them perhaps empty.
+    LanguageTexts textsOfTree();
+
     QMap<QString, QString> m_mapTexts;
 };

@@ -1,4 +1,5 @@
 #include "app/language/CLanguageParser.h"
+#include "app/language/PlainTexts.h"
 #include "fuzz/FuzzTarget.h"
 
 #include <QMap>
@@ -61,7 +62,8 @@ bool textsOf(const QByteArray& file, QMap<QString, QString>& texts)
 
 } // namespace
 
-// A second parser finds the same texts; what the file does not name keeps its text.
+// A second parser finds the same texts; what the file does not name keeps its text. Of a file that is read without a
+// tree, the tree gives the same texts.
 FUZZ_TARGET("language")
 {
     static const QByteArray known = fuzz::written(
@@ -73,6 +75,19 @@ FUZZ_TARGET("language")
     HOLDS(parser.LoadLanguage(path) == 1);
     HOLDS(!parser.GetKey("a").isEmpty() && !parser.GetKey("only here").isEmpty());
     HOLDS(parser.GetKey(nullptr) == QLatin1String("NULL"));
+
+    LanguageTexts plain;
+    if (readPlainTexts(bytes, plain)) {
+        CLanguageParser byTree;
+        HOLDS(byTree.LoadLanguage(QString::fromUtf8(known)) == 1);
+        HOLDS(byTree.LoadLanguage(QString::fromUtf8(fuzz::written("tree.xml", bytes + "<?not plain?>"))) == 1);
+        for (const auto& [key, text] : qAsConst(plain)) {
+            const QByteArray name = key.toUtf8();
+            HOLDS_TOLD(parser.GetKey(name.constData()) == byTree.GetKey(name.constData()), name + ": " + text.toUtf8());
+        }
+    } else {
+        HOLDS(plain.isEmpty());
+    }
 
     QMap<QString, QString> texts;
     if (bytes.contains("&") || bytes.contains('\r') || bytes.contains('\0') || !textsOf(bytes, texts))
