@@ -193,7 +193,10 @@ void OrvexManager::connectPages()
 
 void OrvexManager::showPage()
 {
-    ui.stackedWidget->setCurrentIndex(ui.listWidget->currentRow());
+    const int page = ui.listWidget->currentRow();
+    if (page == ui.stackedWidget->indexOf(ui.historyCustom))
+        fitTimes();
+    ui.stackedWidget->setCurrentIndex(page);
 }
 
 void OrvexManager::showCusClient()

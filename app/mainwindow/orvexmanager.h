@@ -84,6 +84,8 @@ private:
     /// The keys of the list, and its menu of the same commands.
     void addHistoryCommands();
     void refreshCusHis();
+    /// Before the page is shown: a start that does not show it loads no font for it.
+    void fitTimes();
     bool GetCurAllCustoms();
     int GetIndexByStrTime(QString time);
     QString GetSelCusDir(QString selText);

@@ -116,11 +116,15 @@ void OrvexManager::refreshCusHis()
                {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),
                 labelText(field<&CommonInfo::cusAddInfo>)},
                {s_timeColumnWidth, 160});
-    tree->setFont(fontForTimes(font()));
     tree->setSortingEnabled(false);
     // The language files of earlier installations lack this text, and then nothing is shown.
     const QString hint = langText("CusListEmpty");
     setEmptyHint(*tree, hint == QLatin1String("NULL") ? QString() : hint);
+}
+
+void OrvexManager::fitTimes()
+{
+    ui.treeWidget_cusHis->setFont(fontForTimes(font()));
 }
 
 bool OrvexManager::GetCurAllCustoms()

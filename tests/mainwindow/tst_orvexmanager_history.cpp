@@ -116,7 +116,9 @@ void TstOrvexManagerHistory::aLargeFontGivesWayUntilATimeFits()
     large.setPointSize(24);
     QApplication::setFont(large);
     {
-        const OrvexManager window(nullptr);
+        OrvexManager window(nullptr);
+        window.show();
+        child<QListWidget>(window, "listWidget")->setCurrentRow(1);
         const QFontMetrics metrics(historyTree(window)->font());
         QVERIFY(metrics.horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) < 140);
         QCOMPARE(historyTree(window)->columnWidth(0), 140);
