@@ -88,6 +88,7 @@ OrvexManager::OrvexManager(QWidget* parent) : QMainWindow(parent)
     ui.checkBox_allSelect->hide();
     ui.toolButton_detail->setEnabled(false);
     ui.toolButton_delete->setEnabled(false);
+    offerHistoryCommands();
     ui.checkBox_wlanPro->show();
     ui.checkBox_keffunc->show();
     keepWheelFromLists(*this);

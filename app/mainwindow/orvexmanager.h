@@ -83,6 +83,8 @@ private:
     // The history page.
     /// The keys of the list, and its menu of the same commands.
     void addHistoryCommands();
+    /// The menu shows what would do nothing as disabled.
+    void offerHistoryCommands();
     void refreshCusHis();
     /// Before the page is shown: a start that does not show it loads no font for it.
     void fitTimes();

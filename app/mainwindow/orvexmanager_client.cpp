@@ -143,9 +143,10 @@ void OrvexManager::OnRepaintCustomCombo()
     if (m_cusPolicyList.isEmpty()) {
         ui.toolButton_delete->setEnabled(false);
         ui.toolButton_detail->setEnabled(false);
-        return;
+    } else {
+        ui.toolButton_deleteall->setEnabled(true);
     }
-    ui.toolButton_deleteall->setEnabled(true);
+    offerHistoryCommands();
 }
 
 void OrvexManager::growForComponents(const QSize& room)

@@ -94,6 +94,18 @@ void OrvexManager::addHistoryCommands()
     });
     addCommand({}, [this] { ui.toolButton_deleteall->click(); });
     tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(tree, &QTreeWidget::currentItemChanged, this, &OrvexManager::offerHistoryCommands);
+    connect(tree, &QTreeWidget::itemSelectionChanged, this, &OrvexManager::offerHistoryCommands);
+}
+
+void OrvexManager::offerHistoryCommands()
+{
+    const QTreeWidget* tree = ui.treeWidget_cusHis;
+    const bool hasRows = tree->topLevelItemCount() > 0;
+    const QList<QAction*> commands = tree->actions();
+    commands.at(0)->setEnabled(hasRows && (tree->currentItem() || ui.toolButton_detail->isEnabled()));
+    commands.at(1)->setEnabled(!tree->selectedItems().isEmpty());
+    commands.at(2)->setEnabled(hasRows);
 }
 
 void OrvexManager::refreshCusHis()

@@ -39,6 +39,7 @@ private slots:
     void markupInARemarkIsShownLetterForLetter_data();
     void markupInARemarkIsShownLetterForLetter();
     void buttonsWaitForAClickOnARow();
+    void menuOffersWhatWouldDoSomething();
     void anItemOfAnotherTreeIsNoRow();
     void detailWithNothingSelectedAsksForARow();
     void detailShowsTheClickedRow();
@@ -173,6 +174,35 @@ void TstOrvexManagerHistory::buttonsWaitForAClickOnARow()
     clickRow(window, 0);
     QVERIFY(isEnabled(window, "toolButton_detail"));
     QVERIFY(isEnabled(window, "toolButton_delete"));
+}
+
+void TstOrvexManagerHistory::menuOffersWhatWouldDoSomething()
+{
+    storeRow(1700000001, "2023-11-15 06:13:21", "one");
+    storeRow(1700000002, "2023-11-15 06:13:22", "two");
+    OrvexManager window(nullptr);
+    QTreeWidget* tree = historyTree(window);
+    window.show();
+    // Details, delete, delete all.
+    const auto offered = [tree] {
+        QVector<bool> enabled;
+        for (const QAction* command : tree->actions())
+            enabled.append(command->isEnabled());
+        return enabled;
+    };
+    QCOMPARE(offered(), QVector<bool>({false, false, true}));
+    tree->setCurrentItem(tree->topLevelItem(0));
+    QCOMPARE(offered(), QVector<bool>({true, true, true}));
+    tree->clearSelection();
+    QCOMPARE(offered(), QVector<bool>({true, false, true}));
+    clickRow(window, 1);
+    QCOMPARE(offered(), QVector<bool>({true, true, true}));
+    // The buttons stay enabled as long as there are rows, and that for the details asks for a row.
+    click(window, "toolButton_delete");
+    QCOMPARE(offered(), QVector<bool>({true, false, true}));
+    clickRow(window, 0);
+    click(window, "toolButton_delete");
+    QCOMPARE(offered(), QVector<bool>({false, false, false}));
 }
 
 void TstOrvexManagerHistory::anItemOfAnotherTreeIsNoRow()
