@@ -1,5 +1,6 @@
 #include "inspect/Command.h"
 #include "inspect/Output.h"
+#include "inspect/Translation.h"
 
 #include <QCoreApplication>
 
@@ -7,12 +8,12 @@ namespace {
 
 void addFlag(QCommandLineParser& parser, const char* name, const char* description)
 {
-    parser.addOption({QString::fromLatin1(name), QString::fromLatin1(description)});
+    parser.addOption({QString::fromLatin1(name), translated(description)});
 }
 
 void addValue(QCommandLineParser& parser, const QStringList& names, const char* valueName, const char* description)
 {
-    parser.addOption({names, QString::fromLatin1(description), QString::fromLatin1(valueName)});
+    parser.addOption({names, translated(description), QString::fromLatin1(valueName)});
 }
 
 void addSecrets(QCommandLineParser& parser)

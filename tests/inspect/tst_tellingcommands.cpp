@@ -1,4 +1,6 @@
+#include "inspect/Command.h"
 #include "inspect/InspectSupport.h"
+#include "inspect/Output.h"
 #include "inspect/ProgramRun.h"
 #include "support/DistinctRecord.h"
 #include "support/Installation.h"
@@ -8,6 +10,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QRegularExpression>
 #include <QtTest>
 
 /// What the program tells of the history: list, show, diff, search and fields.
@@ -60,6 +63,9 @@ private slots:
     void wrongUsageIsOneLine_data();
     void wrongUsageIsOneLine();
     void helpOfEachCommandHasAnExample();
+    void helpIsInTheLanguageOfTheCall();
+    void complaintsAboutTheCallAreInItsLanguage_data();
+    void complaintsAboutTheCallAreInItsLanguage();
 };
 
 namespace {
@@ -747,6 +753,69 @@ void TstTellingCommands::helpOfEachCommandHasAnExample()
         QVERIFY2(help.output.startsWith(QByteArray("Usage: orvex-inspect ") + command), command);
     }
     QCOMPARE(program::run({QStringLiteral("--version")}).status, 0);
+}
+
+void TstTellingCommands::helpIsInTheLanguageOfTheCall()
+{
+    static const QRegularExpression han(QStringLiteral("\\p{Han}"));
+    for (const Command& command : commands()) {
+        const program::Outcome help = program::run(
+            {QStringLiteral("--lang"), QStringLiteral("zh"), QLatin1String(command.name), QStringLiteral("--help")});
+        QCOMPARE(help.status, 0);
+        const QString text = QString::fromUtf8(help.output);
+        QVERIFY2(text.startsWith(QStringLiteral("用法：orvex-inspect ") + QLatin1String(command.name)), command.name);
+        const QStringList options =
+            text.section(QStringLiteral("选项：\n"), 1).section(QStringLiteral("\n\n"), 0, 0).split(QLatin1Char('\n'));
+        QVERIFY2(options.size() >= 4, command.name);
+        for (const QString& option : options)
+            QVERIFY2(han.match(option).hasMatch() && output::columnsOf(option) <= 80, qPrintable(option));
+    }
+    const QByteArray english = program::run({QStringLiteral("--help")}, {QStringLiteral("LANG=C")}).output;
+    QVERIFY2(english.startsWith("Usage: "), english.constData());
+    const QByteArray chinese = program::run({QStringLiteral("--help")}, {QStringLiteral("LANG=zh_CN.UTF-8")}).output;
+    QVERIFY2(chinese.startsWith("用法："), chinese.constData());
+    QCOMPARE(program::run({QStringLiteral("--lang=zh"), QStringLiteral("--help")}).output, chinese);
+    // The installation's own choice counts before that of the environment.
+    const QString store = installation::path(QStringLiteral("chinese"));
+    installation::writeFile(store + QStringLiteral("/config.ini"), "[config]\nLangCode=2052\n");
+    QCOMPARE(
+        program::run({QStringLiteral("--store"), store, QStringLiteral("--help")}, {QStringLiteral("LANG=C")}).output,
+        chinese);
+}
+
+void TstTellingCommands::complaintsAboutTheCallAreInItsLanguage_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("complaint");
+    QTest::newRow("no command") << "--lang zh"
+                                << "没有给出命令，`orvex-inspect --help`列出全部命令";
+    QTest::newRow("no such command") << "--lang zh sow"
+                                     << "sow：没有该命令，`orvex-inspect --help`列出全部命令";
+    QTest::newRow("unknown option") << "show --foo --lang=zh"
+                                    << "show: 未知选项“foo”，见`orvex-inspect show --help`";
+    QTest::newRow("unknown options") << "show -x -y --lang zh"
+                                     << "show: 未知选项：x, y，见`orvex-inspect show --help`";
+    QTest::newRow("missing value") << "--lang zh show --section"
+                                   << "show: “--section”之后缺少值，见`orvex-inspect show --help`";
+    QTest::newRow("value too many") << "--lang zh show --json=a"
+                                    << "show: “--json”之后不能有值，见`orvex-inspect show --help`";
+    QTest::newRow("missing argument") << "--lang zh which"
+                                      << "which的参数为PACKAGE...，见`orvex-inspect which --help`";
+    QTest::newRow("no such directory") << "--lang zh --store /nowhere list"
+                                       << "--store /nowhere：没有该目录";
+    QTest::newRow("two stores") << "--lang zh --store / --store / doctor"
+                                << "doctor只能使用一个--store，见`orvex-inspect doctor --help`";
+    QTest::newRow("another language") << "--lang zh --lang de list"
+                                      << "--lang de: give en or zh";
+}
+
+void TstTellingCommands::complaintsAboutTheCallAreInItsLanguage()
+{
+    QFETCH(const QString, call);
+    QFETCH(const QString, complaint);
+    const program::Outcome outcome = program::run(call.split(QLatin1Char(' ')), {QStringLiteral("LANG=zh_CN.UTF-8")});
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(QString::fromUtf8(outcome.errors), QStringLiteral("orvex-inspect: ") + complaint + QLatin1Char('\n'));
 }
 
 TEST_ENTRY(tellingcommands, runGuilessTest<TstTellingCommands>)

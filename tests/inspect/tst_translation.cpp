@@ -1,3 +1,4 @@
+#include "inspect/Command.h"
 #include "inspect/Report.h"
 #include "inspect/Translation.h"
 #include "support/Installation.h"
@@ -77,9 +78,12 @@ void TstTranslation::everyTextOfTheSourcesIsTranslated()
     QSet<QString> known;
     for (const Translation& one : translations())
         known.insert(QString::fromUtf8(one.english));
-    QStringList asked = capturedIn(m_sources, R"re(translated\(\s*"((?:[^"\\]|\\.)*)")re");
+    QStringList asked = capturedIn(m_sources, R"re((?:translated|spoken)\(\s*"((?:[^"\\]|\\.)*)")re");
     const int direct = asked.size();
     // Those that stand in tables.
+    for (const Command& command : commands())
+        asked.append(QString::fromUtf8(command.purpose));
+    asked += capturedIn(m_sources, R"re(add(?:Flag|Value)\(parser, [^;]*, "((?:[^"\\]|\\.)*)"\);)re");
     asked += capturedIn(m_sources, R"re(^const char \w+\[\] = "((?:[^"\\*]|\\.)*)";)re"); // of reports
     asked += capturedIn(m_sources, R"re(^    \{"[a-z-]+", +"([a-z][^"]* [^"]*)"\},)re");  // of codes
     asked +=
