@@ -7,7 +7,7 @@ packages=(
     build-essential cmake ninja-build ccache
     clang-format clang-tidy
     qtbase5-dev qtbase5-dev-tools qttranslations5-l10n
-    libarchive-dev zlib1g-dev
+    libarchive-dev nettle-dev zlib1g-dev
     p7zip-full tar gzip procps
     openssl libssl-dev locales
     python3 python3-jsonschema groff-base
