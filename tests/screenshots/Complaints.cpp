@@ -83,6 +83,8 @@ public:
         checkWindow();
         checkWidgets();
         const Drawing drawing = drawingOf(m_window);
+        if (drawing.texts.isEmpty())
+            complain(&m_window, "shows no text");
         for (const DrawnText& text : drawing.texts)
             checkContrast(text, drawing.ground);
         for (const DrawnText& text : joined(drawing.texts))

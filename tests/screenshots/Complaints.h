@@ -7,6 +7,7 @@ class QWidget;
 /// What is wrong with how a window looks now, a line each: the widget's name, its text and what is wrong. Hidden pages
 /// of the window do not count.
 ///
+/// - it shows no text at all;
 /// - a text is missing, clipped, out of sight, or reaches out of the widget around it;
 /// - a text ends in dots though there is room, or without a tool tip that shows the whole of it; what a line edit or a
 ///   view cuts off may be scrolled to;

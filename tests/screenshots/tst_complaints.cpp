@@ -28,6 +28,7 @@ private slots:
 
     void goodWindowGetsNone();
     void windowWithoutItsTitle();
+    void windowThatIsNotDrawn();
     void textThatIsMissing();
     void textThatIsWiderThanItsWidget();
     void wrappedTextThatIsHigherThanItsWidget();
@@ -76,6 +77,9 @@ void TstComplaints::init()
     m_window->setObjectName(QStringLiteral("window"));
     m_window->setWindowTitle(QStringLiteral("Window"));
     m_window->resize(400, 300);
+    auto* corner = place<QLabel>("corner", {10, 270, 200, 24});
+    corner->setText(QStringLiteral("a text that is exempt"));
+    corner->setEnabled(false);
 }
 
 void TstComplaints::cleanup()
@@ -112,6 +116,13 @@ void TstComplaints::windowWithoutItsTitle()
 {
     m_window->setWindowTitle(QStringLiteral("NULL"));
     QCOMPARE(complaints(), QStringList{QStringLiteral("window \"\" has no title")});
+}
+
+void TstComplaints::windowThatIsNotDrawn()
+{
+    QCOMPARE(complaints(), QStringList());
+    m_window->setUpdatesEnabled(false);
+    QCOMPARE(complaints(), QStringList{QStringLiteral("window \"\" shows no text")});
 }
 
 void TstComplaints::textThatIsMissing()
