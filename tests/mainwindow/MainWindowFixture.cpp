@@ -1,7 +1,6 @@
 #include "mainwindow/MainWindowFixture.h"
 
 #include "app/language/LangText.h"
-#include "support/StoredCustomisation.h"
 #include "view/ShowDetailDlg.h"
 #include "xml/CustomInfo.h"
 
@@ -73,18 +72,6 @@ bool pressWarns(const OrvexManager& window, const char* buttonName, const char* 
     script.expect<QMessageBox>(answer(shown));
     click(window, buttonName);
     return script.complaints().isEmpty() && isWarning(shown, window, textKey);
-}
-
-CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal,
-                        quint64 funcomVal)
-{
-    CustomInfo record;
-    record.common.cusTimeStamp = timeStamp;
-    record.common.cusTimeString = timeString;
-    record.common.cusAddInfo = remark;
-    record.common.procomVal = procomVal;
-    record.common.funcomVal = funcomVal;
-    return record;
 }
 
 QString inHistory(const QString& relative)

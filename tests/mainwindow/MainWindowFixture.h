@@ -4,6 +4,7 @@
 #include "support/Installation.h"
 #include "support/Interposed.h"
 #include "support/ModalScript.h"
+#include "support/StoredCustomisation.h"
 #include "support/WindowPlay.h"
 
 #include <QMessageBox>
@@ -31,10 +32,6 @@ std::function<void(QMessageBox&)> answer(ShownBox& shown, QMessageBox::StandardB
 bool isWarning(const ShownBox& shown, const OrvexManager& window, const char* textKey);
 /// Presses the button; whether that warning, and nothing else, came. It is answered by Ok.
 bool pressWarns(const OrvexManager& window, const char* buttonName, const char* textKey);
-
-/// A record with telling values in the fields that the history shows.
-CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal = 3,
-                        quint64 funcomVal = 1);
 
 /// A path below the directory of the history.
 QString inHistory(const QString& relative = QString());

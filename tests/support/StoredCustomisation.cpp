@@ -10,6 +10,18 @@
 #include <QFile>
 #include <QTest>
 
+CustomInfo storedRecord(quint64 timeStamp, const QString& timeString, const QString& remark, quint64 procomVal,
+                        quint64 funcomVal)
+{
+    CustomInfo record;
+    record.common.cusTimeStamp = timeStamp;
+    record.common.cusTimeString = timeString;
+    record.common.cusAddInfo = remark;
+    record.common.procomVal = procomVal;
+    record.common.funcomVal = funcomVal;
+    return record;
+}
+
 QByteArray documentOf(const CustomInfo& record)
 {
     CustomInfo copy = record;
