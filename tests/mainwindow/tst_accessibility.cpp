@@ -1,7 +1,7 @@
 #include "app/language/LangText.h"
 #include "app/widgets/WarningBox.h"
-#include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
+#include "support/EveryWindow.h"
 #include "support/TestEntry.h"
 #include "view/QShowVpnAdv.h"
 #include "view/ShowDetailDlg.h"
@@ -62,11 +62,12 @@ bool isNamedByContent(QAccessibleInterface& face)
     return face.role() == QAccessible::ListItem || face.tableCellInterface();
 }
 
-/// Lists and tables take it without saying so.
+/// Lists and tables take it without saying so, and the entries of menus have a mark of their own.
 bool takesFocus(QAccessibleInterface& face)
 {
     const auto* widget = qobject_cast<QWidget*>(face.object());
-    return face.tableInterface() || (face.state().focusable && !(widget && widget->focusProxy()));
+    return face.tableInterface() || face.role() == QAccessible::MenuItem ||
+           (face.state().focusable && !(widget && widget->focusProxy()));
 }
 
 bool isListOfNamedCombo(const QAccessibleInterface& face)
@@ -107,8 +108,8 @@ void walk(QAccessibleInterface* face, const std::function<void(QAccessibleInterf
 QStringList namesIn(QWidget& window)
 {
     QStringList names;
-    onEveryPage(window, [&](const QString&) {
-        walk(QAccessible::queryAccessibleInterface(&window), [&](QAccessibleInterface& face) {
+    onEveryPage(window, [&](const QString&, QWidget& shown) {
+        walk(QAccessible::queryAccessibleInterface(&shown), [&](QAccessibleInterface& face) {
             const QString name = face.text(QAccessible::Name);
             // A larger window has other scroll bars.
             if (!name.isEmpty() && face.role() != QAccessible::ScrollBar)
@@ -166,8 +167,8 @@ void TstAccessibility::everyControlHasANameAndARole()
     const std::shared_ptr<QWidget> window = windowOfRow();
     QStringList complaints;
     int controls = 0;
-    onEveryPage(*window, [&](const QString& page) {
-        walk(QAccessible::queryAccessibleInterface(window.get()), [&](QAccessibleInterface& face) {
+    onEveryPage(*window, [&](const QString& page, QWidget& shown) {
+        walk(QAccessible::queryAccessibleInterface(&shown), [&](QAccessibleInterface& face) {
             const QString complaint = complaintAbout(face);
             if (!complaint.isEmpty())
                 complaints.append(page + QLatin1String(": ") + describe(face) + QLatin1Char(' ') + complaint);
@@ -216,8 +217,8 @@ void TstAccessibility::viewsSayThatTheyAreReadOnly()
     const bool isView = qobject_cast<ShowDetailDlg*>(window.get()) || qobject_cast<QShowVpnAdv*>(window.get());
     QStringList unlike;
     int boxes = 0;
-    onEveryPage(*window, [&](const QString&) {
-        walk(QAccessible::queryAccessibleInterface(window.get()), [&](QAccessibleInterface& face) {
+    onEveryPage(*window, [&](const QString&, QWidget& shown) {
+        walk(QAccessible::queryAccessibleInterface(&shown), [&](QAccessibleInterface& face) {
             const bool isBox = face.role() == QAccessible::CheckBox || face.role() == QAccessible::RadioButton;
             const bool isEdit = qobject_cast<QLineEdit*>(face.object()) && face.role() == QAccessible::EditableText;
             if (const auto* text = qobject_cast<QTextEdit*>(face.object())) {
@@ -245,8 +246,8 @@ void TstAccessibility::labelsAreBuddiesOfTheControlsBehindThem()
 {
     const std::shared_ptr<QWidget> window = windowOfRow();
     QStringList complaints;
-    onEveryPage(*window, [&](const QString& page) {
-        for (QWidget* control : window->findChildren<QWidget*>()) {
+    onEveryPage(*window, [&](const QString& page, QWidget& shown) {
+        for (QWidget* control : shown.findChildren<QWidget*>()) {
             if (!control->isVisible() || !isInput(control) || isInput(control->parentWidget()))
                 continue;
             const auto* label = qobject_cast<const QLabel*>(neighbourBefore(control));
@@ -269,9 +270,9 @@ void TstAccessibility::dialogsAnnounceTheRefusedField_data()
                            << QByteArray(key);
     };
     row("route", "lineEdit_Ip", "", "VUI_IpOrMaskBlank");
-    row("KEF", "lineEdit_kefIp", "127.0.0.1", "KEF_IpErr");
-    row("uninstall password", "input", "unlike the other", "SMT_PwdDismatchMsgBox");
-    row("VPN", "lineEdit_SaLifeTime", "1", "VUI_InputValidPLS");
+    row("kef", "lineEdit_kefIp", "127.0.0.1", "KEF_IpErr");
+    row("uninstall-password", "input", "unlike the other", "SMT_PwdDismatchMsgBox");
+    row("vpn", "lineEdit_SaLifeTime", "1", "VUI_InputValidPLS");
     row("advanced", "lineEdit_reconnInterval", "0", "SSL_RECONNGRAP_ERROR");
     row("advanced", "lineEdit_getSysVryInterval", "1", "SSL_GetSmsVryCountDownValu_ERROR");
 }
@@ -283,12 +284,8 @@ void TstAccessibility::dialogsAnnounceTheRefusedField()
     QFETCH(QString, typed);
     QFETCH(QByteArray, key);
     windowplay::useEnglish();
-    std::shared_ptr<QWidget> opened;
-    for (const ProgramWindow& each : everyWindow()) {
-        if (window == QLatin1String(each.name))
-            opened = each.open();
-    }
-    QVERIFY(opened != nullptr);
+    Contents contents = distinctContents();
+    const std::shared_ptr<QWidget> opened = openWindow(window, contents);
     opened->show();
     auto* edit = child<QLineEdit>(*opened, field.constData());
     edit->setText(typed);

@@ -1,9 +1,9 @@
 #include "app/language/LangText.h"
-#include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
 #include "pack/CustomCompleteDlg.h"
 #include "pack/FinishDlg.h"
 #include "pack/PackingWait.h"
+#include "support/EveryWindow.h"
 #include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 #include "view/QShowVpnAdv.h"
@@ -162,6 +162,22 @@ bool isBesideOneOf(const QWidget* widget, const QSet<const QWidget*>& visited)
            });
 }
 
+/// The entries of an opened menu that the arrow key does not come by.
+QStringList entriesBeyondReach(QMenu& menu)
+{
+    QSet<const QAction*> visited;
+    for (int step = 0; step < menu.actions().size(); ++step) {
+        QTest::keyClick(&menu, Qt::Key_Down);
+        visited.insert(menu.activeAction());
+    }
+    QStringList beyondReach;
+    for (const QAction* action : menu.actions()) {
+        if (action->isEnabled() && !action->isSeparator() && !visited.contains(action))
+            beyondReach.append(action->text());
+    }
+    return beyondReach;
+}
+
 void collectMnemonic(const QString& text, const QString& name, QMap<QString, QStringList>& users)
 {
     const QString mnemonic = QKeySequence::mnemonic(text).toString();
@@ -209,11 +225,11 @@ void TstKeyboard::tabOrderFollowsTheEye()
 {
     const std::shared_ptr<QWidget> window = windowOfRow();
     QStringList differences;
-    onEveryPage(*window, [&](const QString& page) {
+    onEveryPage(*window, [&](const QString& page, QWidget& shown) {
         QList<QWidget*> read;
-        readStops(window.get(), read);
+        readStops(&shown, read);
         const QStringList byEye = namesOf(read);
-        const QStringList byTab = namesOf(tabOrder(*window));
+        const QStringList byTab = namesOf(tabOrder(shown));
         if (byEye != byTab)
             differences.append(page + QLatin1String("\n  eye: ") + byEye.join(QLatin1Char(' ')) +
                                QLatin1String("\n  tab: ") + byTab.join(QLatin1Char(' ')));
@@ -226,9 +242,11 @@ void TstKeyboard::tabReachesEveryControl()
     const std::shared_ptr<QWidget> window = windowOfRow();
     QVERIFY(QTest::qWaitForWindowActive(window.get()));
     QStringList beyondReach;
-    onEveryPage(*window, [&](const QString& page) {
-        const QSet<const QWidget*> visited = walkByTab(*window);
-        for (const QWidget* widget : window->findChildren<QWidget*>()) {
+    onEveryPage(*window, [&](const QString& page, QWidget& shown) {
+        if (auto* menu = qobject_cast<QMenu*>(&shown))
+            beyondReach += entriesBeyondReach(*menu);
+        const QSet<const QWidget*> visited = walkByTab(shown);
+        for (const QWidget* widget : shown.findChildren<QWidget*>()) {
             if (widget->isVisible() && widget->isEnabled() && isControl(widget) && !visited.contains(widget) &&
                 !isBesideOneOf(widget, visited))
                 beyondReach.append(page + QLatin1String(": ") + widget->objectName());
@@ -241,9 +259,9 @@ void TstKeyboard::noMnemonicStandsTwice()
 {
     const std::shared_ptr<QWidget> window = windowOfRow();
     QStringList twice;
-    onEveryPage(*window, [&](const QString&) {
+    onEveryPage(*window, [&](const QString&, QWidget& shown) {
         QMap<QString, QStringList> users;
-        collectMnemonics(*window, users);
+        collectMnemonics(shown, users);
         twice += usedTwice(users);
     });
     for (const QMenu* menu : window->findChildren<QMenu*>()) {
@@ -260,16 +278,17 @@ void TstKeyboard::returnPressesTheFocusedButtonOfBothViewsAndNothingElse()
     windowplay::useEnglish();
     QSet<QString> closing;
     int views = 0;
+    Contents contents = distinctContents();
     for (const ProgramWindow& each : everyWindow()) {
-        const std::shared_ptr<QWidget> window = each.open();
+        const std::shared_ptr<QWidget> window = each.open(contents);
         if (!qobject_cast<ShowDetailDlg*>(window.get()) && !qobject_cast<QShowVpnAdv*>(window.get()))
             continue;
         ++views;
         window->show();
         for (const QPushButton* button : window->findChildren<QPushButton*>())
             QVERIFY2(!button->isDefault(), "a default button is drawn, and would take Return");
-        onEveryPage(*window, [&](const QString&) {
-            for (QWidget* stop : tabOrder(*window)) {
+        onEveryPage(*window, [&](const QString&, QWidget& shown) {
+            for (QWidget* stop : tabOrder(shown)) {
                 if (!stop->isEnabled() || stop->objectName() == QLatin1String("pushButton_Adv_S"))
                     continue;
                 window->show();

@@ -1,16 +1,8 @@
-#include "advanced/CustomAdvProperty.h"
 #include "app/widgets/WarningBox.h"
 #include "mainwindow/MainWindowFixture.h"
-#include "pack/CustomCompleteDlg.h"
-#include "pack/FinishDlg.h"
-#include "pack/PackingWait.h"
-#include "pack/WorkThread.h"
+#include "support/EveryWindow.h"
 #include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
-#include "view/QShowVpnAdv.h"
-#include "view/ShowDetailDlg.h"
-#include "vpn/IpInfo.h"
-#include "vpn/QVPNAdvProperty.h"
 
 #include <QLayout>
 #include <QScreen>
@@ -41,89 +33,11 @@ private slots:
 
 namespace {
 
-/// The record that opens every page.
-CustomInfo& fullRecord()
+std::shared_ptr<QWidget> opened(const QString& name)
 {
-    static CustomInfo record = storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 63, 5);
-    return record;
-}
-
-/// Opener of the VPN dialogs.
-QWidget* opener()
-{
-    static windowplay::RecordHolder holder;
-    holder.info = fullRecord();
-    return &holder;
-}
-
-using Opened = std::shared_ptr<QWidget>;
-using Open = Opened (*)();
-
-Opened openMainWindow()
-{
-    return std::make_shared<OrvexManager>(nullptr);
-}
-
-Opened openAdvanced()
-{
-    const auto dialog = std::make_shared<CustomAdvProperty>(nullptr);
-    dialog->initalDialog(&fullRecord());
-    return dialog;
-}
-
-Opened openVpn()
-{
-    const auto dialog = std::make_shared<QVPNAdvProperty>(opener());
-    dialog->setInital();
-    return dialog;
-}
-
-Opened openRoute()
-{
-    return std::make_shared<IpInfo>(nullptr);
-}
-
-Opened openFinish()
-{
-    const auto dialog = std::make_shared<FinishDlg>(nullptr);
-    dialog->initalDialog(&fullRecord());
-    return dialog;
-}
-
-Opened openProgress()
-{
-    return std::make_shared<PackingWait>(0, 0, nullptr);
-}
-
-Opened openReport()
-{
-    const auto dialog = std::make_shared<CustomCompleteDlg>(nullptr);
-    dialog->initalDialog(PackageSetup + PackageUpdate + PackageCusUpd, true);
-    return dialog;
-}
-
-Opened openDetails()
-{
-    const auto dialog = std::make_shared<ShowDetailDlg>(nullptr);
-    dialog->onInitDialog(fullRecord());
-    return dialog;
-}
-
-Opened openVpnDetails()
-{
-    const auto dialog = std::make_shared<QShowVpnAdv>(opener());
-    dialog->setInital();
-    return dialog;
-}
-
-Opened openAbout()
-{
-    return std::make_shared<AboutInfoDlg>(nullptr);
-}
-
-Opened opened(Open open)
-{
-    const Opened window = open();
+    static Contents contents;
+    contents = {storedRecord(1700000000, QStringLiteral("2023-11-15 06:13:20"), QString(), 63, 5), {}};
+    const std::shared_ptr<QWidget> window = openWindow(name, contents);
     window->show();
     QCoreApplication::processEvents();
     return window;
@@ -134,68 +48,67 @@ constexpr int formPoints = 9;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Open)
-
 void TstOpenedWindows::windowsOpenInTheSizesOfTheirForms_data()
 {
     QTest::addColumn<QString>("language");
-    QTest::addColumn<Open>("open");
+    QTest::addColumn<QString>("window");
     QTest::addColumn<QSize>("size");
     for (const char* language : {"en", "zh"}) {
-        const auto row = [language](const char* name, Open open, int width, int height) {
-            QTest::addRow("%s, %s", name, language) << QString::fromLatin1(language) << open << QSize(width, height);
+        const auto row = [language](const char* name, int width, int height) {
+            QTest::addRow("%s, %s", name, language)
+                << QString::fromLatin1(language) << QString::fromLatin1(name) << QSize(width, height);
         };
-        row("main window", openMainWindow, 694, 551);
-        row("route", openRoute, 260, 114);
-        row("finish", openFinish, 418, 535);
-        row("progress", openProgress, 283, 179);
+        row("main", 694, 551);
+        row("route", 260, 114);
+        row("finish", 418, 535);
+        row("progress", 283, 179);
     }
     // In Chinese its row of tabs is wider.
-    QTest::newRow("advanced, en") << QStringLiteral("en") << Open(openAdvanced) << QSize(726, 991);
+    QTest::newRow("advanced, en") << QStringLiteral("en") << QStringLiteral("advanced") << QSize(726, 991);
 }
 
 void TstOpenedWindows::windowsOpenInTheSizesOfTheirForms()
 {
     QFETCH(QString, language);
-    QFETCH(Open, open);
+    QFETCH(QString, window);
     windowplay::useLanguage(language);
     const ApplicationFont font(formPoints);
-    QTEST(opened(open)->size(), "size");
+    QTEST(opened(window)->size(), "size");
 }
 
 void TstOpenedWindows::windowsGrowFromTheirFormsForTheirTextsAlone_data()
 {
     QTest::addColumn<QString>("language");
-    QTest::addColumn<Open>("open");
+    QTest::addColumn<QString>("window");
     QTest::addColumn<QSize>("form");
     QTest::addColumn<bool>("showsWrappedTexts"); // in full, whatever their lines take
     for (const char* language : {"en", "zh"}) {
-        const auto row = [language](const char* name, Open open, int width, int height, bool wrapped = false) {
+        const auto row = [language](const char* name, int width, int height, bool wrapped = false) {
             QTest::addRow("%s, %s", name, language)
-                << QString::fromLatin1(language) << open << QSize(width, height) << wrapped;
+                << QString::fromLatin1(language) << QString::fromLatin1(name) << QSize(width, height) << wrapped;
         };
-        row("VPN", openVpn, 423, 360);
-        row("report", openReport, 370, 456, true);
-        row("details", openDetails, 435, 503);
-        row("VPN details", openVpnDetails, 409, 370);
-        row("about", openAbout, 316, 276);
+        row("vpn", 423, 360);
+        row("report-7", 370, 456, true);
+        row("details", 435, 503);
+        row("vpn-details", 409, 370);
+        row("about-tqm", 316, 276);
     }
 }
 
 void TstOpenedWindows::windowsGrowFromTheirFormsForTheirTextsAlone()
 {
     QFETCH(QString, language);
-    QFETCH(Open, open);
+    QFETCH(QString, window);
     QFETCH(QSize, form);
     QFETCH(bool, showsWrappedTexts);
     windowplay::useLanguage(language);
     const ApplicationFont font(formPoints);
-    const Opened window = opened(open);
-    const QLayout* layout = window->layout();
+    const std::shared_ptr<QWidget> shown = opened(window);
+    const QLayout* layout = shown->layout();
     QSize needed = form.expandedTo(layout->totalMinimumSize());
     if (showsWrappedTexts)
         needed.setHeight(qMax(needed.height(), layout->totalHeightForWidth(needed.width())));
-    QCOMPARE(window->size(), needed);
+    QCOMPARE(shown->size(), needed);
 }
 
 void TstOpenedWindows::windowsWithoutSlotsSayWhatTheyDeriveFrom()

@@ -1,8 +1,7 @@
 #include "common/Version.h"
-#include "mainwindow/EveryWindow.h"
 #include "mainwindow/MainWindowFixture.h"
-#include "pack/CustomCompleteDlg.h"
 #include "support/DistinctRecord.h"
+#include "support/EveryWindow.h"
 #include "support/TestEntry.h"
 #include "view/AboutInfoDlg.h"
 
@@ -46,8 +45,9 @@ class Walk
 public:
     Walk()
     {
-        for (const QString& path : fieldPaths(recordOfEveryPage()))
-            m_known.append(fieldValue(recordOfEveryPage(), path));
+        const CustomInfo record = distinctContents().record;
+        for (const QString& path : fieldPaths(record))
+            m_known.append(fieldValue(record, path));
         // What the domain dialog opens with.
         m_known += installation::texts({"staff.example", "Staff"});
         for (const char* word : ownWords)
@@ -163,7 +163,6 @@ private slots:
     void windowShowsTextsOfTheTable_data();
     void windowShowsTextsOfTheTable();
     void emptyHistoryShowsTextsOfTheTable();
-    void reportShowsTextsOfTheTableWhateverWasMade();
     void aboutBoxShowsTextsOfTheTableInBothBrands();
     void aTextOfTheSourcesIsFound();
 };
@@ -180,16 +179,16 @@ void TstShownWords::init()
 
 void TstShownWords::windowShowsTextsOfTheTable_data()
 {
-    QTest::addColumn<int>("window");
-    for (std::size_t index = 0; index < everyWindow().size(); ++index)
-        QTest::newRow(everyWindow()[index].name) << int(index);
+    QTest::addColumn<QString>("window");
+    for (const ProgramWindow& each : everyWindow())
+        QTest::newRow(each.name) << QString::fromLatin1(each.name);
 }
 
 void TstShownWords::windowShowsTextsOfTheTable()
 {
-    QFETCH(int, window);
-    storeRow(1700000001, "2023-11-15 06:13:21", "1");
-    const std::shared_ptr<QWidget> shown = everyWindow().at(std::size_t(window)).open();
+    QFETCH(QString, window);
+    Contents contents = distinctContents();
+    const std::shared_ptr<QWidget> shown = openWindow(window, contents);
     Walk walk;
     walk.window(*shown);
     QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
@@ -198,24 +197,14 @@ void TstShownWords::windowShowsTextsOfTheTable()
 
 void TstShownWords::emptyHistoryShowsTextsOfTheTable()
 {
-    const std::shared_ptr<QWidget> shown = everyWindow().front().open();
+    Contents contents = distinctContents();
+    const std::shared_ptr<QWidget> shown = openWindow(QStringLiteral("main"), contents);
     const QTreeWidget* history = child<QTreeWidget>(*shown, "treeWidget_cusHis");
     QCOMPARE(history->topLevelItemCount(), 0);
     QCOMPARE(history->accessibleDescription(), QStringLiteral("⟦CusListEmpty⟧"));
     Walk walk;
     walk.window(*shown);
     QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
-}
-
-void TstShownWords::reportShowsTextsOfTheTableWhateverWasMade()
-{
-    for (int mask = 0; mask < 8; ++mask) {
-        CustomCompleteDlg complete(nullptr);
-        complete.initalDialog(mask, true);
-        Walk walk;
-        walk.window(complete);
-        QVERIFY2(walk.strays().isEmpty(), qPrintable(walk.strays()));
-    }
 }
 
 void TstShownWords::aboutBoxShowsTextsOfTheTableInBothBrands()

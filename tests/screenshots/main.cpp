@@ -1,6 +1,7 @@
 #include "app/myapplication.h"
 #include "screenshots/Complaints.h"
-#include "screenshots/EveryWindow.h"
+#include "screenshots/Look.h"
+#include "screenshots/Visit.h"
 #include "support/Installation.h"
 
 #include <QDir>
