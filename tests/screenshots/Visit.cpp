@@ -11,7 +11,9 @@
 #include <QComboBox>
 #include <QGuiApplication>
 #include <QListWidget>
+#include <QResizeEvent>
 #include <QTabWidget>
+#include <QTest>
 #include <QTextEdit>
 #include <QTreeWidget>
 
@@ -27,20 +29,34 @@ void prepare(const QString& language)
     chooseLanguage(language);
 }
 
-/// A window that is shown and visited.
-class Shown
+/// A window that is shown and visited. The display answers each size that the window gives itself, and an answer that
+/// comes late takes it back to an earlier size for a moment.
+class Shown : public QObject
 {
 public:
-    explicit Shown(QWidget& window) : m_window(window) { window.show(); }
+    explicit Shown(QWidget& window) : m_window(window)
+    {
+        // Visitors draw the window themselves. That the display shows it too would take as long.
+        window.setUpdatesEnabled(false);
+        window.installEventFilter(this);
+        window.show();
+        m_size = window.size();
+    }
 
     /// Visits the window as it is laid out now.
     void visit(const Visit& visit, const QString& page)
     {
-        QCoreApplication::processEvents();
-        // The display answers a new size with one more, which may be laid out once more.
-        for (int i = 0; i < 2; ++i)
+        const bool isAnswered = QTest::qWaitFor([this] {
+            QCoreApplication::processEvents();
             QGuiApplication::sync();
+            const QSize off = m_window.size() - m_size;
+            return qAbs(off.width()) <= 1 && qAbs(off.height()) <= 1; // what scales round off
+        });
+        if (!isAnswered)
+            qWarning("%s has not the size that it took", qPrintable(page));
+        m_window.setUpdatesEnabled(true);
         visit(page, m_window);
+        m_window.setUpdatesEnabled(false);
     }
 
     /// The same with the tab of that name in front.
@@ -51,7 +67,15 @@ public:
     }
 
 private:
+    bool eventFilter(QObject* /*window*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Resize && !event->spontaneous())
+            m_size = static_cast<QResizeEvent*>(event)->size();
+        return false;
+    }
+
     QWidget& m_window;
+    QSize m_size; // which the window gave itself last
 };
 
 /// A record with something in every list and behind every option, its free texts in the language.
