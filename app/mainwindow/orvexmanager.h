@@ -86,7 +86,7 @@ private:
     /// The menu shows what would do nothing as disabled.
     void offerHistoryCommands();
     void refreshCusHis();
-    /// Before the page is shown: a start that does not show it loads no font for it.
+    /// Whenever the page comes to be shown or changes its language: a start that does not show it loads no font for it.
     void fitTimes();
     bool GetCurAllCustoms();
     int GetIndexByStrTime(QString time);

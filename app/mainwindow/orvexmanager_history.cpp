@@ -128,6 +128,8 @@ void OrvexManager::refreshCusHis()
                {labelText(field<&CommonInfo::cusTimeString>), langText("CusComponents"),
                 labelText(field<&CommonInfo::cusAddInfo>)},
                {s_timeColumnWidth, 160});
+    if (ui.stackedWidget->currentWidget() == ui.historyCustom)
+        fitTimes();
     tree->setSortingEnabled(false);
     // The language files of earlier installations lack this text, and then nothing is shown.
     const QString hint = langText("CusListEmpty");

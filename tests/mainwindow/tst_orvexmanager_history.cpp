@@ -119,9 +119,19 @@ void TstOrvexManagerHistory::aLargeFontGivesWayUntilATimeFits()
     {
         OrvexManager window(nullptr);
         window.show();
+        const auto fits = [&window] {
+            return QFontMetrics(historyTree(window)->font()).horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) <
+                   140;
+        };
+        QVERIFY2(!fits(), "a font is looked for before there is a need of it");
         child<QListWidget>(window, "listWidget")->setCurrentRow(1);
-        const QFontMetrics metrics(historyTree(window)->font());
-        QVERIFY(metrics.horizontalAdvance(QStringLiteral("0000-00-00 00:00:00")) < 140);
+        QVERIFY(fits());
+        // A change of the language takes up a change of the font.
+        const QFont fitted = historyTree(window)->font();
+        window.setFont(before);
+        window.changZhLanguage();
+        QVERIFY(historyTree(window)->font() != fitted);
+        QVERIFY(fits());
         QCOMPARE(historyTree(window)->columnWidth(0), 140);
     }
     QApplication::setFont(before);
