@@ -25,6 +25,7 @@ int CLanguageParser::LoadLanguage(QString path)
         if (!LoadXmlBytes(file, path.toLocal8Bit().constData()))
             return 1;
         texts = textsOfTree();
+        ClearPraserData();
     }
     const std::lock_guard<std::mutex> lock(s_texts);
     for (const auto& [key, text] : qAsConst(texts)) {

@@ -13,7 +13,7 @@ public:
     ~CLanguageParser() override;
 
     /// Merges a language file into the table: its keys overwrite, all others keep their texts. An entry without key or
-    /// text changes nothing. Always 1, also when the file cannot be read.
+    /// text changes nothing. The document itself is not kept. Always 1, also when the file cannot be read.
     int LoadLanguage(QString path);
 
     /// The text of the key, or "NULL" when no file had it. From any thread, also while another loads a file.

@@ -50,6 +50,7 @@ private slots:
     void unreadableFileLeavesTheTable_data();
     void unreadableFileLeavesTheTable();
     void fileIsLoadedAfterAFailure();
+    void noFileGivesItsTextsASecondTime();
     void resultIsAlwaysOne();
     void everyLoadIsLogged();
     void pathMayHoldCharactersBeyondAscii();
@@ -329,6 +330,15 @@ void TstLanguageParser::fileIsLoadedAfterAFailure()
     parser.LoadLanguage(write("broken.xml", "<language>"));
     parser.LoadLanguage(document("<language><control key=\"b\">second</control></language>"));
     compareTexts(parser, table({{"a", "first"}, {"b", "second"}}));
+}
+
+void TstLanguageParser::noFileGivesItsTextsASecondTime()
+{
+    CLanguageParser parser;
+    parser.LoadLanguage(document("<language><control key=\"a\" id=\"0\">by the parser</control></language>"));
+    parser.LoadLanguage(document("<language><control key=\"a\">plain</control></language>"));
+    parser.LoadLanguage(write("broken.xml", "<language>"));
+    compareTexts(parser, table({{"a", "plain"}}));
 }
 
 void TstLanguageParser::resultIsAlwaysOne()
