@@ -78,7 +78,7 @@ private:
         return true;
     }
 
-    /// A text that is not empty, up to the next element.
+    /// A text that is not blank, up to the next element.
     bool text(QString& shown)
     {
         bool isBlank = true;

@@ -83,14 +83,14 @@ void TstPlainTexts::filesOfThatFormAreReadAsByATree_data()
     QTest::newRow("blanks between entities") << QByteArray("<control key=\"a\"> &amp; &amp;  &lt; </control>");
     QTest::newRow("entity that tells of another") << QByteArray("<control key=\"a\">&amp;lt;</control>");
     QTest::newRow("comments") << QByteArray("<!-- one --><control key=\"a\">x</control>\n<!--\u4e2d-->\n<!---->");
-    QTest::newRow("entry within a comment") << QByteArray("<!-- control key='a' -->");
+    QTest::newRow("quotation marks within a comment") << QByteArray("<!-- control key='a' \"b\" -->");
 }
 
 void TstPlainTexts::filesOfThatFormAreReadAsByATree()
 {
     QFETCH(const QByteArray, entries);
     const QByteArray file = s_head + "<language>" + entries + "</language>\n";
-    LanguageTexts texts;
+    LanguageTexts texts = {{QStringLiteral("a"), QStringLiteral("former")}};
     QVERIFY(readPlainTexts(file, texts));
     LanguageTexts expected;
     QVERIFY(byTree(file, expected));
@@ -113,6 +113,9 @@ void TstPlainTexts::otherFilesAreLeftToTheParser_data()
     QTest::newRow("document element without content") << s_head + "<language/>";
     QTest::newRow("document element that ends by another name") << s_head + "<language></languages>";
     QTest::newRow("document element that does not end") << s_head + "<language>\n";
+    QTest::newRow("document element that ends by no name") << s_head + "<language></>";
+    QTest::newRow("document element whose end is cut off") << s_head + "<language></language";
+    QTest::newRow("document element without a name") << s_head + "<></>";
     QTest::newRow("second document element") << within("") + "<language></language>";
     QTest::newRow("text behind the document element") << within("") + "text";
     QTest::newRow("zero byte at the end") << within("") + QByteArray(1, '\0');
@@ -141,10 +144,13 @@ void TstPlainTexts::otherFilesAreLeftToTheParser_data()
     QTest::newRow("comment within a text") << within("<control key=\"a\">x<!-- y --></control>");
     QTest::newRow("bytes that are no UTF-8") << within("<control key=\"a\">\xC3\x28</control>");
     QTest::newRow("character cut off") << within("<control key=\"a\">\xE5\xAE</control>");
+    QTest::newRow("character with a foreign byte") << within("<control key=\"a\">\xE5<\x80</control>");
     QTest::newRow("comment with two hyphens") << within("<!-- a -- b -->");
     QTest::newRow("comment that ends by three hyphens") << within("<!-- a --->");
     QTest::newRow("comment of one hyphen") << within("<!--->");
     QTest::newRow("comment that does not end") << within("<!-- a ");
+    QTest::newRow("comment that ends by two hyphens alone") << within("<!-- a --\n");
+    QTest::newRow("entry within a comment") << within("<!-- <control key=\"a\">x</control> -->");
     QTest::newRow("comment of two lines") << within("<!-- a\n b -->");
 }
 

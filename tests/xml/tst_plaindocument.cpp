@@ -3,8 +3,10 @@
 #include "support/TestEntry.h"
 #include "xml/Catalogue.h"
 #include "xml/CustomXmlParser.h"
+#include "xml/PlainCharacters.h"
 #include "xml/PlainDocument.h"
 
+#include <QDomDocument>
 #include <QRandomGenerator>
 #include <QtTest>
 
@@ -67,6 +69,7 @@ class TstPlainDocument : public QObject
     Q_OBJECT
 
 private slots:
+    void plainCharactersAreThoseThatTheParserTakesAsTheyStand();
     void whatTheWriterMakesIsRead_data();
     void whatTheWriterMakesIsRead();
     void fieldBehindAClosedGateStaysAsItIs();
@@ -75,6 +78,33 @@ private slots:
     void anotherFormIsLeftToTheParser();
     void damagedDocumentIsReadAsTheParserReadsIt();
 };
+
+void TstPlainDocument::plainCharactersAreThoseThatTheParserTakesAsTheyStand()
+{
+    const auto isIn = [](ushort first, ushort last, ushort character) {
+        return first <= character && character <= last;
+    };
+    QString taken = QStringLiteral("x");
+    for (ushort code = 1; code < 0xFFFF; ++code) {
+        const QString character{QChar(code)};
+        if (character.at(0).isSurrogate())
+            continue;
+        const QByteArray utf8 = character.toUtf8();
+        bool isBlank = true;
+        const bool isTaken = plainCharactersEnd(utf8.constData(), isBlank) == utf8.constData() + utf8.size();
+        if (isTaken)
+            taken += character;
+        // What shown texts and remarks are made of must not go to the parser.
+        const bool isCommon = (isIn(0x20, 0x7E, code) && !QLatin1String("<&>").contains(character)) ||
+                              isIn(0xA0, 0x7FF, code) || isIn(0x3000, 0x30FF, code) || isIn(0x4E00, 0x9FFF, code) ||
+                              isIn(0xFF01, 0xFF5E, code);
+        QVERIFY2(isTaken || !isCommon, utf8.constData());
+        QVERIFY2(isBlank || !character.at(0).isSpace(), utf8.constData());
+    }
+    QDomDocument document;
+    QVERIFY(document.setContent("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<a>" + taken.toUtf8() + "</a>"));
+    QCOMPARE(document.documentElement().text(), taken);
+}
 
 void TstPlainDocument::whatTheWriterMakesIsRead_data()
 {
