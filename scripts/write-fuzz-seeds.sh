@@ -90,6 +90,8 @@ version=V7.2-E0408EV700R002B040801
 for language in en zh; do
     { head -n 60 "Resources/Language_$language.xml" && echo '</language>'; } >"$raw/language/$language"
 done
+printf '<?xml version="1.0" encoding="UTF-8"?>\n<language>\n    <!-- x -->\n    %s\n</language>\n' \
+    '<control key="a">&amp;b &lt;c</control>' >"$raw/language/small"
 
 kind=0
 for package in "$store"/OrvexSetup/*.tar.gz "$store"/OrvexUpdate/*.zip "$store"/OrvexCusUpd/*.zip; do
