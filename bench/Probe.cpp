@@ -29,7 +29,8 @@ constexpr int s_missing = 70;
 constexpr int s_busy = 75;
 constexpr int s_loadsOfSelection = 11;
 constexpr int s_failedLoadsOfRepaint = 22;
-constexpr int s_pauseMs = 30; // between two runs, so that what was put off is done
+constexpr qint64 s_tick = 1000000; // of the timer that looks for stalls, in ns
+constexpr int s_pauseMs = 30;      // between two runs, so that what was put off is done
 
 qint64 nanoseconds(clockid_t clock)
 {
@@ -113,8 +114,13 @@ bool Probe::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::Hide) {
         // Dialogs on the stack come back at the same address.
         m_seen.remove(widget);
-        if (widget->inherits("PackingWait"))
+        if (widget->inherits("PackingWait") && m_lastTick != 0) {
+            m_longest = qMax(m_longest, now() - m_lastTick - s_tick);
             m_lastTick = 0;
+        }
+    } else if (event->type() == QEvent::Show && widget->inherits("PackingWait")) {
+        m_lastTick = now();
+        m_longest = 0;
     } else if (event->type() == QEvent::Paint && widget->isWindow() && !m_seen.contains(widget)) {
         m_seen.insert(widget);
         // The event comes before the painting, which is over when the loop turns again.
@@ -138,9 +144,6 @@ void Probe::painted(QWidget& window)
         QPushButton* ok = child<QDialogButtonBox>(&window, "buttonBox").button(QDialogButtonBox::Ok);
         m_since = now();
         ok->click();
-    } else if (window.inherits("PackingWait")) {
-        m_lastTick = now();
-        m_longest = 0;
     } else if (window.inherits("CustomCompleteDlg")) {
         if (m_script == QLatin1String("stall"))
             m_own.append(double(m_longest));
@@ -168,7 +171,7 @@ void Probe::painted(QWidget& window)
                 if (m_lastTick == 0)
                     return;
                 const qint64 tick = now();
-                m_longest = qMax(m_longest, tick - m_lastTick - 1000000);
+                m_longest = qMax(m_longest, tick - m_lastTick - s_tick);
                 m_lastTick = tick;
             });
             timer->start(1);
