@@ -44,7 +44,7 @@ QByteArray run(const QString& program, const QStringList& arguments, const QStri
 /// Makes a client template `template/<name>.tar.gz` with links, differing modes, empty and hidden names.
 void makeMixedTemplate(const QString& name, const QString& topLevel);
 
-/// Makes the big client templates of both systems by the script of the source tree.
+/// Makes the client templates of both systems, of several hundred files, by the script of the source tree.
 void makeSampleTemplates();
 
 /// Writes `custom/` anew: a document that holds the text `edition`, a verification file, the three icons and a name
