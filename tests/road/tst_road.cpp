@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QObject>
 #include <QTemporaryDir>
@@ -83,8 +84,8 @@ QString faultyPackage(const QString& root, const PackageFault& fault, const QStr
                                "(cd \"$4\"; eval \"$5\")\n"
                                "packed=$2\n"
                                "case $1 in *.zip) packed=$PWD/$archive;; esac\n"
-                               "(cd client; tar -czf \"$packed\" *)\n"
-                               "case $1 in *.zip) cd zip; \"$3\" a \"$2\" *;; esac\n";
+                               "(cd client; tar -cf - * | gzip -1 > \"$packed\")\n"
+                               "case $1 in *.zip) cd zip; \"$3\" a -mx=1 \"$2\" *;; esac\n";
     QDir(work).removeRecursively();
     QDir().mkpath(work);
     installation::run(QStringLiteral("sh"),
@@ -98,16 +99,25 @@ QString faultyPackage(const QString& root, const PackageFault& fault, const QStr
 /// The problems that orvex-inspect tells of a package; its status tells whether there are any.
 QStringList problemsOf(const QString& root, const QString& package)
 {
-    const QStringList arguments = {QStringLiteral("--store"), root, QStringLiteral("verify"), package};
+    const program::Outcome outcome =
+        program::run({QStringLiteral("--store"), root, QStringLiteral("verify"), package, QStringLiteral("--json")});
     const QJsonArray packages =
-        program::object(arguments + QStringList{QStringLiteral("--json")}).value(QLatin1String("packages")).toArray();
+        QJsonDocument::fromJson(outcome.output).object().value(QLatin1String("packages")).toArray();
     QStringList problems;
     for (const QJsonValue& problem : packages.first().toObject().value(QLatin1String("problems")).toArray())
         problems.append(problem.toString());
-    const int status = program::run(arguments).status;
-    if (packages.size() != 1 || status != (problems.isEmpty() ? 0 : 1))
-        problems.append(QStringLiteral("status %1").arg(status));
+    if (packages.size() != 1 || outcome.status != (problems.isEmpty() ? 0 : 1))
+        problems.append(QStringLiteral("status %1").arg(outcome.status));
     return problems;
+}
+
+/// A client template of so many files and about so many MiB.
+void makeTemplate(const QString& directory, int files, int mib)
+{
+    installation::run(QStringLiteral("env"),
+                      {QStringLiteral("ORVEX_TEMPLATE_FILES=%1").arg(files),
+                       QStringLiteral("ORVEX_TEMPLATE_MIB=%1").arg(mib),
+                       QStringLiteral(ORVEX_SOURCE_DIR "/scripts/make-sample-template.sh"), directory});
 }
 
 /// Names, kinds, modes, owners, times of change and bytes below the directory.
@@ -145,7 +155,7 @@ private slots:
     void theExecutableIsHardened();
 
 private:
-    QString makeInstallation(const QString& name, bool bigTemplate = false);
+    QString makeInstallation(const QString& name, bool manyFiles = false);
     RunningProgram::Options options() const;
     void checkPackages(const QString& root);
 
@@ -158,12 +168,8 @@ void TstRoad::initTestCase()
 {
     m_display = std::make_unique<VirtualDisplay>();
     QVERIFY2(!m_display->name().isEmpty(), "no virtual display");
-    qputenv("ORVEX_TEMPLATE_FILES", "40");
-    qputenv("ORVEX_TEMPLATE_MIB", "2");
     m_smallTemplate = installation::path(QStringLiteral("small-template"));
-    installation::run(QStringLiteral(ORVEX_SOURCE_DIR "/scripts/make-sample-template.sh"), {m_smallTemplate});
-    qunsetenv("ORVEX_TEMPLATE_FILES");
-    qunsetenv("ORVEX_TEMPLATE_MIB");
+    makeTemplate(m_smallTemplate, 40, 1);
 }
 
 void TstRoad::init()
@@ -174,7 +180,7 @@ void TstRoad::init()
 }
 
 /// A copy of the built installation, with a trailing slash.
-QString TstRoad::makeInstallation(const QString& name, bool bigTemplate)
+QString TstRoad::makeInstallation(const QString& name, bool manyFiles)
 {
     const QString root = m_work->filePath(name) + QLatin1Char('/');
     QDir().mkpath(root);
@@ -182,9 +188,8 @@ QString TstRoad::makeInstallation(const QString& name, bool bigTemplate)
     installation::run(QStringLiteral("cp"), {QStringLiteral("-r"), built + QLatin1String("OrvexManager"),
                                              built + QLatin1String("7za"), built + QLatin1String("Resources"), root});
     installation::writeFile(root + QLatin1String("config.ini"), "[config]\nArea=tqm\nLangCode=1033\n");
-    if (bigTemplate)
-        installation::run(QStringLiteral(ORVEX_SOURCE_DIR "/scripts/make-sample-template.sh"),
-                          {root + QLatin1String("template")});
+    if (manyFiles)
+        makeTemplate(root + QLatin1String("template"), 400, 4);
     else
         installation::run(QStringLiteral("cp"),
                           {QStringLiteral("-r"), m_smallTemplate, root + QLatin1String("template")});
@@ -198,12 +203,9 @@ RunningProgram::Options TstRoad::options() const
         QFile::copy(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/tqmlogo.png"), icons + QLatin1String("/client.png"));
         QFile::copy(QStringLiteral(ORVEX_SOURCE_DIR "/Resources/icon4.ico"), icons + QLatin1String("/client.ico"));
     }
-    const QString shots = m_work->filePath(QStringLiteral("shots"));
-    QDir().mkpath(shots);
     RunningProgram::Options played;
     played.remark = remark();
     played.icons = icons;
-    played.shots = shots;
     return played;
 }
 
@@ -463,7 +465,9 @@ void TstRoad::aStoredCustomisationIsTheStartingPointOfTheNext()
 void TstRoad::theLanguageSwitchesAtOnceAndStays()
 {
     const QString root = makeInstallation(QStringLiteral("orvex"));
-    const RunningProgram::Options played = options();
+    RunningProgram::Options played = options();
+    played.shots = m_work->filePath(QStringLiteral("shots"));
+    QVERIFY(QDir().mkpath(played.shots));
     RunningProgram program(*m_display, root, QStringLiteral("languages"), played);
     QCOMPARE(program.waitForEnd(), 0);
     QCOMPARE(program.warnings(), QStringList());
@@ -518,13 +522,13 @@ void TstRoad::afterACrashTheNextStartListensAgain()
 void TstRoad::aFullHistoryIsListedAndCommittedToWithALowDescriptorLimit()
 {
     const QString root = makeInstallation(QStringLiteral("orvex"));
+    const QByteArray first = inspecting::documentWithStamp(1700000000);
     for (int i = 0; i < 300; ++i) {
-        CustomInfo record;
-        record.common.cusTimeStamp = quint64(1700000000 + i);
-        record.common.cusTimeString = QStringLiteral("2023-11-15 %1:%2:00")
-                                          .arg(i / 60, 2, 10, QLatin1Char('0'))
-                                          .arg(i % 60, 2, 10, QLatin1Char('0'));
-        storeCustomisation(root, record);
+        const QString stamp = QString::number(1700000000 + i);
+        const QString time = QTime(0, 0).addSecs(60 * i).toString(QStringLiteral("HH:mm:ss"));
+        inspecting::store(
+            root, stamp,
+            QByteArray(first).replace("1700000000", stamp.toLatin1()).replace("06:13:20", time.toLatin1()));
     }
     RunningProgram::Options played = options();
     played.lowDescriptorLimit = true;
@@ -538,9 +542,14 @@ void TstRoad::aFullHistoryIsListedAndCommittedToWithALowDescriptorLimit()
 
 void TstRoad::leavingWhileTheWorkerStillRunsEndsQuietly()
 {
-    const QString root = makeInstallation(QStringLiteral("orvex"), true);
+    const QString root = makeInstallation(QStringLiteral("orvex"));
+    // An archiver that takes its time.
+    QVERIFY(QFile::remove(root + QLatin1String("7za")));
+    installation::writeFile(root + QLatin1String("7za"), "#!/bin/sh\nsleep 5\n>\"${0%7za}ended\"\n");
+    QVERIFY(QFile::setPermissions(root + QLatin1String("7za"), QFile::ReadOwner | QFile::ExeOwner));
     RunningProgram program(*m_display, root, QStringLiteral("impatient"), options());
     QCOMPARE(program.waitForEnd(), 0);
+    QVERIFY(!QFile::exists(root + QLatin1String("ended")));
     QCOMPARE(program.warnings(), QStringList());
     QVERIFY(QFile::exists(newestStored(root) + QLatin1String("/OrvexCustomXml.vrf")));
 }

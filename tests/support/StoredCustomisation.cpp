@@ -37,6 +37,8 @@ void storeDocument(const QString& root, const QByteArray& document, const QStrin
 {
     const QString working = installation::path(QStringLiteral("custom/OrvexCustom.xml"));
     installation::writeFile(working, document);
+    // One that is there would be removed by a command.
+    QFile::remove(installation::path(QStringLiteral("custom/OrvexCustomXml.vrf")));
     unsigned long error = 0;
     QVERIFY(utl_GenCustomInfoVerify(&error, working.toLocal8Bit().data()));
     const QString target = root + QLatin1String("UpdateCustom/") + name + QLatin1Char('/');
