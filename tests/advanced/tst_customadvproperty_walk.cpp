@@ -501,6 +501,7 @@ void TstCustomAdvPropertyWalk::anyWalkKeepsTheInvariants()
 
     s_warnings.clear();
     const QtMessageHandler handler = qInstallMessageHandler(noteWarning);
+    const windowplay::NoPainting noPainting;
     QString problem;
     QStringList actions;
     int windows = 0;

@@ -194,7 +194,9 @@ class TstSweep : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { m_noPainting.reset(new windowplay::NoPainting); }
     void cleanup() { frozenTime = 0; }
+    void cleanupTestCase() { m_noPainting.reset(); }
 
     void okEverywhereAndFinishChangeNothing();
     void eachFieldComesThrough_data();
@@ -205,6 +207,9 @@ private slots:
     void theListOfIkeAlgorithmsHasNoEffect();
     void everyValueOfTheTableTells();
     void tableAndListNameEveryFieldOnce();
+
+private:
+    QScopedPointer<windowplay::NoPainting> m_noPainting;
 };
 
 void TstSweep::okEverywhereAndFinishChangeNothing()

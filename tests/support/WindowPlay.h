@@ -102,6 +102,23 @@ private:
     QFont m_before;
 };
 
+/// While it lives, windows that come are not painted: for long plays that look at controls alone, half of whose time
+/// painting would take.
+class NoPainting : public QObject
+{
+public:
+    NoPainting() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        QWidget* const window = event->type() == QEvent::Polish ? qobject_cast<QWidget*>(object) : nullptr;
+        if (window && window->isWindow())
+            window->setUpdatesEnabled(false);
+        return false;
+    }
+};
+
 /// The opener of a dialog, reduced to the record that it lends.
 class RecordHolder : public QDialog, public CustomInfoHolder
 {
