@@ -12,6 +12,7 @@
 #include "support/TestEntry.h"
 #include "xml/CustomInfo.h"
 
+#include <QJsonDocument>
 #include <QtTest>
 
 #include <functional>
@@ -101,10 +102,19 @@ QStringList codesIn(const QJsonArray& rows)
     return codes;
 }
 
+/// What the program tells with these arguments; its status tells whether that is anything.
+QStringList toldCodes(const QStringList& arguments)
+{
+    const program::Outcome outcome = inspect(arguments + QStringList{QStringLiteral("--json")});
+    const QJsonDocument rows = QJsonDocument::fromJson(outcome.output);
+    const bool isSound =
+        rows.isArray() && outcome.errors.isEmpty() && outcome.status == (rows.array().isEmpty() ? 0 : 1);
+    return isSound ? codesIn(rows.array()) : QStringList{QString::fromUtf8(outcome.output + outcome.errors)};
+}
+
 QStringList lastCodes()
 {
-    const program::Outcome outcome = inspect({command});
-    return codesIn(inspectArray({command}, outcome.status));
+    return toldCodes({command});
 }
 
 QString today()
@@ -119,8 +129,7 @@ void writeLog(const char* day, const QByteArray& text)
 
 QStringList dayCodes(const char* day)
 {
-    const QStringList arguments = {command, QStringLiteral("--day"), QString::fromLatin1(day)};
-    return codesIn(inspectArray(arguments, inspect(arguments).status));
+    return toldCodes({command, QStringLiteral("--day"), QString::fromLatin1(day)});
 }
 
 const QByteArray at = "2026-01-31 10:00:00 ";
@@ -162,18 +171,28 @@ private slots:
     void logThatIsNoFileCannotBeRead();
     void tooManyFailuresAreRefused();
     void textIsForPeople();
+
+private:
+    QMap<QString, QByteArray> m_templates;
 };
 
 void TstErrorsCommand::initTestCase()
 {
     workshop::makeInstallation();
     installation::clearLog();
-    shell("rm -rf work/good; mkdir work/good; cp -a template work/good");
+    for (const QString& name : installation::namesIn(path(QStringLiteral("template"))))
+        m_templates.insert(name, installation::readFile(path(QLatin1String("template/") + name)));
+    QCOMPARE(m_templates.size(), 2);
 }
 
 void TstErrorsCommand::init()
 {
-    shell("rm -rf template custom Log UpdateCustom OrvexUpdate; cp -a work/good/. .");
+    for (const char* name : {"template", "custom", "Log", "UpdateCustom", "OrvexUpdate"}) {
+        QFile::remove(path(QLatin1String(name)));
+        QDir(path(QLatin1String(name))).removeRecursively();
+    }
+    for (auto archive = m_templates.constBegin(); archive != m_templates.constEnd(); ++archive)
+        installation::writeFile(path(QLatin1String("template/") + archive.key()), archive.value());
     setLogging(true);
 }
 
