@@ -149,21 +149,25 @@ bool isNotThere(const QByteArray& message)
            text.endsWith(QStringLiteral("没有那个文件或目录"));
 }
 
+/// Matches the begin tag of a secret's element, which it captures, and the text behind it.
+QRegularExpression textOfSecret()
+{
+    QStringList elements;
+    for (const Field& field : catalogue::fields()) {
+        if (field.traits.isSecret)
+            elements.append(QRegularExpression::escape(QLatin1String(field.element)));
+    }
+    return QRegularExpression(QStringLiteral("(<(?:%1)>)[^<]*").arg(elements.join(QLatin1Char('|'))));
+}
+
 /// A line of the log as it may be shown: a text that could not be parsed is left out, and what stands in an element of
 /// a secret.
 QString withoutSecrets(QString text)
 {
     static const QRegularExpression parsed(QStringLiteral("(Load XML str\\[).*"),
                                            QRegularExpression::DotMatchesEverythingOption);
-    text.replace(parsed, QStringLiteral("\\1******]."));
-    for (const Field& field : catalogue::fields()) {
-        if (!field.traits.isSecret)
-            continue;
-        const QString opened = QLatin1Char('<') + QLatin1String(field.element) + QLatin1Char('>');
-        text.replace(QRegularExpression(QStringLiteral("(%1)[^<]*").arg(QRegularExpression::escape(opened))),
-                     QStringLiteral("\\1******"));
-    }
-    return text;
+    static const QRegularExpression secret = textOfSecret();
+    return text.replace(parsed, QStringLiteral("\\1******].")).replace(secret, QStringLiteral("\\1******"));
 }
 
 /// Follows the program through its log.
