@@ -69,18 +69,28 @@ QString summaryOf(const words::List& components, int mask)
     return summary;
 }
 
-// An entry of the combo box shows the whole of its text as its tool tip, made when it is asked for.
+// Keeps the text of an entry of the combo box, which does not change. The whole of it is its tool tip, made when it is
+// asked for.
 class Entry : public QStandardItem
 {
 public:
-    using QStandardItem::QStandardItem;
+    explicit Entry(const QString& text) : m_text(text) {}
 
     QVariant data(int role) const override
     {
-        if (role != Qt::ToolTipRole)
+        switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole:
+            return m_text;
+        case Qt::ToolTipRole:
+            return m_text.isEmpty() ? QVariant() : literalToolTip(m_text);
+        default:
             return QStandardItem::data(role);
-        return text().isEmpty() ? QVariant() : literalToolTip(text());
+        }
     }
+
+private:
+    const QString m_text;
 };
 
 } // namespace

@@ -5,16 +5,40 @@
 
 namespace {
 
-// Shows the whole of a cell as its tool tip, made when it is asked for.
+// The texts of a row, which stay as they are, and nothing else. The whole of a cell is its tool tip, made when it is
+// asked for.
 class Row : public QTreeWidgetItem
 {
 public:
-    using QTreeWidgetItem::QTreeWidgetItem;
+    explicit Row(const QStringList& cells) : m_cells(cells) {}
 
     QVariant data(int column, int role) const override
     {
-        return role == Qt::ToolTipRole ? literalToolTip(text(column)) : QTreeWidgetItem::data(column, role);
+        if (column < 0 || column >= m_cells.size())
+            return QTreeWidgetItem::data(column, role);
+        switch (role) {
+        case Qt::DisplayRole:
+        case Qt::EditRole:
+            return m_cells.at(column);
+        case Qt::ToolTipRole:
+            return literalToolTip(m_cells.at(column));
+        default:
+            return QTreeWidgetItem::data(column, role);
+        }
     }
+
+    void setData(int column, int role, const QVariant& value) override
+    {
+        if (column < 0 || column >= m_cells.size() || (role != Qt::DisplayRole && role != Qt::EditRole)) {
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        m_cells[column] = value.toString();
+        emitDataChanged();
+    }
+
+private:
+    QStringList m_cells;
 };
 
 } // namespace
@@ -32,7 +56,7 @@ void setColumns(QTreeWidget* table, const QStringList& titles, const QVector<int
 
 void addRow(QTreeWidget* table, const QStringList& cells)
 {
-    new Row(table, cells);
+    table->addTopLevelItem(new Row(cells));
 }
 
 void addRows(QTreeWidget* table, const QVector<QStringList>& rows)

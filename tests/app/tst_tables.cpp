@@ -2,6 +2,7 @@
 #include "support/TestEntry.h"
 
 #include <QHeaderView>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
 #include <QTreeWidget>
@@ -17,6 +18,7 @@ private slots:
     void toolTipShowsTheTextLetterForLetter_data();
     void toolTipShowsTheTextLetterForLetter();
     void eachCellHasItsTextAsToolTip();
+    void aCellMayChange();
 };
 
 void TstTables::tableHasAColumnForEachTitle()
@@ -72,6 +74,22 @@ void TstTables::eachCellHasItsTextAsToolTip()
     QCOMPARE(row->toolTip(0), literalToolTip(QStringLiteral("1")));
     QCOMPARE(row->toolTip(1), QString());
     QCOMPARE(row->toolTip(2), literalToolTip(QStringLiteral("a<b")));
+}
+
+void TstTables::aCellMayChange()
+{
+    QTreeWidget table;
+    setColumns(&table, {QStringLiteral("No."), QStringLiteral("Name")}, {});
+    addRows(&table, {{QStringLiteral("1"), QStringLiteral("one")}, {QStringLiteral("2"), QStringLiteral("two")}});
+    QSignalSpy changes(table.model(), &QAbstractItemModel::dataChanged);
+    table.topLevelItem(1)->setText(1, QStringLiteral("second"));
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(table.topLevelItem(1)->text(1), QStringLiteral("second"));
+    QCOMPARE(table.topLevelItem(1)->toolTip(1), literalToolTip(QStringLiteral("second")));
+    QCOMPARE(table.topLevelItem(0)->text(1), QStringLiteral("one"));
+    table.topLevelItem(0)->setForeground(0, Qt::red);
+    QCOMPARE(table.topLevelItem(0)->foreground(0), QBrush(Qt::red));
+    QCOMPARE(table.model()->index(1, 1).data(Qt::EditRole).toString(), QStringLiteral("second"));
 }
 
 TEST_ENTRY(tables, runWindowTest<TstTables>)
