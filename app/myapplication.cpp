@@ -2,6 +2,7 @@
 
 #include "app/language/LangText.h"
 #include "app/widgets/DocumentCharacters.h"
+#include "app/widgets/Picture.h"
 #include "app/widgets/ReadablePalette.h"
 #include "app/widgets/WarningBox.h"
 #include "app/widgets/WholeTexts.h"
@@ -12,7 +13,6 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QIcon>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QTranslator>
@@ -78,7 +78,7 @@ CMyApplication::CMyApplication(int& argc, char** argv) : QApplication(argc, argv
     installEventFilter(new DocumentCharacterFilter(this));
     installEventFilter(new ReadablePaletteFilter(this));
     installEventFilter(new WholeTextFilter(this));
-    setWindowIcon(QIcon(QStringLiteral(":/OrvexManager/Resources/Orvex.ico")));
+    setWindowIcon(picture("Orvex.ico"));
     const QString serverName = applicationName();
     m_pTranslator = new QTranslator(this);
     // Empty, non-null texts: the bare file name is looked for relative to the working directory.

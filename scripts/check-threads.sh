@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 
 scripts/setup-packages.sh
 [ $# -gt 0 ] || set -- finishdlg finishfaults languageparser log openedwindows orvexmanager_commit orvexmanager_escape \
-    orvexmanager_failures packingwait storereader tellingcommands untouchedstore workthread
+    orvexmanager_failures packingwait picture storereader tellingcommands untouchedstore workthread
 mkdir -p build/thread/reports
 { cmake --preset thread && cmake --build --preset thread --target "${@/#/tst_}"; } >build/thread/build.log 2>&1 ||
     { tail -n 40 build/thread/build.log && exit 1; }
