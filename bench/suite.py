@@ -16,6 +16,8 @@ from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parent
 LEAST_RUNS = 5
+STARTS = 41
+REPAINTED_HISTORIES = 9
 BUSY = 75  # exit code of the probe: another instance runs on this machine
 STARTS_OF_HISTORY = (0, 50, 100, 200, 300)
 DOCUMENT_BYTES = (8000, 12000, 16000, 24000, 32000, 39500)
@@ -179,9 +181,6 @@ class Suite:
         start, told = self.probe("paint", command, place)
         return (told["worked"] if self.busy else told["painted"] - start) / 1e6, told
 
-    def each_run(self):
-        return range(max(LEAST_RUNS, self.runs))
-
     # --- the rows
 
     def start(self):
@@ -200,16 +199,15 @@ class Suite:
 
         times = {name: [] for name in ("bare", "history", *stores)}
         peaks = {name: [] for name in ("bare", "handles", *stores)}
-        for _ in self.each_run():
-            took, told = self.paint(bare, empty)
-            times["bare"].append(took)
-            peaks["bare"].append(told["peakKib"] / 1024)
+        for run in range(max(STARTS, self.runs)):
             descriptors = {}
-            for count, place in stores.items():
-                took, told = self.paint([place / "OrvexManager"], place)
-                times[count].append(took)
-                peaks[count].append(told["peakKib"] / 1024)
-                descriptors[count] = told["descriptors"]
+            ways = [("bare", bare, empty), *((count, [place / "OrvexManager"], place) for count, place in stores.items())]
+            # The order changes from run to run, since each finds in the caches what the one before has left there.
+            for name, command, place in ways[::1 if run % 2 else -1]:
+                took, told = self.paint(command, place)
+                times[name].append(took)
+                peaks[name].append(told["peakKib"] / 1024)
+                descriptors[name] = told["descriptors"]
             floor_log.unlink(missing_ok=True)
             begin = time.clock_gettime_ns(time.CLOCK_MONOTONIC)
             end = subprocess.run([self.tools / "bench_history", lines, floor_log], input=files, text=True, check=True,
@@ -333,9 +331,14 @@ class Suite:
 
     def repaint(self):
         count = STARTS_OF_HISTORY[-1]
-        place = self.installation("repaint", count)
-        told = self.program("delete", place, ORVEX_PROBE_RUNS=max(LEAST_RUNS, self.runs))[1]
-        own, floor = (Sample([took / 1e6 for took in told[side]], "ms") for side in ("own", "floor"))
+        times = {"own": [], "floor": []}
+        # Each deletion takes a row away, so a process does few of them.
+        for _ in range(REPAINTED_HISTORIES):
+            told = self.program("delete", self.installation("repaint", count), ORVEX_PROBE_RUNS=LEAST_RUNS)[1]
+            for side, into in times.items():
+                into += [took / 1e6 for took in told[side]]
+            shutil.rmtree(self.place / "repaint")
+        own, floor = (Sample(times[side], "ms") for side in ("own", "floor"))
         self.rows.append(Row(f"History repaint after a deletion, {count} rows", own, floor, 1.5))
 
     def compare(self, rows, runs=None):
@@ -366,7 +369,7 @@ class Suite:
         floor = [[self.tools / "bench_empty_core"]]
         self.compare([("Start of `orvex-inspect`", [[program, "--version"]], floor, None, 1.5),
                       ("`orvex-inspect list` without entries", [[program, "list"]], floor, None, 1.5)],
-                     runs=max(41, self.runs))
+                     runs=max(STARTS, self.runs))
 
     def inspect_history(self):
         count = INSPECTED_ENTRIES // 10 if self.quick else INSPECTED_ENTRIES
