@@ -5,8 +5,8 @@
 
 namespace {
 
-// The texts of a row, which stay as they are, and nothing else. The whole of a cell is its tool tip, made when it is
-// asked for.
+// Keeps the texts of a row itself, which is cheaper than the way of the items. The whole of a cell is its tool tip,
+// made when it is asked for.
 class Row : public QTreeWidgetItem
 {
 public:
