@@ -25,7 +25,11 @@ Images readImages(const QString& path)
 class PictureEngine : public QIconEngine
 {
 public:
-    explicit PictureEngine(const QString& path) : m_images(std::async(std::launch::async, readImages, path)) {}
+    /// Where no thread is to be had the picture is read when it is needed.
+    explicit PictureEngine(const QString& path)
+        : m_images(std::async(std::launch::async | std::launch::deferred, readImages, path))
+    {
+    }
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
     {

@@ -6,6 +6,9 @@
 #include <QPainter>
 #include <QtTest>
 
+#include <cstddef>
+#include <pthread.h>
+
 /// Pictures that another thread reads, beside the icons that Qt makes of the same files at once.
 class TstPicture : public QObject
 {
@@ -17,6 +20,7 @@ private slots:
     void isThereAtOnce();
     void copiesShareIt();
     void isNeededByNobody();
+    void isReadWithoutAThreadWhereNoneIsToBeHad();
 };
 
 namespace {
@@ -89,6 +93,20 @@ void TstPicture::isNeededByNobody()
     for (int i = 0; i < 50; ++i)
         picture("Orvex.ico");
     QVERIFY(!picture("Orvex.ico").pixmap(32, 32).isNull());
+}
+
+void TstPicture::isReadWithoutAThreadWhereNoneIsToBeHad()
+{
+    pthread_attr_t before;
+    QCOMPARE(pthread_getattr_default_np(&before), 0);
+    // There is no room for such a stack.
+    pthread_attr_t beyondReach = before;
+    QCOMPARE(pthread_attr_setstacksize(&beyondReach, std::size_t(1) << 46), 0);
+    QCOMPARE(pthread_setattr_default_np(&beyondReach), 0);
+    const QIcon own = picture("Orvex.ico");
+    QCOMPARE(pthread_setattr_default_np(&before), 0);
+    QCOMPARE(own.availableSizes(), iconOf("Orvex.ico").availableSizes());
+    QCOMPARE(own.pixmap(32, 32).toImage(), iconOf("Orvex.ico").pixmap(32, 32).toImage());
 }
 
 TEST_ENTRY(picture, windowplay::runTest<TstPicture>)
